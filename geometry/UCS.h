@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "geometry/Point.h"
+
+namespace tgp {
+
+class Matrix;
+
+// A right-handed coordinate system: an origin and three unit axes expressed in a parent frame, the
+// length unit of its own coordinates, an optional parent system and a label. Held by shared_ptr;
+// Copy gives an independent system.
+class UCS : public std::enable_shared_from_this<UCS> {
+public:
+    UCS();
+    static std::shared_ptr<UCS> Create() { return std::make_shared<UCS>(); }
+    UCS(const UCS&) = delete;
+    UCS& operator=(const UCS&) = delete;
+
+    const std::string& Label() const { return label_; }
+    void Label(std::string value) { label_ = std::move(value); }
+
+    // Origin in the parent frame; (0, 0, 0) on creation.
+    const Point& Origin() const { return origin_; }
+    void Origin(Point value) { origin_ = std::move(value); }
+
+    // The stored parent, or a new default system (not stored) when there is none.
+    std::shared_ptr<UCS> Parent() const;
+    void Parent(std::shared_ptr<UCS> value) { parent_ = std::move(value); }
+
+    // A new matrix holding a copy of the axis matrix (columns Ux, Uy, Uz as last set by SetUCS).
+    std::shared_ptr<tgp::Matrix> Matrix() const;
+
+    Point Ux() const { return ux_; }
+    Point Uy() const { return uy_; }
+    Point Uz() const { return uz_; }
+
+    // Length unit of this system's coordinates (a UnitIDLength id; 0 = millimetres).
+    std::int16_t UnitID() const { return unitID_; }
+    void UnitID(std::int16_t value) { unitID_ = value; }
+
+    // Sets origin and axes. Ux and Uy are made unit length (Uy is not made perpendicular). With
+    // newUz given, Uz is its unit vector and Ux x Uy must equal newUz itself (tolerance 1E-06),
+    // else error 2411 "The Ux, Uy, Uz set to the UCS object are invalid" is raised after the axes
+    // were already replaced (origin, axis matrix and parent keep their old values). Without newUz,
+    // Uz = Ux x Uy. A non-null Parent replaces the parent.
+    void SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, const Point* newUz = nullptr,
+                std::shared_ptr<UCS> Parent = nullptr);
+
+    // Re-expresses in place a point (or a vector, ignoring both origins) given in sourceUCS
+    // coordinates in this system's coordinates. Both systems live in one parent frame whose length
+    // unit is ParentUnitID; coordinates are converted between the units on the way.
+    void TranslateFromUCS(Point& point, const UCS& sourceUCS, bool ConvertAsVector = false,
+                          std::int16_t ParentUnitID = 0) const;
+    // The reverse: a point of this system into targetUCS coordinates.
+    void TranslateToUCS(Point& MyPoint, const UCS& targetUCS, bool ConvertAsVector = false,
+                        std::int16_t ParentUnitID = 0) const;
+
+    // Half turn about Uz (XAxis), about Uy (ZAxis), or a mirror of Uy alone (YAxis); the first true
+    // flag acts. The axis matrix is left as it is, so translations keep the axes of the last SetUCS.
+    void Reverse(bool XAxis = false, bool YAxis = false, bool ZAxis = false);
+    // Shifts the origin by DestPoint - BasePoint.
+    void Move(const Point& BasePoint, const Point& DestPoint);
+    // Turns the other two axes about Ux, Uy or Uz (first true flag) by Rotation radians, then sets
+    // the system again (SetUCS with its right-hand test).
+    void Rotate(double Rotation, bool XAxis = false, bool YAxis = false, bool ZAxis = false);
+    std::shared_ptr<UCS> Copy() const;
+    // True when the XY planes are parallel, whichever way the normals point.
+    bool ParallelTo(const UCS& ExUCS) const;
+
+    Point U1() const { return ux_; }
+    Point U2() const { return uy_; }
+    Point U3() const { return uz_; }
+    Point Normal() const { return uz_; }
+
+    // MyUCS is given in the coordinates of this system (its origin and axes expressed here). It is
+    // re-expressed in the frame this system itself is expressed in, and takes this system's parent.
+    // Lengths are taken in this system's unit throughout (no conversion).
+    void TranslateMyUCSToWorld(UCS& MyUCS) const;
+    // MyImgUCS becomes this system as seen from UnknownUCS: its origin and axes expressed in
+    // UnknownUCS coordinates, UnknownUCS as its parent (when that is held by a shared_ptr), and this
+    // system's unit and label. Both systems are taken to share one parent frame.
+    void RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const;
+
+private:
+    std::string label_;
+    Point origin_{0, 0, 0};
+    Point ux_{1, 0, 0};
+    Point uy_{0, 1, 0};
+    Point uz_{0, 0, 1};
+    std::int16_t unitID_ = 0;
+    std::shared_ptr<UCS> parent_;
+    std::shared_ptr<tgp::Matrix> axisMatrix_;
+};
+
+}  // namespace tgp
