@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tgp {
+
+// The library's one way between numbers and text. It ignores the process locale on purpose (the host
+// may have set a decimal comma): the decimal separator is always ".".
+//
+// FormatNumber:
+//   NumberOfDigits >= 0: fixed notation with exactly that many decimals (2.5 with 2 -> "2.50");
+//   NumberOfDigits < 0 (the default -2 everywhere): the shortest text that reads back to the same
+//   double ("1234.5", "0.1", "1e+20").
+//   Zero never comes out as "-0" (nor a rounded negative as "-0.00").
+std::string FormatNumber(double value, int16_t NumberOfDigits = -2);
+
+// The number at the start of the text after leading blanks and tabs; whatever follows it (a unit)
+// is ignored. Accepts an optional sign, decimals and an exponent ("-1.5e3 mm"). A text without a
+// number there fails with 13 "Type mismatch"; a number beyond the double range with 6 "Overflow".
+double ReadNumber(std::string_view text);
+
+}  // namespace tgp

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+
+#include "units/UnitIdSource.h"
+
+namespace tgp {
+
+// The optional unit argument of the quantity members (a Variant in the published interface).
+// It is one of:
+//   - missing (default-constructed): unit id 0;
+//   - a number: converted to a 16-bit Integer the way the automation runtime does it (rounded half
+//     to even; outside -32768..32767 it fails with 6 "Overflow");
+//   - a text: a numeric text is converted like a number, any other text fails with 13 "Type mismatch";
+//   - an object answering UnitID(kind) (a UnitSetting): its unit for the asking quantity's own kind;
+//     a null pointer (Nothing) means unit id 0.
+// Conversions happen on construction, so a bad argument fails before the member runs.
+class UnitArg {
+public:
+    UnitArg() = default;
+
+    template <class T>
+        requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    UnitArg(T number)  // NOLINT(google-explicit-constructor): a unit id is written as a plain number
+        : value_(FromNumber(number)) {}
+
+    UnitArg(std::string_view text);  // NOLINT(google-explicit-constructor)
+    UnitArg(const char* text) : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
+    UnitArg(const std::string& text) : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
+
+    UnitArg(std::shared_ptr<const UnitIdSource> source);  // NOLINT(google-explicit-constructor)
+    template <std::derived_from<UnitIdSource> T>
+    UnitArg(std::shared_ptr<T> source)  // NOLINT(google-explicit-constructor)
+        : UnitArg(std::shared_ptr<const UnitIdSource>(std::move(source))) {}
+
+    // The unit id this argument names for a quantity of the given kind.
+    int16_t Resolve(DimensionObjectType kind) const;
+
+    bool IsMissing() const { return std::holds_alternative<std::monostate>(value_); }
+
+private:
+    using Value = std::variant<std::monostate, int16_t, std::shared_ptr<const UnitIdSource>>;
+
+    template <class T>
+    static int16_t FromNumber(T number) {
+        if constexpr (std::is_same_v<T, bool>) return number ? -1 : 0;  // the runtime's True is -1
+        else if constexpr (std::is_floating_point_v<T>) return FromDouble(static_cast<double>(number));
+        else return FromInteger(static_cast<int64_t>(number));
+    }
+    static int16_t FromDouble(double number);
+    static int16_t FromInteger(int64_t number);
+
+    Value value_;
+};
+
+}  // namespace tgp
