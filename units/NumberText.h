@@ -21,4 +21,8 @@ std::string FormatNumber(double value, int16_t NumberOfDigits = -2);
 // number there fails with 13 "Type mismatch"; a number beyond the double range with 6 "Overflow".
 double ReadNumber(std::string_view text);
 
+// A text that holds one number and nothing else but blanks around it; any other text fails with
+// 13 "Type mismatch" (used where the runtime converts a whole text, such as a numeric unit argument).
+double ReadWholeNumber(std::string_view text);
+
 }  // namespace tgp

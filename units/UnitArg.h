@@ -51,6 +51,7 @@ private:
     static int16_t FromNumber(T number) {
         if constexpr (std::is_same_v<T, bool>) return number ? -1 : 0;  // the runtime's True is -1
         else if constexpr (std::is_floating_point_v<T>) return FromDouble(static_cast<double>(number));
+        else if constexpr (std::is_unsigned_v<T>) return FromInteger(number > 32767u ? int64_t{32768} : int64_t(number));
         else return FromInteger(static_cast<int64_t>(number));
     }
     static int16_t FromDouble(double number);

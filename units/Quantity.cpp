@@ -1,0 +1,7 @@
+#include "units/Quantity.h"
+
+namespace tgp {
+
+Quantity::~Quantity() = default;
+
+}  // namespace tgp

@@ -1,0 +1,7 @@
+#include "units/UnitIdSource.h"
+
+namespace tgp {
+
+UnitIdSource::~UnitIdSource() = default;
+
+}  // namespace tgp
