@@ -1,0 +1,105 @@
+// Matrix determinant, cofactor inverse and Gauss solve, and the Gauss solve against Eigen's
+// partial-pivoting LU on the same systems.
+#include <benchmark/benchmark.h>
+
+#include <Eigen/Dense>
+
+#include <chrono>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "geometry/Matrix.h"
+
+namespace {
+
+// Diagonally dominant, so both solvers see a well-conditioned non-singular system.
+tgp::Array2DData RandomSystem(int n) {
+    std::mt19937 random(12345u + static_cast<unsigned>(n));
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    tgp::Array2DData a(n, n);
+    for (double& value : a.data) value = uniform(random);
+    for (int i = 0; i < n; ++i) a(i, i) += n;
+    return a;
+}
+
+std::vector<double> RandomRightHandSide(int n) {
+    std::mt19937 random(777u + static_cast<unsigned>(n));
+    std::uniform_real_distribution<double> uniform(-10.0, 10.0);
+    std::vector<double> y(static_cast<std::size_t>(n));
+    for (double& value : y) value = uniform(random);
+    return y;
+}
+
+std::shared_ptr<tgp::Matrix> MakeMatrix(int n) {
+    auto m = std::make_shared<tgp::Matrix>();
+    m->Array2D(RandomSystem(n));
+    return m;
+}
+
+// Storing an element (even the same value) clears the determinant and inverse caches, so every
+// iteration does the full work.
+void ClearCaches(tgp::Matrix& m) { m.LetItem(0, 0, m.Item(0, 0)); }
+
+void BM_Det(benchmark::State& state) {
+    auto m = MakeMatrix(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        ClearCaches(*m);
+        benchmark::DoNotOptimize(m->Det());
+    }
+}
+BENCHMARK(BM_Det)->Arg(3)->Arg(10)->Arg(50)->Arg(200);
+
+void BM_SolveWithGaussMethod(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    auto m = MakeMatrix(n);
+    const auto y = RandomRightHandSide(n);
+    for (auto _ : state) benchmark::DoNotOptimize(m->SolveWithGaussMethod(y));
+}
+BENCHMARK(BM_SolveWithGaussMethod)->Arg(3)->Arg(10)->Arg(50)->Arg(200);
+
+void BM_Inverse(benchmark::State& state) {
+    auto m = MakeMatrix(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        ClearCaches(*m);
+        benchmark::DoNotOptimize(m->Inverse());
+    }
+}
+BENCHMARK(BM_Inverse)->Arg(3)->Arg(10)->Arg(50)->Unit(benchmark::kMillisecond);
+
+// The reported time is the Gauss solve's; counter "eigen_ms" is Eigen's factorise-and-solve of the
+// same system per iteration and "gauss_over_eigen" the ratio of the two totals.
+void BM_GaussAgainstEigenLU(benchmark::State& state) {
+    using Clock = std::chrono::steady_clock;
+    const int n = static_cast<int>(state.range(0));
+    auto m = MakeMatrix(n);
+    const auto y = RandomRightHandSide(n);
+    const tgp::Array2DData a = m->Array2D();
+    Eigen::MatrixXd eigenA(n, n);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) eigenA(i, j) = a(i, j);
+    const Eigen::VectorXd eigenY = Eigen::Map<const Eigen::VectorXd>(y.data(), n);
+
+    double gaussSeconds = 0;
+    double eigenSeconds = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        benchmark::DoNotOptimize(m->SolveWithGaussMethod(y));
+        const auto middle = Clock::now();
+        Eigen::VectorXd x = Eigen::PartialPivLU<Eigen::MatrixXd>(eigenA).solve(eigenY);
+        benchmark::DoNotOptimize(x.data());
+        const auto end = Clock::now();
+        const double gauss = std::chrono::duration<double>(middle - start).count();
+        gaussSeconds += gauss;
+        eigenSeconds += std::chrono::duration<double>(end - middle).count();
+        state.SetIterationTime(gauss);
+    }
+    const auto iterations = static_cast<double>(state.iterations());
+    state.counters["eigen_ms"] = 1000 * eigenSeconds / iterations;
+    state.counters["gauss_over_eigen"] = gaussSeconds / eigenSeconds;
+}
+BENCHMARK(BM_GaussAgainstEigenLU)->Arg(200)->Arg(500)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
