@@ -1,0 +1,210 @@
+#include "profiles/InertiaBlock.h"
+
+#include <cmath>
+
+#include "core/Constants.h"
+#include "core/Error.h"
+#include "geometry/Geometry.h"
+#include "geometry/Vector.h"
+
+namespace tgp {
+
+namespace {
+
+template <class Q>
+std::shared_ptr<Q> InMillimetres(double value) {
+    auto q = std::make_shared<Q>();
+    q->Millimetres(value);
+    return q;
+}
+
+Point Padded(Point p) {
+    p.resize(3, 0.0);
+    return p;
+}
+
+}  // namespace
+
+void InertiaBlock::Init(double Ix, double Iy, double Ixy, const Point& Centroid, double Area,
+                        std::optional<double> Perimeter, const Point* Ux, const Point* Uy) {
+    const Point ux = Ux ? *Ux : Point{1, 0, 0};
+    const Point uy = Uy ? *Uy : Point{0, 1, 0};
+    if ((ux.size() > 2 && ux[2] != 0) || (uy.size() > 2 && uy[2] != 0)) {
+        ThrowLibraryError("InertiaBlock should be on World Coordinates System Plan XY");
+    }
+    ix_ = Ix;
+    iy_ = Iy;
+    ixy_ = Ixy;
+    area_ = Area;
+    perimeter_ = Perimeter.value_or(0.0);
+    SetAxes(Centroid, ux, uy);
+}
+
+std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
+    auto copy = Create();
+    copy->area_ = area_;
+    copy->perimeter_ = perimeter_;
+    copy->ix_ = ix_;
+    copy->iy_ = iy_;
+    copy->ixy_ = ixy_;
+    copy->elasticModulus_ = elasticModulus_;
+    if (ocs_) copy->SetAxes(ocs_->Origin(), ocs_->Ux(), ocs_->Uy());
+    return copy;
+}
+
+void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy) {
+    if (!ocs_) ocs_ = UCS::Create();
+    ocs_->SetUCS(origin, ux, uy);
+}
+
+std::shared_ptr<UCS> InertiaBlock::OCS() {
+    if (!ocs_) ocs_ = UCS::Create();
+    return ocs_;
+}
+
+Point InertiaBlock::Centroid() { return Padded(OCS()->Origin()); }
+
+void InertiaBlock::Centroid(const Point& newCentroid) { Move(Vector::vminusv(newCentroid, Centroid())); }
+
+std::shared_ptr<DArea> InertiaBlock::Area() const { return InMillimetres<DArea>(area_); }
+
+std::shared_ptr<DLength> InertiaBlock::Perimeter() const { return InMillimetres<DLength>(perimeter_); }
+
+InertiaBlock::TargetFrame InertiaBlock::FrameOf(const UCS& target) {
+    const double theta = Vector::vAngle(OCS()->Ux(), target.Ux());
+    Point centroid{0, 0, 0};
+    target.TranslateFromUCS(centroid, *OCS());
+    return {std::cos(theta), std::sin(theta), std::sin(2 * theta), std::cos(2 * theta), centroid[0], centroid[1]};
+}
+
+// The grouping below is part of the results: products left to right, the rotated part formed first.
+std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaX(const std::shared_ptr<UCS>& targetUCS) {
+    if (!targetUCS) return InMillimetres<DMomentOfInertia>(ix_);
+    const TargetFrame f = FrameOf(*targetUCS);
+    const double rotated = (f.c * f.c) * ix_ + (f.s * f.s) * iy_ - f.S * ixy_;
+    return InMillimetres<DMomentOfInertia>(f.dy * area_ * f.dy + rotated);
+}
+
+std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaY(const std::shared_ptr<UCS>& targetUCS) {
+    if (!targetUCS) return InMillimetres<DMomentOfInertia>(iy_);
+    const TargetFrame f = FrameOf(*targetUCS);
+    const double rotated = (f.c * f.c) * iy_ + (f.s * f.s) * ix_ + f.S * ixy_;
+    return InMillimetres<DMomentOfInertia>(f.dx * area_ * f.dx + rotated);
+}
+
+std::shared_ptr<DMomentOfInertia> InertiaBlock::ProductOfInertiaXY(const std::shared_ptr<UCS>& targetUCS) {
+    if (!targetUCS) return InMillimetres<DMomentOfInertia>(ixy_);
+    const TargetFrame f = FrameOf(*targetUCS);
+    const double rotated = (-f.S * iy_) / 2 + (f.S * ix_) / 2 + f.C * ixy_;
+    return InMillimetres<DMomentOfInertia>(f.dx * area_ * f.dy + rotated);
+}
+
+std::shared_ptr<DLength> InertiaBlock::RadiusOf(double moment) const {
+    if (area_ == 0) return InMillimetres<DLength>(0);
+    const double r = std::sqrt(std::fabs(moment / area_));
+    return InMillimetres<DLength>(area_ < 0 ? -r : r);
+}
+
+std::shared_ptr<DLength> InertiaBlock::RadiusOfGyrationX(const std::shared_ptr<UCS>& targetUCS) {
+    return RadiusOf(MomentOfInertiaX(targetUCS)->Millimetres());
+}
+
+std::shared_ptr<DLength> InertiaBlock::RadiusOfGyrationY(const std::shared_ptr<UCS>& targetUCS) {
+    return RadiusOf(MomentOfInertiaY(targetUCS)->Millimetres());
+}
+
+// The turn to the principal axes comes from tan 2θ = −2 Ixy / (Ix − Iy), chosen in [0, pi/2):
+// arctan gives t in (−pi/2, pi/2); θ = −t/2 for t ≤ 0 and (pi − t)/2 for t > 0.
+InertiaBlock::Principal InertiaBlock::PrincipalValues() const {
+    if (ixy_ == 0) return {ix_, iy_, 0};
+    const double d = (ix_ - iy_) / 2;
+    const double R = std::sqrt(std::pow(d, 2) + std::pow(ixy_, 2));
+    const double cos2 = (ix_ - iy_) * 0.5 / R;
+    const double sin2 = ixy_ / R;
+    if (cos2 == 0) {
+        return {iy_ * 0.5 + ix_ * 0.5 - ixy_, iy_ * 0.5 + ix_ * 0.5 + ixy_, kPi / 4};
+    }
+    const double t = std::atan(sin2 / cos2);
+    const double v = t <= 0 ? t : t - kPi;
+    const double theta = -v * 0.5;
+    const double c = std::cos(theta), s = std::sin(theta), S = std::sin(2 * theta);
+    return {s * s * iy_ + c * c * ix_ - S * ixy_, c * c * iy_ + s * s * ix_ + S * ixy_, theta};
+}
+
+void InertiaBlock::GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0, std::shared_ptr<DMomentOfInertia>& Iy0,
+                                  std::shared_ptr<DAngle>& Rotation) {
+    if (!Ix0) Ix0 = std::make_shared<DMomentOfInertia>();
+    if (!Iy0) Iy0 = std::make_shared<DMomentOfInertia>();
+    if (!Rotation) Rotation = std::make_shared<DAngle>();
+    const Principal p = PrincipalValues();
+    Ix0->Millimetres(p.Ix0);
+    Iy0->Millimetres(p.Iy0);
+    Rotation->Radians(p.Rotation);
+}
+
+std::shared_ptr<DMomentOfInertia> InertiaBlock::PMomentOfInertiaX() {
+    return InMillimetres<DMomentOfInertia>(PrincipalValues().Ix0);
+}
+
+std::shared_ptr<DMomentOfInertia> InertiaBlock::PMomentOfInertiaY() {
+    return InMillimetres<DMomentOfInertia>(PrincipalValues().Iy0);
+}
+
+std::shared_ptr<DAngle> InertiaBlock::PrincipalAngle() {
+    auto angle = std::make_shared<DAngle>();
+    angle->Radians(PrincipalValues().Rotation);
+    return angle;
+}
+
+std::shared_ptr<UCS> InertiaBlock::PCS() {
+    auto pcs = OCS()->Copy();
+    pcs->Rotate(PrincipalAngle()->Radians(), false, false, true);
+    return pcs;
+}
+
+void InertiaBlock::ElasticModulus(double value) {
+    if (elasticModulus_ != 0 && value != 0) {
+        const double f = elasticModulus_ / value;
+        area_ *= f;
+        ix_ *= f;
+        iy_ *= f;
+        ixy_ *= f;
+    }
+    elasticModulus_ = value;
+}
+
+void InertiaBlock::RotateOCS(double Rotation) {
+    const double c = std::cos(Rotation), s = std::sin(Rotation);
+    const double S = std::sin(2 * Rotation), C = std::cos(2 * Rotation);
+    const double ix = s * s * iy_ + c * c * ix_ - S * ixy_;
+    const double iy = s * s * ix_ + c * c * iy_ + S * ixy_;
+    const double ixy = (-S * iy_) / 2 + (S * ix_) / 2 + C * ixy_;
+    ix_ = ix;
+    iy_ = iy;
+    ixy_ = ixy;
+    const auto ocs = OCS();
+    SetAxes(ocs->Origin(), Padded(Vector::vRotate(ocs->Ux(), Rotation)), Padded(Vector::vRotate(ocs->Uy(), Rotation)));
+}
+
+void InertiaBlock::RotateAll(double Rotation, const Point& BasePoint) {
+    const auto ocs = OCS();
+    const Point ux = Padded(Vector::vRotate(ocs->Ux(), Rotation));
+    const Point uy = Padded(Vector::vRotate(ocs->Uy(), Rotation));
+    Point origin;
+    Geometry::RotatePoint(Centroid(), Padded(BasePoint), {0, 0, 1}, Rotation, origin);
+    SetAxes(origin, ux, uy);
+}
+
+void InertiaBlock::Move(const Point& Displacement) {
+    const auto ocs = OCS();
+    ocs->Origin(Vector::vplusv(ocs->Origin(), Displacement));
+}
+
+void InertiaBlock::Inverse() {
+    area_ = -area_;
+    ix_ = -ix_;
+    iy_ = -iy_;
+    ixy_ = -ixy_;
+}
+
+}  // namespace tgp

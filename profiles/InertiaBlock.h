@@ -1,0 +1,98 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "geometry/Point.h"
+#include "geometry/UCS.h"
+#include "units/DAngle.h"
+#include "units/DArea.h"
+#include "units/DLength.h"
+#include "units/DMomentOfInertia.h"
+
+namespace tgp {
+
+// Section properties of a plane figure: signed area (negative for a void), perimeter, and the
+// second moments and product of area about the block's own axes through the centroid, held with
+// that coordinate system (OCS). Lengths are millimetres; results come back as quantity objects set
+// through their millimetre members. Held by shared_ptr; Copy gives an independent block.
+class InertiaBlock {
+public:
+    static std::shared_ptr<InertiaBlock> Create() { return std::make_shared<InertiaBlock>(); }
+
+    // Stores the values and sets the OCS to (Centroid, Ux, Uy); missing axes are the world x and y.
+    // An axis with a non-zero z raises 2411 "InertiaBlock should be on World Coordinates System Plan XY"
+    // and stores nothing. A missing Perimeter stores 0.
+    void Init(double Ix, double Iy, double Ixy, const Point& Centroid, double Area,
+              std::optional<double> Perimeter = std::nullopt, const Point* Ux = nullptr, const Point* Uy = nullptr);
+    std::shared_ptr<InertiaBlock> Copy() const;
+
+    // The OCS origin as three numbers; the let moves the whole block so its centroid lands there.
+    Point Centroid();
+    void Centroid(const Point& newCentroid);
+    // The block's own coordinate system itself (not a copy), created on first use.
+    std::shared_ptr<UCS> OCS();
+    Point Ux() { return OCS()->Ux(); }
+    Point Uy() { return OCS()->Uy(); }
+    Point Normal() { return OCS()->Uz(); }
+
+    std::shared_ptr<DArea> Area() const;
+    std::shared_ptr<DLength> Perimeter() const;
+    // True only for an area of exactly 0 (a negative-area block is not void).
+    bool IsVoid() const { return area_ == 0; }
+
+    // Moments about the block's axes, or with targetUCS about that system's axes (rotation and
+    // parallel-axis rules).
+    std::shared_ptr<DMomentOfInertia> MomentOfInertiaX(const std::shared_ptr<UCS>& targetUCS = nullptr);
+    std::shared_ptr<DMomentOfInertia> MomentOfInertiaY(const std::shared_ptr<UCS>& targetUCS = nullptr);
+    std::shared_ptr<DMomentOfInertia> ProductOfInertiaXY(const std::shared_ptr<UCS>& targetUCS = nullptr);
+    // √|I / A|, negative for a negative area; 0 for an area of 0.
+    std::shared_ptr<DLength> RadiusOfGyrationX(const std::shared_ptr<UCS>& targetUCS = nullptr);
+    std::shared_ptr<DLength> RadiusOfGyrationY(const std::shared_ptr<UCS>& targetUCS = nullptr);
+
+    // Principal moments and the turn (radians, in [0, pi/2)) from the block's axes to the principal
+    // axes. Missing (null) arguments of GetPrincipalIP are created.
+    std::shared_ptr<DMomentOfInertia> PMomentOfInertiaX();
+    std::shared_ptr<DMomentOfInertia> PMomentOfInertiaY();
+    std::shared_ptr<DAngle> PrincipalAngle();
+    void GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0, std::shared_ptr<DMomentOfInertia>& Iy0,
+                        std::shared_ptr<DAngle>& Rotation);
+    // A new system: the OCS turned by the principal angle.
+    std::shared_ptr<UCS> PCS();
+
+    // Setting a modulus on a block that has one scales area and moments by old / new (a new value of
+    // 0 is stored without scaling).
+    double ElasticModulus() const { return elasticModulus_; }
+    void ElasticModulus(double value);
+    bool HasNoMaterial() const { return elasticModulus_ == 0; }
+
+    // Re-expresses the moments about axes turned by Rotation radians and turns the OCS axes.
+    void RotateOCS(double Rotation);
+    // Turns the whole figure about BasePoint: axes and centroid turn, moments stay.
+    void RotateAll(double Rotation, const Point& BasePoint);
+    void Move(const Point& Displacement);
+    // A solid becomes a void and back: area and moments change sign.
+    void Inverse();
+
+private:
+    struct Principal {
+        double Ix0, Iy0, Rotation;
+    };
+    struct TargetFrame {
+        double c, s, S, C, dx, dy;
+    };
+    Principal PrincipalValues() const;
+    TargetFrame FrameOf(const UCS& target);
+    std::shared_ptr<DLength> RadiusOf(double moment) const;
+    void SetAxes(const Point& origin, const Point& ux, const Point& uy);
+
+    double area_ = 0;
+    double perimeter_ = 0;
+    double ix_ = 0;
+    double iy_ = 0;
+    double ixy_ = 0;
+    std::shared_ptr<UCS> ocs_;
+    double elasticModulus_ = 0;
+};
+
+}  // namespace tgp

@@ -1,0 +1,256 @@
+#include "profiles/Loop7.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/Constants.h"
+#include "core/Equality.h"
+#include "core/Error.h"
+#include "profiles/SegmentSweep.h"
+
+namespace tgp {
+
+namespace {
+
+// Division as the automation runtime does it: x / 0 raises 11 "Division by zero", 0 / 0 raises
+// 6 "Overflow".
+double RuntimeDivide(double numerator, double denominator) {
+    if (denominator == 0) throw numerator == 0 ? Error::Overflow() : Error::DivisionByZero();
+    return numerator / denominator;
+}
+
+// Adds a point unless an equal one (within the on-line tolerance) is already there: neighbouring
+// segments report the vertex they share twice.
+void AddDistinct(std::vector<Point>& points, const PlanePoint& p) {
+    for (const Point& q : points) {
+        if (std::hypot(q[0] - p[0], q[1] - p[1]) <= LoopDLine::kOnLineTolerance) return;
+    }
+    points.push_back(ToPoint(p));
+}
+
+void ReportDistinct(const std::vector<PlanePoint>& found, std::vector<Point>* out) {
+    if (!out) return;
+    for (const PlanePoint& p : found) AddDistinct(*out, p);
+}
+
+}  // namespace
+
+void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose) {
+    const std::size_t n = Coordinates.size() / 2;
+    auto vertex = [&](std::size_t i) { return PlanePoint{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
+    std::vector<LoopDLine> segments;
+    segments.reserve(n);
+    std::size_t firstKept = 0;  // the closing segment ends at the first vertex not dropped
+    const std::size_t last = NoClose ? (n == 0 ? 0 : n - 1) : n;
+    for (std::size_t i = 0; i < last; ++i) {
+        if (i >= Bulges.size()) throw Error::SubscriptOutOfRange();
+        LoopDLine segment;
+        segment.Init(vertex(i), vertex(i + 1 < n ? i + 1 : firstKept), Bulges[i]);
+        if (IsEqualWithin(segment.Length(), 0, kZeroLengthTolerance)) {
+            if (i == firstKept) ++firstKept;
+            continue;
+        }
+        segments.push_back(segment);
+    }
+    segments_ = std::move(segments);
+    closed_ = !NoClose;
+    Changed();
+}
+
+void Loop7::InitFromPoints(std::span<const Point> Vertices) {
+    std::vector<double> coordinates;
+    coordinates.reserve(Vertices.size() * 2);
+    for (const Point& v : Vertices) {
+        coordinates.push_back(Element(v, 0));
+        coordinates.push_back(Element(v, 1));
+    }
+    const std::vector<double> bulges(Vertices.size(), 0.0);
+    InitFromCoordinates(coordinates, bulges);
+}
+
+void Loop7::Reverse() {
+    std::reverse(segments_.begin(), segments_.end());
+    for (LoopDLine& segment : segments_) segment.Inverse();
+    if (block_) block_->Inverse();
+}
+
+Point Loop7::Vertex(std::size_t i) const {
+    if (i >= segments_.size()) throw Error::SubscriptOutOfRange();
+    return ToPoint(segments_[i].StartPoint());
+}
+
+std::vector<double> Loop7::Coordinates() const {
+    std::vector<double> xy;
+    xy.reserve(2 * segments_.size() + 2);
+    for (const LoopDLine& segment : segments_) {
+        xy.push_back(segment.StartPoint()[0]);
+        xy.push_back(segment.StartPoint()[1]);
+    }
+    if (!closed_ && !segments_.empty()) {
+        xy.push_back(segments_.back().EndPoint()[0]);
+        xy.push_back(segments_.back().EndPoint()[1]);
+    }
+    return xy;
+}
+
+Point Loop7::MiddlePoint() const {
+    PlanePoint sum{0, 0, 0};
+    for (const LoopDLine& segment : segments_) sum = Plus(sum, segment.StartPoint());
+    return ToPoint(Scaled(sum, RuntimeDivide(1, static_cast<double>(segments_.size()))));
+}
+
+std::vector<double> Loop7::Bulges() const {
+    std::vector<double> bulges;
+    bulges.reserve(segments_.size());
+    for (const LoopDLine& segment : segments_) bulges.push_back(segment.Bulge());
+    return bulges;
+}
+
+// Sums the segments' integrals about the mean vertex O (small numbers, few lost digits), moves the
+// moments to the centroid by the parallel-axis rule and hands them to a new block.
+void Loop7::ComputeInertia() {
+    if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    double perimeter = 0;
+    for (const LoopDLine& segment : segments_) perimeter += segment.Length();
+    const PlanePoint O = ToPlanePoint(MiddlePoint());
+    SegmentIntegrals sum;
+    for (const LoopDLine& segment : segments_) sum += segment.IntegralsAbout(O);
+    const double A = sum.Area;
+    const double xc = RuntimeDivide(sum.StaticMomentY, A);
+    const double yc = RuntimeDivide(sum.StaticMomentX, A);
+    const double ix = sum.MomentOfInertiaX - A * (yc * yc);
+    const double iy = sum.MomentOfInertiaY - A * (xc * xc);
+    const double ixy = sum.ProductOfInertiaXY - A * xc * yc;
+    auto block = tgp::InertiaBlock::Create();
+    block->Init(ix, iy, ixy, {O[0] + xc, O[1] + yc, O[2]}, A, perimeter);
+    block_ = std::move(block);
+}
+
+std::shared_ptr<InertiaBlock> Loop7::InertiaBlock() {
+    if (!block_) ComputeInertia();
+    return block_;
+}
+
+double Loop7::Length() { return InertiaBlock()->Perimeter()->Millimetres(); }
+double Loop7::Area() { return InertiaBlock()->Area()->Millimetres(); }
+double Loop7::AreaAbs() { return std::fabs(Area()); }
+double Loop7::MomentOfInertiaX() { return InertiaBlock()->MomentOfInertiaX()->Millimetres(); }
+double Loop7::MomentOfInertiaY() { return InertiaBlock()->MomentOfInertiaY()->Millimetres(); }
+double Loop7::ProductOfInertiaXY() { return InertiaBlock()->ProductOfInertiaXY()->Millimetres(); }
+Point Loop7::Centroid() { return InertiaBlock()->Centroid(); }
+
+bool Loop7::PointIsInside(const Point& point, bool* PointIsOn) const {
+    if (PointIsOn) *PointIsOn = false;
+    const PlanePoint p = ToPlanePoint(point);
+    double winding = 0;
+    for (const LoopDLine& segment : segments_) {
+        if (segment.PointIsOnDline(p)) {
+            if (PointIsOn) *PointIsOn = true;
+            return false;
+        }
+        winding += segment.AngleTo(p);
+    }
+    return IsEqual(std::fabs(winding), kTwoPi);
+}
+
+bool Loop7::IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections) const {
+    const PlanePoint p1 = ToPlanePoint(SP), p2 = ToPlanePoint(EP);
+    if (Distance2(p1, p2) == 0) throw Error::InvalidProcedureCall();
+    std::vector<PlanePoint> found;
+    bool any = false;
+    for (const LoopDLine& segment : segments_) any = segment.IntersectWithInfinitiveLine(p1, p2, &found) || any;
+    ReportDistinct(found, ArrIntersections);
+    return any;
+}
+
+bool Loop7::IntersectWithLoop(const Loop7& exLoop, std::vector<Point>* ArrIntersections) const {
+    std::vector<PlanePoint> found;
+    const bool any = FindIntersections(segments_, exLoop.segments_, ArrIntersections ? &found : nullptr);
+    ReportDistinct(found, ArrIntersections);
+    return any;
+}
+
+bool Loop7::IsSelfIntersect(std::vector<Point>* ArrIntersections) const {
+    std::vector<PlanePoint> found;
+    const bool any = FindSelfIntersections(segments_, closed_, ArrIntersections ? &found : nullptr);
+    ReportDistinct(found, ArrIntersections);
+    return any;
+}
+
+std::optional<bool> Loop7::IsChildOF(const Loop7& exLoop) const {
+    if (IntersectWithLoop(exLoop) || segments_.empty()) return std::nullopt;
+    if (exLoop.PointIsInside(ToPoint(segments_.front().StartPoint()))) return true;
+    return std::nullopt;
+}
+
+LoopRelationShip Loop7::RelationshipTo(const Loop7& exLoop) const {
+    if (IntersectWithLoop(exLoop)) return SiblingLoop;
+    if (!segments_.empty() && exLoop.PointIsInside(ToPoint(segments_.front().StartPoint()))) return ChildLoop;
+    if (!exLoop.segments_.empty() && PointIsInside(ToPoint(exLoop.segments_.front().StartPoint()))) return ParentLoop;
+    return FriendLoop;
+}
+
+void Loop7::GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& BottomPoint,
+                               const Point* AlignToPoint) const {
+    if (segments_.empty()) return;
+    const PlanePoint u = ToPlanePoint(uVector);
+    PlanePoint top{}, bottom{};
+    segments_.front().GetTopBottomPoints(u, top, bottom);
+    for (const LoopDLine& segment : segments_) {
+        PlanePoint t{}, b{};
+        segment.GetTopBottomPoints(u, t, b);
+        if (Dot2(t, u) > Dot2(top, u)) top = t;
+        if (Dot2(b, u) < Dot2(bottom, u)) bottom = b;
+    }
+    if (AlignToPoint) {
+        const PlanePoint base = ToPlanePoint(*AlignToPoint);
+        const PlanePoint e = Scaled(u, 1 / Length2(u));
+        top = Plus(base, Scaled(e, Dot2(Minus(top, base), e)));
+        bottom = Plus(base, Scaled(e, Dot2(Minus(bottom, base), e)));
+    }
+    TopPoint = ToPoint(top);
+    BottomPoint = ToPoint(bottom);
+}
+
+void Loop7::Move(const Point& Displacement, bool MoveAcad) {
+    if (block_) block_->Move(Displacement);
+    const PlanePoint d = ToPlanePoint(Displacement);
+    for (LoopDLine& segment : segments_) segment.Move(d);
+    if (MoveAcad && entity_) entity_->Move({0, 0, 0}, Displacement);
+}
+
+void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
+                           const Point& BasePoint) {
+    if (entity_) ThrowLibraryError("Cannot Transformation Loop7 which has AcadEntity attached");
+    const PlanePoint d = ToPlanePoint(Displacement), base = ToPlanePoint(BasePoint);
+    for (LoopDLine& segment : segments_) segment.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
+    Changed();
+}
+
+void Loop7::PointAnalysis(const Point& point, double& Distance, Point& HPoint, double& TAngle) const {
+    const PlanePoint p = ToPlanePoint(point);
+    bool first = true;
+    for (const LoopDLine& segment : segments_) {
+        double distance = 0, angle = 0;
+        PlanePoint nearest{};
+        segment.PointAnalysis(p, distance, nearest, angle);
+        if (!first && distance >= Distance) continue;
+        first = false;
+        Distance = distance;
+        HPoint = ToPoint(nearest);
+        TAngle = angle;
+    }
+}
+
+std::shared_ptr<Loop7> Loop7::Copy() const {
+    auto copy = Create();
+    copy->segments_ = segments_;
+    copy->closed_ = closed_;
+    copy->entity_ = entity_;
+    copy->handle_ = handle_;
+    copy->isVoid_ = isVoid_;
+    if (block_) copy->block_ = block_->Copy();
+    return copy;
+}
+
+}  // namespace tgp

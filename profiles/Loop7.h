@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "geometry/Point.h"
+#include "profiles/HostEntity.h"
+#include "profiles/InertiaBlock.h"
+#include "profiles/LoopDLine.h"
+
+namespace tgp {
+
+// How a loop lies relative to another.
+enum LoopRelationShip : std::int32_t {
+    FriendLoop = 0,   // apart
+    ChildLoop = 1,    // inside the other
+    SiblingLoop = 2,  // crossing or touching it
+    ParentLoop = 3,   // around the other
+};
+
+// One closed profile of straight and arc segments, with its section properties computed once, on
+// demand, into an InertiaBlock. Signs follow the traversal: a counter-clockwise loop has a negative
+// area (the integrals are ∫ y dx). Any number of vertices; the published 16-bit vertex count is a
+// limit of the automation layer only. Held by shared_ptr; Copy gives an independent loop.
+class Loop7 {
+public:
+    static std::shared_ptr<Loop7> Create() { return std::make_shared<Loop7>(); }
+
+    // One segment per vertex from x, y pairs and one bulge per vertex, closed back to the first vertex
+    // unless NoClose. A segment of length 0 within 1E-05 is dropped together with its start vertex, so
+    // repeated vertices collapse into one. A bulge list shorter than needed raises error 9.
+    void InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose = false);
+    // A closed polygon through the points (bulges 0).
+    void InitFromPoints(std::span<const Point> Vertices);
+    // Reverses the traversal; an existing property block is inverted rather than recomputed.
+    void Reverse();
+
+    std::size_t Count() const { return segments_.size(); }
+    std::span<const LoopDLine> Segments() const { return segments_; }
+    bool IsClosed() const { return closed_; }
+
+    // The CAD entity the loop came from (may be null) and its handle, stored as given.
+    const std::shared_ptr<HostEntity>& AcadEntity() const { return entity_; }
+    void AcadEntity(std::shared_ptr<HostEntity> entity) { entity_ = std::move(entity); }
+    const std::string& Handle() const { return handle_; }
+    void Handle(std::string handle) { handle_ = std::move(handle); }
+
+    // Start point of segment i (error 9 past the end).
+    Point Vertex(std::size_t i) const;
+    // x, y of every vertex in order (an open loop includes its last end point).
+    std::vector<double> Coordinates() const;
+    // The mean of the segments' start points: the reference point the properties are summed about.
+    Point MiddlePoint() const;
+    std::vector<double> Bulges() const;
+
+    bool IsVoid() const { return isVoid_; }
+    void IsVoid(bool value) { isVoid_ = value; }
+
+    // Section properties. The first request checks the loop for self-intersection (error 5
+    // "Invalid Loop to generate Inertia Properties: Loop should not cut itself"); an empty loop raises
+    // 11 "Division by zero" and a loop of area 0 raises 6 "Overflow", as the runtime's division does.
+    bool InitInertiaDone() const { return block_ != nullptr; }
+    std::shared_ptr<tgp::InertiaBlock> InertiaBlock();
+    double Length();
+    double Area();
+    double AreaAbs();
+    double MomentOfInertiaX();
+    double MomentOfInertiaY();
+    double ProductOfInertiaXY();
+    Point Centroid();
+
+    // Inside by the winding angle. A point on the boundary is not inside; PointIsOn tells it apart.
+    bool PointIsInside(const Point& point, bool* PointIsOn = nullptr) const;
+    // Common points with the infinite line through SP and EP (SP = EP raises error 5).
+    bool IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections = nullptr) const;
+    // Common points with another loop (touching counts).
+    bool IntersectWithLoop(const Loop7& exLoop, std::vector<Point>* ArrIntersections = nullptr) const;
+    // Whether segments cross or overlap one another; neighbours meeting at their shared vertex do not.
+    bool IsSelfIntersect(std::vector<Point>* ArrIntersections = nullptr) const;
+    // True when the loops do not meet and this loop's first vertex is inside exLoop; otherwise
+    // nothing (not false), as published.
+    std::optional<bool> IsChildOF(const Loop7& exLoop) const;
+    LoopRelationShip RelationshipTo(const Loop7& exLoop) const;
+    // The points of the loop farthest along uVector and against it. With AlignToPoint they are
+    // projected onto the line through AlignToPoint along uVector. An empty loop leaves them unchanged.
+    void GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& BottomPoint,
+                            const Point* AlignToPoint = nullptr) const;
+    // Moves the segments and an existing property block; with MoveAcad also the attached entity,
+    // through its Move from (0, 0, 0) to Displacement.
+    void Move(const Point& Displacement, bool MoveAcad = false);
+    // Applies the segment Transformation to every segment and drops the property block. Refused with
+    // 2411 "Cannot Transformation Loop7 which has AcadEntity attached" while an entity is attached.
+    void Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
+                        const Point& BasePoint);
+    // Distance from a point to the loop, the nearest point and the direction of travel there.
+    // An empty loop leaves the outputs unchanged.
+    void PointAnalysis(const Point& point, double& Distance, Point& HPoint, double& TAngle) const;
+    std::shared_ptr<Loop7> Copy() const;
+
+private:
+    void ComputeInertia();
+    void Changed() { block_.reset(); }
+
+    std::vector<LoopDLine> segments_;
+    bool closed_ = true;
+    std::shared_ptr<HostEntity> entity_;
+    std::string handle_;
+    bool isVoid_ = false;
+    std::shared_ptr<tgp::InertiaBlock> block_;
+};
+
+}  // namespace tgp

@@ -1,0 +1,150 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "profiles/PlanePoint.h"
+
+namespace tgp {
+
+// The six integrals of a segment over the region between it and the x axis, taken along the
+// segment from its start to its end (so they carry the sign of the direction of travel):
+// Area = ∫ y dx, StaticMomentX = ∫ y²/2 dx, StaticMomentY = ∫ x y dx, MomentOfInertiaX = ∫ y³/3 dx,
+// MomentOfInertiaY = ∫ x² y dx, ProductOfInertiaXY = ∫ x y²/2 dx.
+struct SegmentIntegrals {
+    double Area = 0;
+    double StaticMomentX = 0;
+    double StaticMomentY = 0;
+    double MomentOfInertiaX = 0;
+    double MomentOfInertiaY = 0;
+    double ProductOfInertiaXY = 0;
+
+    SegmentIntegrals& operator+=(const SegmentIntegrals& other);
+};
+
+// An axis-aligned box around a segment, arc bulges included.
+struct SegmentBox {
+    double xmin, ymin, xmax, ymax;
+};
+
+// One segment of a closed loop: a straight line, or a circular arc given by its end points and a
+// bulge (the tangent of a quarter of the signed included angle; positive turns counter-clockwise).
+// A value type: loops hold their segments by value, so a segment costs no heap allocation.
+//
+// Distance tolerance: the point tests and intersections take points within kOnLineTolerance (drawing
+// units, i.e. millimetres) of a segment as lying on it, unless a member says otherwise.
+class LoopDLine {
+public:
+    static constexpr double kOnLineTolerance = 1e-6;
+
+    // Stores the end points (x, y; z is carried along unread) and the bulge, clears the cached
+    // integrals and derives radius, centre, angles and length. A bulge of exactly 0 is straight.
+    void Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, double Bulge);
+
+    const PlanePoint& StartPoint() const { return start_; }
+    const PlanePoint& EndPoint() const { return end_; }
+    double Bulge() const { return bulge_; }
+    bool IsArc() const { return bulge_ != 0; }
+    // Absolute arc radius; 0 for a straight segment.
+    double Radius() const { return radius_; }
+    // (cx, cy, 0) of an arc; empty for a straight segment.
+    std::optional<PlanePoint> Center() const;
+    // Signed included angle 4·atan(Bulge), radians.
+    double Alfa() const { return alfa_; }
+    double StartAngle() const { return startAngle_; }
+    double EndAngle() const { return endAngle_; }
+    // Arc length, or chord length for a straight segment.
+    double Length() const { return length_; }
+
+    // Alfa·R² − R²·sin(Alfa)/2: the first term deliberately has no factor one half.
+    double ArcArea() const;
+    // The chord vector EndPoint − StartPoint.
+    PlanePoint VectorAB() const { return Minus(end_, start_); }
+    // Chord midpoint of a straight segment, arc midpoint of an arc.
+    PlanePoint MidPoint() const;
+
+    // The cached integrals about the global axes, computed on first read after Init or Move.
+    bool InitInertiaDone() const { return inertiaDone_; }
+    double Area() const { return Integrals().Area; }
+    double StaticMomentX() const { return Integrals().StaticMomentX; }
+    double StaticMomentY() const { return Integrals().StaticMomentY; }
+    double MomentOfInertiaX() const { return Integrals().MomentOfInertiaX; }
+    double MomentOfInertiaY() const { return Integrals().MomentOfInertiaY; }
+    double ProductOfInertiaXY() const { return Integrals().ProductOfInertiaXY; }
+    const SegmentIntegrals& Integrals() const;
+    // The integrals of this segment moved by −Origin, without moving it or touching the cache.
+    SegmentIntegrals IntegralsAbout(const PlanePoint& Origin) const;
+
+    // The signed angle the segment subtends at Point (its contribution to a winding sum): 0 at an
+    // end of a straight segment, Alfa/2 at an end of an arc, ±pi on the chord, and the chord's
+    // angle corrected by a full turn when Point lies between the chord and the arc.
+    double AngleTo(const PlanePoint& Point) const;
+    // Shifts the end points and the centre; radius, angles and length stay, the integrals are
+    // recomputed on the next read.
+    void Move(const PlanePoint& Displacement);
+
+    // Distance from Point to the segment, the nearest point HPoint on it, and the direction of
+    // travel there (TAngle, radians in (-pi, pi]). At the centre of an arc the start point is taken.
+    void PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint, double& TAngle) const;
+    // Point within Tolerance of the segment (end points included).
+    bool PointIsOnDline(const PlanePoint& Point, double Tolerance = kOnLineTolerance) const;
+    // Point inside or on the triangle O, StartPoint, EndPoint (O defaults to the origin); a
+    // degenerate triangle contains only the points on its edges.
+    bool PointIsInOAB(const PlanePoint& Point, const PlanePoint& O = {0, 0, 0}) const;
+    // Point strictly inside the sector of the arc (inside its circle and within its sweep seen from
+    // the centre); always false for a straight segment.
+    bool PointIsInArcArea(const PlanePoint& Point) const;
+    // Point strictly between the chord and the arc; always false for a straight segment.
+    bool PointIsInDlineArea(const PlanePoint& Point) const;
+
+    // Intersection points with another segment (line-line, line-arc, arc-arc), end points included,
+    // within kOnLineTolerance. Collinear or concentric overlaps report the ends of the overlap.
+    // Returns whether there is any; points are appended to Points when given.
+    bool IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoint>* Points = nullptr) const;
+    // Intersection points with the infinite line through P1 and P2 (P1 ≠ P2). A straight segment
+    // lying on the line reports its two end points.
+    bool IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoint& P2,
+                                     std::vector<PlanePoint>* Points = nullptr) const;
+    // The points of the segment farthest along uVector (Top) and against it (Bottom), arc
+    // extremes included; on a tie the earlier point along the segment wins.
+    void GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint, PlanePoint& BottomPoint) const;
+    // The box around the segment, arc extremes included.
+    SegmentBox BoundingBox() const;
+
+    // Reverses the direction of travel: end points exchanged, bulge negated.
+    void Inverse();
+    // Scales the end points about BasePoint by XScaleFactor, YScaleFactor, turns them about
+    // BasePoint by Rotation radians and shifts them by Displacement. The bulge is kept, negated for a
+    // mirroring scale (factors of opposite signs), so an arc stays an arc through the new end points.
+    void Transformation(const PlanePoint& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
+                        const PlanePoint& BasePoint);
+    // Splits at the point of the segment nearest to Point: the part up to it and the part after it.
+    std::pair<LoopDLine, LoopDLine> Divide1(const PlanePoint& Point) const;
+    // Splits into Parts pieces of equal length (Parts < 1 raises error 5).
+    std::vector<LoopDLine> Divide2(int Parts) const;
+    LoopDLine Copy() const { return *this; }
+
+private:
+    SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
+    SegmentIntegrals ArcIntegrals(double cx, double cy) const;
+    bool AngleIsOnArc(double angle, double angleTolerance) const;
+    PlanePoint ArcPoint(double angle) const;
+    // The part of the segment from parameter t0 to t1 (0 = start, 1 = end; arcs by angle).
+    LoopDLine Piece(double t0, double t1) const;
+    double ParameterOf(const PlanePoint& pointOnSegment) const;
+
+    PlanePoint start_{};
+    PlanePoint end_{};
+    double bulge_ = 0;
+    double radius_ = 0;
+    PlanePoint center_{};
+    double alfa_ = 0;
+    double startAngle_ = 0;
+    double endAngle_ = 0;
+    double length_ = 0;
+    mutable SegmentIntegrals integrals_{};
+    mutable bool inertiaDone_ = false;
+};
+
+}  // namespace tgp
