@@ -1,0 +1,301 @@
+// Every unit of every kind: written in one unit, read in every other, against an independent model
+// of the catalogue that repeats its operations in the same order, so results compare bit for bit.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/Error.h"
+#include "units/DAngle.h"
+#include "units/DArea.h"
+#include "units/DForce.h"
+#include "units/DForceDensity.h"
+#include "units/DForceMoment.h"
+#include "units/DForcePerArea.h"
+#include "units/DForcePerLine.h"
+#include "units/DLength.h"
+#include "units/DMomentOfInertia.h"
+#include "units/DPressure.h"
+#include "units/DVolume.h"
+
+namespace tgp {
+namespace {
+
+struct Amount {
+    double raw = 0;
+    double factor = 0;
+};
+struct UnitModel {
+    int id;
+    std::function<double(Amount)> read;
+    std::function<Amount(double)> write;
+};
+struct KindModel {
+    std::string name;
+    std::function<std::shared_ptr<Quantity>()> make;
+    std::vector<UnitModel> units;
+    const UnitModel& operator[](int id) const {
+        for (const UnitModel& unit : units)
+            if (unit.id == id) return unit;
+        throw std::logic_error("no unit");
+    }
+};
+
+UnitModel Divide(int id, double f) {
+    return {id, [f](Amount a) { return a.raw / f; }, [f](double v) { return Amount{v * f}; }};
+}
+UnitModel Multiply(int id, double f) {
+    return {id, [f](Amount a) { return a.raw * f; }, [f](double v) { return Amount{v / f}; }};
+}
+UnitModel Through(int id, const UnitModel& base, double k) {
+    return {id, [base, k](Amount a) { return base.read(a) / k; }, [base, k](double v) { return base.write(v * k); }};
+}
+// Raw-and-factor kinds: written raw = v, factor = f; read (factor / divisors...) * raw.
+UnitModel Pair(int id, double f, std::vector<double> divisors) {
+    return {id,
+            [divisors](Amount a) {
+                double x = a.factor;
+                for (double d : divisors) x /= d;
+                return x * a.raw;
+            },
+            [f](double v) { return Amount{v, f}; }};
+}
+
+template <class Q>
+std::function<std::shared_ptr<Quantity>()> Maker() {
+    return [] { return std::make_shared<Q>(); };
+}
+
+std::vector<UnitModel> PressureUnits() {
+    const UnitModel kgM2 = Divide(2, 0.00981), psi = Divide(4, 6.897112576), pa = Multiply(11, 1000);
+    return {Divide(0, 1000000), Divide(1, 100),    kgM2,           Through(3, kgM2, 1000),
+            psi,                Through(5, psi, 1000), Divide(6, 1000), Divide(7, 1),
+            Divide(8, 10000),   Divide(9, 98.1),   Divide(10, 98.1), pa,
+            Through(12, pa, 1000), Through(13, pa, 1000000)};
+}
+
+std::vector<UnitModel> ForceLengthUnits(UnitModel base, double kg, double pound, UnitModel perMetre) {
+    const UnitModel kgUnit = Divide(2, kg), poundUnit = Divide(4, pound);
+    return {base, kgUnit, Through(3, kgUnit, 1000), poundUnit, Through(5, poundUnit, 1000), perMetre};
+}
+
+std::vector<KindModel> Catalogue() {
+    const double pi = 3.14159265358979;
+    const UnitModel kg = {2, [](Amount a) { return (1000 / 9.81) * a.raw; }, [](double v) { return Amount{v * 9.81 / 1000}; }};
+    const UnitModel moiCm = Pair(1, 10000, {10000});
+    return {
+        {"Angle", Maker<DAngle>(),
+         {Divide(0, 1), {1, [pi](Amount a) { return a.raw / pi * 180; }, [pi](double v) { return Amount{v / 180 * pi}; }}}},
+        {"Length", Maker<DLength>(),
+         {Divide(0, 1), Divide(1, 10), Divide(2, 100), Divide(3, 1000), Divide(4, 25.4), Divide(5, 304.8)}},
+        {"Area", Maker<DArea>(),
+         {Divide(0, 1), Divide(1, 100), Divide(2, 10000), Divide(3, 1000000),
+          {4, [](Amount a) { return a.raw / 25.4 / 25.4; }, [](double v) { return Amount{v * 25.4 * 25.4}; }},
+          {5, [](Amount a) { return a.raw / 304.8 / 304.8; }, [](double v) { return Amount{v * 304.8 * 304.8}; }}}},
+        {"Volume", Maker<DVolume>(),
+         {Pair(0, 1, {}), Pair(1, 1000, {1000}), Pair(2, 1e6, {1e6}), Pair(3, 1e9, {1e9}),
+          Pair(4, 16387.064, {25.4, 25.4, 25.4}), Pair(5, 28316846.592000004, {304.8, 304.8, 304.8})}},
+        {"MomentOfInertia", Maker<DMomentOfInertia>(),
+         {Pair(0, 1, {}), moiCm, Through(2, moiCm, 10000),
+          {3, [](Amount a) { return (a.factor / 1e12) * a.raw; }, [](double v) { return Amount{v * 1e6, 1e6}; }},
+          Pair(4, 416231.42559999996, {25.4, 25.4, 25.4, 25.4}),
+          Pair(5, std::pow(304.8, 4), {std::pow(304.8, 4)})}},
+        {"Force", Maker<DForce>(),
+         {Divide(0, 1), Multiply(1, 100), kg, Through(3, kg, 1000),
+          {4, [](Amount a) { return a.raw * 1000 / 4.44974115; }, [](double v) { return Amount{v * 4.44974115 / 1000}; }},
+          Divide(5, 4.44974115), Multiply(6, 1000)}},
+        {"Pressure", Maker<DPressure>(), PressureUnits()},
+        {"ForcePerArea", Maker<DForcePerArea>(), PressureUnits()},
+        {"ForceMoment", Maker<DForceMoment>(), ForceLengthUnits(Divide(0, 1), 9.81, 0.113023425, Divide(7, 1000))},
+        {"ForcePerLine", Maker<DForcePerLine>(), ForceLengthUnits(Divide(0, 1), 9.81e-06, 0.000175187, Multiply(7, 1000))},
+        {"ForceDensity", Maker<DForceDensity>(), ForceLengthUnits(Divide(0, 1e9), 0.00981, 271.5398652, Divide(7, 1))},
+    };
+}
+
+const double kSamples[] = {1, 12.345, -0.7, 1e-3, 987654.321};
+
+TEST(Conversion, EveryUnitWrittenReadsBackInEveryUnitExactly) {
+    for (const KindModel& kind : Catalogue()) {
+        for (const UnitModel& written : kind.units) {
+            for (double v : kSamples) {
+                auto q = kind.make();
+                q->Value(written.id, v);
+                for (const UnitModel& read : kind.units)
+                    EXPECT_EQ(q->Value(read.id), read.read(written.write(v)))
+                        << kind.name << " written in " << written.id << " read in " << read.id << " value " << v;
+            }
+        }
+    }
+}
+
+TEST(Conversion, FreshQuantityReadsZeroInEveryUnit) {
+    for (const KindModel& kind : Catalogue()) {
+        auto q = kind.make();
+        for (const UnitModel& unit : kind.units) EXPECT_EQ(q->Value(unit.id), 0) << kind.name << " " << unit.id;
+    }
+}
+
+TEST(Conversion, EveryInvalidIdFailsWithItsTextAndKeepsTheAmount) {
+    for (const KindModel& kind : Catalogue()) {
+        std::vector<int> invalid = {-32768, -1, 14, 99, 32767};
+        for (int id = 0; id < 14; ++id) {
+            bool valid = false;
+            for (const UnitModel& unit : kind.units) valid = valid || unit.id == id;
+            if (!valid) invalid.push_back(id);
+        }
+        auto q = kind.make();
+        q->Value(0, 42);
+        for (int id : invalid) {
+            const std::string expected = std::to_string(id) + " is an invalid UnitID for " + kind.name;
+            for (bool isLet : {false, true}) {
+                try {
+                    if (isLet) q->Value(id, 7);
+                    else q->Value(id);
+                    ADD_FAILURE() << kind.name << " accepted " << id;
+                } catch (const Error& e) {
+                    EXPECT_EQ(e.number(), 24111);
+                    EXPECT_EQ(e.description(), expected);
+                }
+            }
+            EXPECT_EQ(q->Value(0), 42) << kind.name << " after a failed let with " << id;
+        }
+    }
+}
+
+TEST(Conversion, DimensionTypeOfEveryClass) {
+    const auto catalogue = Catalogue();
+    for (int kind = 0; kind < 11; ++kind) EXPECT_EQ(catalogue[kind].make()->DimensionType(), kind) << catalogue[kind].name;
+}
+
+// The named properties must select the unit of their name: each is compared with Value(id).
+template <class Q>
+struct Property {
+    int id;
+    double (Q::*get)() const;
+    void (Q::*set)(double);
+};
+
+template <class Q>
+void ExpectPropertiesMatchIds(const std::vector<Property<Q>>& properties) {
+    for (const Property<Q>& property : properties) {
+        Q byName, byId;
+        (byName.*property.set)(3.75);
+        byId.Value(property.id, 3.75);
+        EXPECT_EQ(byName.Value(0), byId.Value(0)) << "let of unit " << property.id;
+        EXPECT_EQ((byId.*property.get)(), byId.Value(property.id)) << "get of unit " << property.id;
+    }
+}
+
+TEST(Conversion, NamedPropertiesSelectTheirUnits) {
+    ExpectPropertiesMatchIds<DAngle>({{0, &DAngle::Radians, &DAngle::Radians}, {1, &DAngle::Degrees, &DAngle::Degrees}});
+    ExpectPropertiesMatchIds<DLength>({{0, &DLength::Millimetres, &DLength::Millimetres}, {1, &DLength::Centimetres, &DLength::Centimetres},
+                                       {2, &DLength::Decimetres, &DLength::Decimetres}, {3, &DLength::Metres, &DLength::Metres},
+                                       {4, &DLength::Inches, &DLength::Inches}, {5, &DLength::Feet, &DLength::Feet}});
+    ExpectPropertiesMatchIds<DArea>({{0, &DArea::Millimetres, &DArea::Millimetres}, {1, &DArea::Centimetres, &DArea::Centimetres},
+                                     {2, &DArea::Decimetres, &DArea::Decimetres}, {3, &DArea::Metres, &DArea::Metres},
+                                     {4, &DArea::Inches, &DArea::Inches}, {5, &DArea::Feet, &DArea::Feet}});
+    ExpectPropertiesMatchIds<DVolume>({{0, &DVolume::Millimetres, &DVolume::Millimetres}, {1, &DVolume::Centimetres, &DVolume::Centimetres},
+                                       {2, &DVolume::Litres, &DVolume::Litres}, {3, &DVolume::Metres, &DVolume::Metres},
+                                       {4, &DVolume::Inches, &DVolume::Inches}, {5, &DVolume::Feet, &DVolume::Feet}});
+    using MoI = DMomentOfInertia;
+    ExpectPropertiesMatchIds<MoI>({{0, &MoI::Millimetres, &MoI::Millimetres}, {1, &MoI::Centimetres, &MoI::Centimetres},
+                                   {2, &MoI::Decimetres, &MoI::Decimetres}, {3, &MoI::Metres, &MoI::Metres},
+                                   {4, &MoI::Inches, &MoI::Inches}, {5, &MoI::Feet, &MoI::Feet}});
+    ExpectPropertiesMatchIds<DForce>({{0, &DForce::KN, &DForce::KN}, {1, &DForce::daN, &DForce::daN}, {2, &DForce::KG, &DForce::KG},
+                                      {3, &DForce::tons, &DForce::tons}, {4, &DForce::pound, &DForce::pound},
+                                      {5, &DForce::kip, &DForce::kip}, {6, &DForce::Newtons, &DForce::Newtons}});
+    using P = DPressure;
+    ExpectPropertiesMatchIds<P>({{0, &P::KN_mm2, &P::KN_mm2}, {1, &P::daN_cm2, &P::daN_cm2}, {2, &P::KG_m2, &P::KG_m2},
+                                 {3, &P::ton_m2, &P::ton_m2}, {4, &P::psi, &P::psi}, {5, &P::ksi, &P::ksi},
+                                 {6, &P::N_mm2, &P::N_mm2}, {7, &P::KN_m2, &P::KN_m2}, {8, &P::KN_cm2, &P::KN_cm2},
+                                 {9, &P::KG_cm2, &P::KG_cm2}, {10, &P::atm, &P::atm}, {11, &P::PA, &P::PA},
+                                 {12, &P::KPa, &P::KPa}, {13, &P::MPa, &P::MPa}});
+    using A = DForcePerArea;
+    ExpectPropertiesMatchIds<A>({{0, &A::KN_mm2, &A::KN_mm2}, {1, &A::daN_cm2, &A::daN_cm2}, {2, &A::KG_m2, &A::KG_m2},
+                                 {3, &A::ton_m2, &A::ton_m2}, {4, &A::psi, &A::psi}, {5, &A::ksi, &A::ksi},
+                                 {6, &A::N_mm2, &A::N_mm2}, {7, &A::KN_m2, &A::KN_m2}, {8, &A::KN_cm2, &A::KN_cm2},
+                                 {9, &A::KG_cm2, &A::KG_cm2}, {10, &A::atm, &A::atm}, {11, &A::PA, &A::PA},
+                                 {12, &A::KPa, &A::KPa}, {13, &A::MPa, &A::MPa}});
+    using M = DForceMoment;
+    ExpectPropertiesMatchIds<M>({{0, &M::KNmm, &M::KNmm}, {2, &M::KGm, &M::KGm}, {3, &M::tm, &M::tm},
+                                 {4, &M::lbin, &M::lbin}, {5, &M::kipin, &M::kipin}, {7, &M::KNm, &M::KNm}});
+    using L = DForcePerLine;
+    ExpectPropertiesMatchIds<L>({{0, &L::KN_mm, &L::KN_mm}, {2, &L::KG_m, &L::KG_m}, {3, &L::tons_m, &L::tons_m},
+                                 {4, &L::lbin, &L::lbin}, {5, &L::kipin, &L::kipin}, {7, &L::KN_m, &L::KN_m}});
+    using D = DForceDensity;
+    ExpectPropertiesMatchIds<D>({{0, &D::KN_mm3, &D::KN_mm3}, {2, &D::KG_m3, &D::KG_m3}, {3, &D::tons_m3, &D::tons_m3},
+                                 {4, &D::pci, &D::pci}, {5, &D::kci, &D::kci}, {7, &D::KN_m3, &D::KN_m3}});
+}
+
+TEST(Conversion, CatalogueLandmarks) {
+    DLength length;
+    length.Feet(1);
+    EXPECT_EQ(length.Millimetres(), 304.8);
+
+    DArea area;
+    area.Inches(1);
+    EXPECT_NEAR(area.Millimetres(), 645.16, 2 * 645.16 * 2.3e-16);
+
+    DMomentOfInertia inertia;
+    inertia.Metres(1);
+    EXPECT_EQ(inertia.Millimetres(), 1e12);
+    EXPECT_EQ(inertia.Metres(), 1);
+
+    DForce force;
+    force.kip(1);
+    EXPECT_EQ(force.KN(), 4.44974115);
+    EXPECT_NEAR(force.pound(), 1000, 1e-9);
+
+    DAngle angle;
+    angle.Degrees(180);
+    EXPECT_EQ(angle.Radians(), 3.14159265358979);
+
+    DPressure pressure;
+    for (double v : kSamples) {
+        pressure.KN_m2(v);
+        EXPECT_EQ(pressure.atm(), pressure.KG_cm2());
+    }
+}
+
+TEST(Conversion, OverflowingConversionFailsWithOverflowAndKeepsTheAmount) {
+    DLength length;
+    length.Millimetres(5);
+    try {
+        length.Metres(1e306);
+        FAIL();
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 6);
+        EXPECT_EQ(e.description(), "Overflow");
+    }
+    EXPECT_EQ(length.Millimetres(), 5);
+}
+
+// Copy goes through unit id 0, which for pressures and densities is not the storage unit.
+TEST(Conversion, CopyCarriesTheAmountThroughUnitZeroAndIsIndependent) {
+    DPressure pressure;
+    pressure.KN_m2(0.1234567);
+    auto copy = pressure.Copy();
+    EXPECT_EQ(copy->KN_m2(), (0.1234567 / 1000000) * 1000000);
+    pressure.KN_m2(9);
+    EXPECT_EQ(copy->KN_m2(), (0.1234567 / 1000000) * 1000000);
+
+    DForceDensity density;
+    density.KN_m3(0.3);
+    EXPECT_EQ(density.Copy()->KN_m3(), (0.3 / 1e9) * 1e9);
+
+    DMomentOfInertia inertia;  // raw = 3, factor = 25.4^4; the copy holds raw = amount in mm4, factor 1
+    inertia.Inches(3);
+    auto inertiaCopy = inertia.Copy();
+    EXPECT_EQ(inertiaCopy->Millimetres(), 416231.42559999996 * 3);
+    EXPECT_EQ(inertiaCopy->Centimetres(), (1 / 10000.0) * (416231.42559999996 * 3));
+
+    DVolume volume;
+    volume.Litres(2);
+    EXPECT_EQ(volume.Copy()->Centimetres(), (1 / 1000.0) * 2e6);
+}
+
+}  // namespace
+}  // namespace tgp

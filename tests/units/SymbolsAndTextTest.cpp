@@ -1,0 +1,211 @@
+// Unit symbols, the unit recogniser with its kept first-match results, and the text form.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "core/Error.h"
+#include "units/DAngle.h"
+#include "units/DArea.h"
+#include "units/DForce.h"
+#include "units/DForceDensity.h"
+#include "units/DForceMoment.h"
+#include "units/DForcePerArea.h"
+#include "units/DForcePerLine.h"
+#include "units/DLength.h"
+#include "units/DMomentOfInertia.h"
+#include "units/DPressure.h"
+#include "units/UnitSetting.h"
+#include "units/UnitSymbols.h"
+
+namespace tgp {
+namespace {
+
+// The published symbol table: rows are unit ids 0..13, columns the kinds in DimensionObjectType order
+// (Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForcePerArea, ForceMoment,
+// ForcePerLine, ForceDensity). "" = no such unit.
+const char* const kSymbols[14][11] = {
+    {"rad", "mm", "mm\u00b2", "mm\u00b3", "mm4", "KN", "KN/mm\u00b2", "KN/mm\u00b2", "KNmm", "KN/mm", "KN/mm\u00b3"},
+    {"\u00ba", "cm", "cm\u00b2", "cm\u00b3", "cm4", "daN", "daN/cm\u00b2", "daN/cm\u00b2", "", "", ""},
+    {"", "dm", "dm\u00b2", "dm\u00b3", "dm4", "kG", "kG/m\u00b2", "kG/m\u00b2", "KGm", "KG/m", "KG/m\u00b3"},
+    {"", "m", "m\u00b2", "m\u00b3", "m4", "ton", "ton/m\u00b2", "ton/m\u00b2", "ton.m", "ton/m", "ton/m\u00b3"},
+    {"", "in", "in\u00b2", "in\u00b3", "in4", "lb", "psi", "psi", "lb.in", "lb/in", "pci"},
+    {"", "ft", "ft\u00b2", "ft\u00b3", "ft4", "kip", "ksi", "ksi", "kip.in", "kip/in", "kci"},
+    {"", "", "", "", "", "N", "N/mm\u00b2", "N/mm\u00b2", "", "", ""},
+    {"", "", "", "", "", "", "KN/m\u00b2", "KN/m\u00b2", "KNm", "KN/m", "KN/m\u00b3"},
+    {"", "", "", "", "", "", "KN/cm\u00b2", "KN/cm\u00b2", "", "", ""},
+    {"", "", "", "", "", "", "kG/cm\u00b2", "kG/cm\u00b2", "", "", ""},
+    {"", "", "", "", "", "", "atm", "atm", "", "", ""},
+    {"", "", "", "", "", "", "Pa", "Pa", "", "", ""},
+    {"", "", "", "", "", "", "kPa", "kPa", "", "", ""},
+    {"", "", "", "", "", "", "Mpa", "Mpa", "", "", ""},
+};
+
+void ExpectNotFound(DimensionObjectType kind, const UnitArg& unit, const std::string& what) {
+    try {
+        GetUnitString(kind, unit);
+        ADD_FAILURE() << what << " found a symbol";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 2411) << what;
+        EXPECT_EQ(e.description(), "GetUnitString no found") << what;
+    }
+}
+
+TEST(UnitSymbols, EveryCellOfTheTable) {
+    for (int id = 0; id < 14; ++id)
+        for (int kind = 0; kind < 11; ++kind) {
+            const std::string expected = kSymbols[id][kind];
+            const std::string what = "kind " + std::to_string(kind) + " id " + std::to_string(id);
+            if (expected.empty()) ExpectNotFound(static_cast<DimensionObjectType>(kind), id, what);
+            else EXPECT_EQ(GetUnitString(static_cast<DimensionObjectType>(kind), id), expected) << what;
+        }
+    EXPECT_EQ(GetUnitString(DAngleObject, 1), "\xC2\xBA");  // U+00BA, not the degree sign U+00B0
+}
+
+TEST(UnitSymbols, UnknownKindsAndIdsAreNotFound) {
+    ExpectNotFound(static_cast<DimensionObjectType>(11), 0, "kind 11");
+    ExpectNotFound(static_cast<DimensionObjectType>(-1), 0, "kind -1");
+    ExpectNotFound(DLengthObject, 14, "id 14");
+    ExpectNotFound(DLengthObject, -1, "id -1");
+}
+
+TEST(UnitSymbols, AUnitSettingNamesTheSymbolOfItsUnitForTheKind) {
+    auto setting = std::make_shared<UnitSetting>();
+    EXPECT_EQ(GetUnitString(DPressureObject, setting), "N/mm\u00b2");
+    EXPECT_EQ(GetUnitString(DForceMomentObject, setting), "KNm");
+    EXPECT_EQ(GetUnitString(DLengthObject, UnitArg()), "mm");
+}
+
+struct PatternCase {
+    const char* symbol;
+    const char* pattern;
+};
+
+TEST(UnitSymbols, PatternDropsBracketsSquaresAndCubesButKeepsTheFourth) {
+    const PatternCase cases[] = {{"KN/mm\u00b2", "*KN/MM*"}, {"(m\u00b3)", "*M*"}, {"mm4", "*MM4*"},
+                                 {"a2b3c", "*ABC*"},         {"\u00ba", "*\u00ba*"}, {"", "**"}};
+    for (const PatternCase& c : cases) EXPECT_EQ(UnitPattern(c.symbol), c.pattern) << c.symbol;
+}
+
+struct MatchCase {
+    const char* text;
+    const char* pattern;
+    bool matches;
+};
+
+TEST(UnitSymbols, WildcardMatching) {
+    const MatchCase cases[] = {
+        {"5 KN", "*KN*", true},    {"5 KN", "*KG*", false}, {"", "**", true},           {"ABC", "A*C", true},
+        {"ABC", "A*B", false},     {"AAB", "*AB", true},    {"ABABX", "*ABX*", true},   {"AB", "AB", true},
+        {"ab", "*AB*", false},     {"ABC", "", false},      {"X", "*", true},           {"A*B", "A*B", true},
+    };
+    for (const MatchCase& c : cases) EXPECT_EQ(MatchesPattern(c.text, c.pattern), c.matches) << c.text << " ~ " << c.pattern;
+}
+
+struct RecogniseCase {
+    DimensionObjectType kind;
+    const char* text;
+    int16_t expected;
+};
+
+TEST(UnitSymbols, RecogniserTakesTheFirstMatchInIdOrder) {
+    const RecogniseCase cases[] = {
+        {DPressureObject, "5 kPa", 11},      {DPressureObject, "5 MPa", 11},     {DForcePerareaObject, "1 kpa", 11},
+        {DPressureObject, "5 KN/m2", 7},     {DPressureObject, "5 N/mm\u00b2", 6}, {DPressureObject, "5 kn/cm2", 8},
+        {DForceObject, "NEWTONS", 3},        {DForceObject, "5 N", 6},           {DForceObject, "5 kn", 0},
+        {DAngleObject, "12 deg", -1},        {DAngleObject, "12 \u00ba", 1},     {DAngleObject, "1 RAD", 0},
+        {DLengthObject, "2 m", 3},           {DLengthObject, "2 mm", 0},         {DLengthObject, "3 in", 4},
+        {DLengthObject, "1 FT", 5},          {DLengthObject, "7", -1},           {DMomentOfInertiaObject, "5 m4", 3},
+        {DForceMomentObject, "5 KNm", 7},    {DForceMomentObject, "5 kip.in", 5}, {DForcePerLineObject, "5 KN/m", 7},
+        {DForceDensityObject, "5 pci", 4},   {DAreaObject, "5 cm\u00b2", 1},
+        {static_cast<DimensionObjectType>(11), "anything", 0},  // no symbols: the empty pattern "**" matches
+    };
+    for (const RecogniseCase& c : cases) EXPECT_EQ(RecogniseUnit(c.text, c.kind), c.expected) << c.kind << " '" << c.text << "'";
+}
+
+TEST(QuantityText, WritesNumberAndSymbolWithOrWithoutBrackets) {
+    DLength length;
+    length.Millimetres(1234.5);
+    EXPECT_EQ(length.ValueToString(0), "1234.5 (mm)");
+    EXPECT_EQ(length.ValueToString(0, -2, true), "1234.5 mm");
+    EXPECT_EQ(length.ValueToString(1, 3), "123.450 (cm)");
+    DAngle angle;
+    angle.Degrees(90);
+    EXPECT_EQ(angle.ValueToString(1, 1, true), "90.0 \u00ba");
+    auto setting = std::make_shared<UnitSetting>();
+    DPressure pressure;
+    pressure.N_mm2(2.5);
+    EXPECT_EQ(pressure.ValueToString(setting), "2.5 (N/mm\u00b2)");
+}
+
+TEST(QuantityText, AnInvalidUnitFailsInValueFirst) {
+    DForceMoment moment;
+    try {
+        moment.ValueToString(1);
+        FAIL();
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 24111);
+        EXPECT_EQ(e.description(), "1 is an invalid UnitID for ForceMoment");
+    }
+}
+
+TEST(QuantityText, ReadingStoresTheNumberInTheRecognisedUnitOrInUnitZero) {
+    DPressure pressure;
+    pressure.ValueFromString("5 kPa");  // read as Pa, kept
+    EXPECT_EQ(pressure.PA(), 5);
+    pressure.ValueFromString("5 KN/m2");
+    EXPECT_EQ(pressure.KN_m2(), 5);
+    pressure.ValueFromString("5");  // unit id 0 is KN/mm², not the storage unit
+    EXPECT_EQ(pressure.KN_m2(), 5 * 1000000.0);
+    DAngle angle;
+    angle.ValueFromString("12 deg");
+    EXPECT_EQ(angle.Radians(), 12);
+    DForce force;
+    force.ValueFromString("2 NEWTONS");
+    EXPECT_EQ(force.tons(), 2);
+    DLength length;
+    length.Millimetres(3);
+    EXPECT_THROW(length.ValueFromString("mm"), Error);
+    EXPECT_EQ(length.Millimetres(), 3);
+}
+
+// Written with NoBracket and read back, every unit returns its number, except kPa and MPa, which
+// read as Pa.
+template <class Q>
+void ExpectRoundTrips(const std::vector<int>& ids, double amount) {
+    for (int id : ids) {
+        Q original, reread;
+        original.Value(0, amount);
+        for (bool noBracket : {false, true}) {
+            const std::string text = original.ValueToString(id, -2, noBracket);
+            reread.ValueFromString(text);
+            const int readAs = (id == 12 || id == 13) ? 11 : id;
+            EXPECT_EQ(reread.Value(readAs), original.Value(id)) << text;
+        }
+    }
+}
+
+TEST(QuantityText, EveryUnitRoundTripsThroughItsText) {
+    const double amount = 0.123456789;
+    ExpectRoundTrips<DAngle>({0, 1}, amount);
+    ExpectRoundTrips<DLength>({0, 1, 2, 3, 4, 5}, amount);
+    ExpectRoundTrips<DArea>({0, 1, 2, 3, 4, 5}, amount);
+    ExpectRoundTrips<DMomentOfInertia>({0, 1, 2, 4, 5}, amount);
+    ExpectRoundTrips<DForce>({0, 1, 2, 3, 4, 5, 6}, amount);
+    ExpectRoundTrips<DPressure>({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, amount);
+    ExpectRoundTrips<DForcePerArea>({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, amount);
+    ExpectRoundTrips<DForceMoment>({0, 2, 3, 4, 5, 7}, amount);
+    ExpectRoundTrips<DForcePerLine>({0, 2, 3, 4, 5, 7}, amount);
+    ExpectRoundTrips<DForceDensity>({0, 2, 3, 4, 5, 7}, amount);
+}
+
+TEST(QuantityText, SecondMomentInMetresReadsBackThroughItsAsymmetricPair) {
+    DMomentOfInertia original, reread;
+    original.Millimetres(0.123456789);
+    reread.ValueFromString(original.ValueToString(3));
+    const double metres = original.Metres();
+    EXPECT_EQ(reread.Metres(), (1e6 / 1e12) * (metres * 1e6));  // raw = v·10⁶ with factor 10⁶
+}
+
+}  // namespace
+}  // namespace tgp

@@ -1,0 +1,108 @@
+// The four ways of giving a unit: missing, a number, a numeric text, an object naming the unit.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "core/Error.h"
+#include "units/DForce.h"
+#include "units/DLength.h"
+#include "units/RuntimeInteger.h"
+#include "units/UnitArg.h"
+#include "units/UnitSetting.h"
+
+namespace tgp {
+namespace {
+
+struct ResolveCase {
+    const char* what;
+    UnitArg unit;
+    int16_t expected;
+};
+
+TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
+    const ResolveCase cases[] = {
+        {"missing", UnitArg(), 0},
+        {"int", UnitArg(3), 3},
+        {"enum", UnitArg(ft_UnitID), 5},
+        {"double rounds half to even down", UnitArg(2.5), 2},
+        {"double rounds half to even up", UnitArg(3.5), 4},
+        {"negative double", UnitArg(-1.5), -2},
+        {"smallest", UnitArg(-32768.5), -32768},
+        {"text", UnitArg("3"), 3},
+        {"text with blanks and decimals", UnitArg(" 4.5 "), 4},
+        {"std::string", UnitArg(std::string("1")), 1},
+        {"True", UnitArg(true), -1},
+        {"null object", UnitArg(std::shared_ptr<UnitSetting>()), 0},
+    };
+    for (const ResolveCase& c : cases) EXPECT_EQ(c.unit.Resolve(DLengthObject), c.expected) << c.what;
+    EXPECT_TRUE(UnitArg().IsMissing());
+    EXPECT_FALSE(UnitArg(0).IsMissing());
+}
+
+void ExpectError(int number, const std::string& description, const std::function<void()>& action, const char* what) {
+    try {
+        action();
+        ADD_FAILURE() << what << " did not fail";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), number) << what;
+        EXPECT_EQ(e.description(), description) << what;
+    }
+}
+
+TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
+    ExpectError(6, "Overflow", [] { UnitArg(40000); }, "40000");
+    ExpectError(6, "Overflow", [] { UnitArg(32767.5); }, "32767.5 rounds to 32768");
+    ExpectError(6, "Overflow", [] { UnitArg(-32769); }, "-32769");
+    ExpectError(6, "Overflow", [] { UnitArg(70000u); }, "unsigned 70000");
+    ExpectError(6, "Overflow", [] { UnitArg("1e9"); }, "text 1e9");
+    ExpectError(6, "Overflow", [] { ToInteger32(3e9); }, "Long 3e9");
+    ExpectError(13, "Type mismatch", [] { UnitArg("abc"); }, "abc");
+    ExpectError(13, "Type mismatch", [] { UnitArg(""); }, "empty text");
+    ExpectError(13, "Type mismatch", [] { UnitArg("3 m"); }, "text with a unit");
+    EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
+}
+
+// Answers a fixed id per kind, like a foreign object with a UnitID member.
+class FixedSource : public UnitIdSource {
+public:
+    int16_t UnitID(DimensionObjectType kind) const override { return kind == DForceObject ? 6 : 3; }
+};
+
+TEST(UnitArg, AnObjectNamesItsUnitForTheAskingKind) {
+    auto setting = std::make_shared<UnitSetting>();
+    setting->UnitID(DLengthObject, cm_UnitID);
+    setting->UnitID(DForceObject, N_unitID);
+    DLength length;
+    DForce force;
+    length.Value(setting, 12);
+    force.Value(setting, 12);
+    EXPECT_EQ(length.Millimetres(), 120);
+    EXPECT_EQ(force.KN(), 12 / 1000.0);
+
+    auto foreign = std::make_shared<const FixedSource>();
+    EXPECT_EQ(length.Value(foreign), 120 / 1000.0);
+    EXPECT_EQ(force.Value(foreign), 12);
+    EXPECT_EQ(length.Value(std::shared_ptr<const UnitIdSource>()), 120);
+}
+
+TEST(UnitArg, TextThreeOnALengthReadsMetresAndAMissingUnitIsIdZero) {
+    DLength length;
+    length.Millimetres(2500);
+    EXPECT_EQ(length.Value("3"), 2.5);
+    EXPECT_EQ(length.Value(), 2500);
+    length.Value({}, 7);
+    EXPECT_EQ(length.Millimetres(), 7);
+}
+
+TEST(UnitArg, ABadArgumentFailsBeforeTheLetAndKeepsTheAmount) {
+    DLength length;
+    length.Millimetres(5);
+    EXPECT_THROW(length.Value("mm", 9), Error);
+    EXPECT_THROW(length.Value(1e6, 9), Error);
+    EXPECT_EQ(length.Millimetres(), 5);
+}
+
+}  // namespace
+}  // namespace tgp
