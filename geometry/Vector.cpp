@@ -85,7 +85,8 @@ double Vector::vLength(const Point& A) {
 double Vector::vLength(const Point& A, const Point& b) { return vLength(vminusv(b, A)); }
 
 Point Vector::vRotate(const Point& v, double r) {
-    const double length = vLength(v);
+    // A plane operation: z takes no part, neither in the angle nor in the length.
+    const double length = vLength({Element(v, 0), Element(v, 1)});
     const double angle = vAngle(v) + r;
     return {length * std::cos(angle), length * std::sin(angle)};
 }
@@ -114,7 +115,9 @@ double Vector::vAngle3D(const Point& uA, const Point& uX0, const Point* Uz) {
     if (IsEqual(c, 1.0)) return 0;
     if (IsEqual(c, -1.0)) return kPi;
 
-    Point z = Uz ? *Uz : vxv(a, x);
+    // Without an axis the normal x -> a is taken, which makes the result the unsigned angle in
+    // [0, pi] between the two directions.
+    Point z = Uz ? *Uz : vxv(x, a);
     z = vxr(z, Divide(1, vLength(z)));
     const Point y = vxv(z, x);
     const double s = vxxv(a, y);

@@ -39,7 +39,7 @@ public:
     // Length of A (0 when empty), or the distance from A to b.
     static double vLength(const Point& A);
     static double vLength(const Point& A, const Point& b);
-    // (L cos(a + r), L sin(a + r)) with L, a the length and plane angle of v: two elements.
+    // (L cos(a + r), L sin(a + r)) with L, a the length and plane angle of (x, y): two elements.
     static Point vRotate(const Point& v, double r);
     // Cross product of two three-element vectors.
     static Point vxv(const Point& V1, const Point& V2);
@@ -47,8 +47,9 @@ public:
     static double vxxv(const Point& V1, const Point& V2);
     // The component of Vec along ToVector; error 2411 for a zero ToVector.
     static Point vProjectTo(const Point& Vec, const Point& ToVector);
-    // Angle of direction uA from reference direction uX0 about axis Uz (or about uA x uX0 when Uz
-    // is null), in (-pi/2, 3pi/2].
+    // Angle of direction uA from reference direction uX0 about axis Uz, in (-pi/2, 3pi/2]; when Uz
+    // is null, the unsigned angle between them in [0, pi]. Directions within 1E-06 (on the cosine)
+    // of each other give exactly 0, of opposite ones exactly pi.
     static double vAngle3D(const Point& uA, const Point& uX0, const Point* Uz = nullptr);
     // u scaled to unit length; with PointB, the unit vector from u to PointB. Error 2411
     // "Vector unitvec(u) = u = 0" for a zero vector.
