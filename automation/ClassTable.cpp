@@ -1,0 +1,31 @@
+#include "ClassTable.h"
+
+#include <array>
+
+#include "GeometryExeAdapter.h"
+#include "Quantities.h"
+#include "Tessary_Geometry_Pro.h"
+#include "UnitSettingAdapter.h"
+
+namespace tgp::automation {
+namespace {
+
+#define TGP_QUANTITY_ENTRY(Name) ClassEntry{L## #Name, __uuidof(::Name), &Create##Name},
+
+const auto kClasses = std::to_array<ClassEntry>({
+    TGP_QUANTITY_CLASSES(TGP_QUANTITY_ENTRY)
+    ClassEntry{L"UnitSetting", __uuidof(::UnitSetting), &CreateUnitSetting},
+    ClassEntry{L"Geometry_EXE", __uuidof(::Geometry_EXE), &CreateGeometry_EXE},
+});
+
+}  // namespace
+
+std::span<const ClassEntry> Classes() { return kClasses; }
+
+const ClassEntry* FindClass(REFCLSID clsid) {
+    for (const ClassEntry& entry : kClasses)
+        if (IsEqualCLSID(entry.clsid, clsid)) return &entry;
+    return nullptr;
+}
+
+}  // namespace tgp::automation

@@ -1,0 +1,126 @@
+#include "Invoke.h"
+
+#include <vector>
+
+#include "Variants.h"
+#include "core/Error.h"
+
+namespace tgp::automation {
+namespace {
+
+// The description of the member being called, matched on dispatch id and kind of call.
+class FunctionDescription {
+public:
+    FunctionDescription(ITypeInfo* info, DISPID member, WORD flags) : info_(info) {
+        TYPEATTR* attributes = nullptr;
+        if (FAILED(info->GetTypeAttr(&attributes))) return;
+        for (UINT i = 0; i < attributes->cFuncs && !desc_; ++i) {
+            FUNCDESC* candidate = nullptr;
+            if (FAILED(info->GetFuncDesc(i, &candidate))) continue;
+            if (candidate->memid == member && (candidate->invkind & flags)) desc_ = candidate;
+            else info->ReleaseFuncDesc(candidate);
+        }
+        info->ReleaseTypeAttr(attributes);
+    }
+    ~FunctionDescription() {
+        if (desc_) info_->ReleaseFuncDesc(desc_);
+    }
+    FunctionDescription(const FunctionDescription&) = delete;
+    FunctionDescription& operator=(const FunctionDescription&) = delete;
+
+    const FUNCDESC* get() const { return desc_; }
+
+private:
+    ITypeInfo* info_;
+    FUNCDESC* desc_ = nullptr;
+};
+
+// The fixed type a by-reference parameter points to, or VT_EMPTY when the parameter is not one
+// (by value, a Variant*, an object or an array).
+VARTYPE ByReferenceType(const ELEMDESC& element) {
+    const TYPEDESC& type = element.tdesc;
+    if (type.vt != VT_PTR || !type.lptdesc) return VT_EMPTY;
+    switch (type.lptdesc->vt) {
+        case VT_R8: case VT_R4: case VT_I2: case VT_I4: case VT_BOOL: case VT_BSTR: case VT_UI1:
+        case VT_CY: case VT_DATE:
+            return type.lptdesc->vt;
+        default:
+            return VT_EMPTY;
+    }
+}
+
+// The parameter an argument of DISPPARAMS stands for: named arguments carry their index (the
+// property-put value is the last parameter); positional ones come last-first.
+int ParameterIndex(const DISPPARAMS& params, UINT argument, const FUNCDESC& desc) {
+    if (argument < params.cNamedArgs) {
+        DISPID named = params.rgdispidNamedArgs[argument];
+        return named == DISPID_PROPERTYPUT ? desc.cParams - 1 : static_cast<int>(named);
+    }
+    return static_cast<int>(params.cArgs - 1 - argument);
+}
+
+// One shadowed argument: the local the member works on and the caller's VARIANT it came from.
+struct Shadow {
+    UINT argument;
+    VARIANT local;
+};
+
+}  // namespace
+
+HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
+                           VARIANT* result, EXCEPINFO* exception, UINT* argError) {
+    FunctionDescription desc(info, member, flags);
+    std::vector<VARIANTARG> arguments;
+    std::vector<Shadow> shadows;
+    DISPPARAMS adjusted = params ? *params : DISPPARAMS{};
+    if (desc.get() && params && params->cArgs) {
+        arguments.assign(params->rgvarg, params->rgvarg + params->cArgs);
+        shadows.reserve(params->cArgs);
+        for (UINT a = 0; a < params->cArgs; ++a) {
+            int index = ParameterIndex(*params, a, *desc.get());
+            if (index < 0 || index >= desc.get()->cParams) continue;
+            VARTYPE type = ByReferenceType(desc.get()->lprgelemdescParam[index]);
+            VARIANT& given = params->rgvarg[a];
+            if (type == VT_EMPTY || V_VT(&given) == (VT_BYREF | type) || IsMissing(given)) continue;
+            Shadow& shadow = shadows.emplace_back(Shadow{a, {}});
+            VariantInit(&shadow.local);
+            HRESULT hr = VariantChangeType(&shadow.local, &Deref(given), 0, type);
+            if (FAILED(hr)) {
+                for (Shadow& s : shadows) VariantClear(&s.local);
+                if (argError) *argError = a;
+                return hr == DISP_E_OVERFLOW ? hr : DISP_E_TYPEMISMATCH;
+            }
+            V_VT(&arguments[a]) = VT_BYREF | type;
+            V_BYREF(&arguments[a]) = &V_UI1(&shadow.local);
+        }
+        adjusted.rgvarg = arguments.data();
+    }
+
+    HRESULT hr = DispInvoke(self, info, member, flags, params ? &adjusted : nullptr, result, exception, argError);
+
+    for (Shadow& shadow : shadows) {
+        VARIANT& given = params->rgvarg[shadow.argument];
+        if (SUCCEEDED(hr) && (V_VT(&given) & VT_BYREF)) {
+            try {
+                WriteBack(&given, shadow.local);
+            } catch (const Error&) {
+                // The caller's variable cannot take the value: it keeps its old one.
+            }
+        }
+        VariantClear(&shadow.local);
+    }
+
+    if (FAILED(hr) && HRESULT_FACILITY(hr) == FACILITY_CONTROL && exception) {
+        IErrorInfo* error = nullptr;
+        *exception = EXCEPINFO{};
+        exception->scode = hr;
+        if (GetErrorInfo(0, &error) == S_OK && error) {
+            error->GetDescription(&exception->bstrDescription);
+            error->Release();
+        }
+        hr = DISP_E_EXCEPTION;
+    }
+    return hr;
+}
+
+}  // namespace tgp::automation

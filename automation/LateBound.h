@@ -1,0 +1,16 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include "OleBase.h"
+
+namespace tgp::automation {
+
+// Calls a member of any automation object by name (late-bound), the way a script would: the
+// arguments in published order, the result into *result (may be nullptr). A failure is thrown as
+// the library's error with the callee's number and description.
+void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initializer_list<VARIANT> args,
+                VARIANT* result);
+
+}  // namespace tgp::automation

@@ -1,0 +1,110 @@
+#include "UnitSettingAdapter.h"
+
+#include <vector>
+
+#include "ConnectionPoint.h"
+#include "DispatchObject.h"
+#include "Out.h"
+#include "Strings.h"
+#include "Variants.h"
+#include "units/RuntimeInteger.h"
+
+namespace tgp::automation {
+namespace {
+
+constexpr DISPID kModified = 1;
+
+class UnitSettingAdapter final : public DispatchObject<::_UnitSetting, ::UnitSetting, tgp::UnitSetting>,
+                                 public IConnectionPointContainer {
+    using Base = DispatchObject<::_UnitSetting, ::UnitSetting, tgp::UnitSetting>;
+
+public:
+    explicit UnitSettingAdapter(std::shared_ptr<tgp::UnitSetting> native)
+        : Base(std::move(native)), modified_(*static_cast<::_UnitSetting*>(this), *this, DIID___UnitSetting) {
+        connection_ = this->native().onModified([this] { modified_.Fire(kModified); });
+    }
+    ~UnitSettingAdapter() override { native().disconnectModified(connection_); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override { return Base::QueryInterface(iid, result); }
+    ULONG STDMETHODCALLTYPE AddRef() override { return Base::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
+
+    HRESULT STDMETHODCALLTYPE FreezeEvents(VARIANT_BOOL* flag) override {
+        return Run([&] { native().FreezeEvents(Out(flag) != VARIANT_FALSE); });
+    }
+    HRESULT STDMETHODCALLTYPE Copy(::_UnitSetting** result) override {
+        return Run([&] { Check(Wrap(native().Copy(), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_UnitIDs(VARIANT* result) override {
+        return Run([&] {
+            std::vector<int16_t> ids = native().UnitIDs();
+            SAFEARRAY* array = SafeArrayCreateVector(VT_I2, 0, static_cast<ULONG>(ids.size()));
+            if (!array) throw std::bad_alloc();
+            for (LONG i = 0; i < static_cast<LONG>(ids.size()); ++i)
+                SafeArrayPutElement(array, &i, &ids[static_cast<std::size_t>(i)]);
+            VariantInit(&Out(result));
+            V_VT(result) = VT_ARRAY | VT_I2;
+            V_ARRAY(result) = array;
+        });
+    }
+    HRESULT STDMETHODCALLTYPE put_UnitIDs(VARIANT rhs) override {
+        return Run([&] {
+            std::vector<int32_t> ids;
+            for (double id : ToPoint(rhs)) ids.push_back(ToInteger32(id));
+            native().UnitIDs(ids);
+        });
+    }
+    HRESULT STDMETHODCALLTYPE CopyTo(::_UnitSetting* exUS) override {
+        return Run([&] {
+            if (!exUS) throw Error::ObjectRequired();
+            auto target = NativeOf<tgp::UnitSetting>(exUS);
+            if (!target) throw Error::TypeMismatch();
+            native().CopyTo(*target);
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_UnitID(::DimensionObjectType DimensionType, short* result) override {
+        return Run([&] { Out(result) = native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType)); });
+    }
+    HRESULT STDMETHODCALLTYPE put_UnitID(::DimensionObjectType DimensionType, short rhs) override {
+        return Run([&] { native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType), rhs); });
+    }
+    HRESULT STDMETHODCALLTYPE get_UnitString(::DimensionObjectType DimensionType, BSTR* result) override {
+        return Run([&] { Out(result) = ToBstr(native().UnitString(static_cast<tgp::DimensionObjectType>(DimensionType))); });
+    }
+
+    // IConnectionPointContainer
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
+        if (points) *points = nullptr;
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
+        if (!point) return E_POINTER;
+        *point = nullptr;
+        if (iid != modified_.Events()) return CONNECT_E_NOCONNECTION;
+        *point = &modified_;
+        modified_.AddRef();
+        return S_OK;
+    }
+
+protected:
+    void* QueryExtra(REFIID iid) override {
+        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this) : nullptr;
+    }
+
+private:
+    ConnectionPoint modified_;
+    tgp::UnitSetting::ConnectionId connection_ = 0;
+};
+
+}  // namespace
+
+HRESULT Wrap(std::shared_ptr<UnitSetting> native, ::_UnitSetting** result) noexcept {
+    return UnitSettingAdapter::CreateInstance<UnitSettingAdapter>(std::move(native), __uuidof(::_UnitSetting),
+                                                                  reinterpret_cast<void**>(result));
+}
+
+HRESULT CreateUnitSetting(REFIID iid, void** result) {
+    return UnitSettingAdapter::CreateInstance<UnitSettingAdapter>(std::make_shared<tgp::UnitSetting>(), iid, result);
+}
+
+}  // namespace tgp::automation

@@ -1,0 +1,286 @@
+#include "Variants.h"
+
+#include <cmath>
+#include <memory>
+
+#include "LateBound.h"
+#include "NativeObject.h"
+#include "Strings.h"
+#include "core/Error.h"
+#include "units/RuntimeInteger.h"
+#include "units/UnitSetting.h"
+
+namespace tgp::automation {
+namespace {
+
+// Variants convert as the runtime does, but independent of the user's locale (a decimal comma
+// must not change what "2.5" means).
+const LCID kInvariant = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+
+ScopedVariant& Converted(const VARIANT& value, VARTYPE type, ScopedVariant& into) {
+    HRESULT hr = VariantChangeTypeEx(&into.get(), const_cast<VARIANT*>(&Deref(value)), kInvariant, 0, type);
+    if (hr == DISP_E_OVERFLOW) throw Error::Overflow();
+    if (FAILED(hr)) throw Error::TypeMismatch();
+    return into;
+}
+
+bool IsObject(const VARIANT& value) {
+    VARTYPE type = V_VT(&value);
+    return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
+// A foreign object that names units through a UnitID(DimensionType) member, asked late-bound.
+class LateBoundUnitSource final : public UnitIdSource {
+public:
+    explicit LateBoundUnitSource(IDispatch* object) : object_(object) { object_->AddRef(); }
+    ~LateBoundUnitSource() override { object_->Release(); }
+    LateBoundUnitSource(const LateBoundUnitSource&) = delete;
+    LateBoundUnitSource& operator=(const LateBoundUnitSource&) = delete;
+
+    int16_t UnitID(DimensionObjectType DimensionType) const override {
+        VARIANT kind;
+        V_VT(&kind) = VT_I4;
+        V_I4(&kind) = DimensionType;
+        ScopedVariant result;
+        CallByName(object_, L"UnitID", DISPATCH_PROPERTYGET | DISPATCH_METHOD, {kind}, &result);
+        return ToInteger16(result.get());
+    }
+
+private:
+    IDispatch* object_;
+};
+
+// Element i (counted from the lower bound) of a one-dimensional array as a VARIANT.
+void ReadElement(SAFEARRAY* array, VARTYPE elementType, LONG index, ScopedVariant& into) {
+    if (elementType == VT_VARIANT) {
+        if (FAILED(SafeArrayGetElement(array, &index, &into.get()))) throw Error::SubscriptOutOfRange();
+        return;
+    }
+    VARIANT& element = into.get();
+    if (FAILED(SafeArrayGetElement(array, &index, &V_UI1(&element)))) throw Error::SubscriptOutOfRange();
+    V_VT(&element) = elementType;
+}
+
+SAFEARRAY* ArrayOf(const VARIANT& value, VARTYPE& elementType) {
+    const VARIANT& v = Deref(value);
+    if (!(V_VT(&v) & VT_ARRAY)) throw Error::TypeMismatch();
+    SAFEARRAY* array = (V_VT(&v) & VT_BYREF) ? *V_ARRAYREF(&v) : V_ARRAY(&v);
+    if (!array || SafeArrayGetDim(array) != 1) throw Error::TypeMismatch();
+    elementType = V_VT(&v) & VT_TYPEMASK;
+    return array;
+}
+
+SAFEARRAY* NewDoubleArray(const std::vector<double>& values, VARTYPE elementType) {
+    SAFEARRAY* array = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(values.size()));
+    if (!array) throw std::bad_alloc();
+    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
+        if (elementType == VT_R8) {
+            SafeArrayPutElement(array, &i, const_cast<double*>(&values[static_cast<std::size_t>(i)]));
+        } else {
+            VARIANT element;
+            V_VT(&element) = VT_R8;
+            V_R8(&element) = values[static_cast<std::size_t>(i)];
+            SafeArrayPutElement(array, &i, &element);
+        }
+    }
+    return array;
+}
+
+}  // namespace
+
+const VARIANT& Deref(const VARIANT& value) {
+    const VARIANT* v = &value;
+    while (V_VT(v) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(v)) v = V_VARIANTREF(v);
+    return *v;
+}
+
+VARIANT& Deref(VARIANT& value) { return const_cast<VARIANT&>(Deref(static_cast<const VARIANT&>(value))); }
+
+bool IsMissing(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    return V_VT(&v) == VT_EMPTY || (V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND);
+}
+
+bool IsNothing(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    if (V_VT(&v) == (VT_BYREF | VT_DISPATCH)) return !V_DISPATCHREF(&v) || !*V_DISPATCHREF(&v);
+    return IsObject(v) && !V_UNKNOWN(&v);
+}
+
+bool HasValue(const VARIANT& value) { return !IsMissing(value) && !IsNothing(value); }
+
+double Finite(double value) {
+    if (!std::isfinite(value)) throw Error::Overflow();
+    return value;
+}
+
+double ToDouble(const VARIANT& value) {
+    ScopedVariant converted;
+    return Finite(V_R8(&Converted(value, VT_R8, converted).get()));
+}
+
+int16_t ToInteger16(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    if (V_VT(&v) == VT_BSTR) return TextToInteger16(ToUtf8(V_BSTR(&v)));
+    return tgp::ToInteger16(ToDouble(v));
+}
+
+bool ToBool(const VARIANT& value) {
+    ScopedVariant converted;
+    return V_BOOL(&Converted(value, VT_BOOL, converted).get()) != VARIANT_FALSE;
+}
+
+std::string ToText(const VARIANT& value) {
+    ScopedVariant converted;
+    return ToUtf8(V_BSTR(&Converted(value, VT_BSTR, converted).get()));
+}
+
+IDispatch* ToObject(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    if (V_VT(&v) == (VT_BYREF | VT_DISPATCH)) return V_DISPATCHREF(&v) ? *V_DISPATCHREF(&v) : nullptr;
+    if (!IsObject(v)) throw Error::TypeMismatch();
+    return V_DISPATCH(&v);  // VT_UNKNOWN objects are asked for IDispatch by their users
+}
+
+Point ToPoint(const VARIANT& value) {
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(value, elementType);
+    LONG lower = 0;
+    LONG upper = -1;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    Point point;
+    for (LONG i = lower; i <= upper; ++i) {
+        ScopedVariant element;
+        ReadElement(array, elementType, i, element);
+        point.push_back(ToDouble(element.get()));
+    }
+    return point;
+}
+
+UnitArg ToUnitArg(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    if (IsMissing(v) || IsNothing(v)) return {};
+    if (V_VT(&v) == VT_BSTR) return UnitArg(ToUtf8(V_BSTR(&v)));
+    if (!IsObject(v) && V_VT(&v) != (VT_BYREF | VT_DISPATCH)) return UnitArg(ToDouble(v));
+    IDispatch* object = ToObject(v);
+    if (auto setting = NativeOf<UnitSetting>(object)) return UnitArg(setting);
+    IDispatch* dispatch = nullptr;
+    if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)))) throw Error::TypeMismatch();
+    auto source = std::make_shared<LateBoundUnitSource>(dispatch);
+    dispatch->Release();
+    return UnitArg(std::shared_ptr<const UnitIdSource>(source));
+}
+
+void SetDoubleArray(VARIANT* result, const std::vector<double>& values) {
+    VariantInit(result);
+    V_ARRAY(result) = NewDoubleArray(values, VT_R8);
+    V_VT(result) = VT_ARRAY | VT_R8;
+}
+
+void SetVariantArray(VARIANT* result, const std::vector<double>& values) {
+    VariantInit(result);
+    V_ARRAY(result) = NewDoubleArray(values, VT_VARIANT);
+    V_VT(result) = VT_ARRAY | VT_VARIANT;
+}
+
+void SetDouble(VARIANT* result, double value) {
+    VariantInit(result);
+    V_VT(result) = VT_R8;
+    V_R8(result) = value;
+}
+
+void SetBool(VARIANT* result, bool value) {
+    VariantInit(result);
+    V_VT(result) = VT_BOOL;
+    V_BOOL(result) = ToVariantBool(value);
+}
+
+void WriteBack(VARIANT* target, const VARIANT& value) {
+    if (!target) return;
+    VARIANT& slot = Deref(*target);
+    if (!(V_VT(&slot) & VT_BYREF)) {
+        VariantCopy(&slot, const_cast<VARIANT*>(&value));
+        return;
+    }
+    // A typed variable: convert to its type and store through the reference.
+    VARTYPE type = V_VT(&slot) & ~VT_BYREF;
+    ScopedVariant converted;
+    Converted(value, type, converted);
+    VARIANT& c = converted.get();
+    switch (type) {
+        case VT_R8: *V_R8REF(&slot) = V_R8(&c); break;
+        case VT_R4: *V_R4REF(&slot) = V_R4(&c); break;
+        case VT_I2: *V_I2REF(&slot) = V_I2(&c); break;
+        case VT_I4: *V_I4REF(&slot) = V_I4(&c); break;
+        case VT_BOOL: *V_BOOLREF(&slot) = V_BOOL(&c); break;
+        case VT_UI1: *V_UI1REF(&slot) = V_UI1(&c); break;
+        case VT_CY: *V_CYREF(&slot) = V_CY(&c); break;
+        case VT_DATE: *V_DATEREF(&slot) = V_DATE(&c); break;
+        case VT_BSTR:
+            SysFreeString(*V_BSTRREF(&slot));
+            *V_BSTRREF(&slot) = V_BSTR(&c);
+            V_VT(&c) = VT_EMPTY;  // ownership moved to the caller's variable
+            break;
+        default: throw Error::TypeMismatch();
+    }
+}
+
+void WriteBack(VARIANT* target, double value) {
+    VARIANT v;
+    V_VT(&v) = VT_R8;
+    V_R8(&v) = value;
+    WriteBack(target, v);
+}
+
+void WriteBack(VARIANT* target, bool value) {
+    VARIANT v;
+    V_VT(&v) = VT_BOOL;
+    V_BOOL(&v) = ToVariantBool(value);
+    WriteBack(target, v);
+}
+
+void WritePointBack(VARIANT* target, const Point& point) {
+    if (!target) return;
+    VARIANT& slot = Deref(*target);
+    if (V_VT(&slot) & VT_ARRAY) {
+        VARTYPE elementType = VT_EMPTY;
+        SAFEARRAY* array = ArrayOf(slot, elementType);
+        LONG lower = 0;
+        LONG upper = -1;
+        SafeArrayGetLBound(array, 1, &lower);
+        SafeArrayGetUBound(array, 1, &upper);
+        if (upper - lower + 1 == static_cast<LONG>(point.size()) &&
+            (elementType == VT_R8 || elementType == VT_VARIANT)) {
+            for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i) {
+                LONG index = lower + i;
+                VARIANT element;
+                V_VT(&element) = VT_R8;
+                V_R8(&element) = point[static_cast<std::size_t>(i)];
+                SafeArrayPutElement(array, &index, elementType == VT_R8 ? static_cast<void*>(&V_R8(&element))
+                                                                        : static_cast<void*>(&element));
+            }
+            return;
+        }
+        if (V_VT(&slot) & VT_BYREF) {  // a typed array variable: give it a new array of its type
+            SAFEARRAY* fresh = NewDoubleArray(point, elementType == VT_VARIANT ? VT_VARIANT : VT_R8);
+            SafeArrayDestroy(*V_ARRAYREF(&slot));
+            *V_ARRAYREF(&slot) = fresh;
+            return;
+        }
+    }
+    if (V_VT(&slot) & VT_BYREF) throw Error::TypeMismatch();
+    VariantClear(&slot);
+    SetDoubleArray(&slot, point);
+}
+
+std::shared_ptr<Quantity> QuantityOf(IUnknown* object) {
+    if (!object) return nullptr;
+    INativeObject* native = nullptr;
+    if (FAILED(object->QueryInterface(__uuidof(INativeObject), reinterpret_cast<void**>(&native)))) return nullptr;
+    auto quantity = native->NativeQuantity();
+    native->Release();
+    return quantity;
+}
+
+}  // namespace tgp::automation

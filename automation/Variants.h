@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "OleBase.h"
+#include "geometry/Point.h"
+#include "units/UnitArg.h"
+
+namespace tgp::automation {
+
+// Conversions between the VARIANTs scripts send and the core's types. Arguments arrive as scripts
+// send them: variables by reference (VT_BYREF|VT_VARIANT, possibly nested), arrays of Variants or of
+// Doubles with any lower bound, omitted optionals as VT_ERROR/DISP_E_PARAMNOTFOUND. A value that
+// cannot be converted raises the runtime's 13 "Type mismatch"; a number too large for a 16-bit
+// Integer raises 6 "Overflow"; NaN and infinities are refused with 6 as well.
+
+// The value a (possibly by-reference) Variant holds, with every VT_BYREF|VT_VARIANT level removed.
+const VARIANT& Deref(const VARIANT& value);
+VARIANT& Deref(VARIANT& value);
+
+// An omitted optional argument (or Empty, which a script's unset variable also sends).
+bool IsMissing(const VARIANT& value);
+// An object reference that is Nothing.
+bool IsNothing(const VARIANT& value);
+
+double ToDouble(const VARIANT& value);
+int16_t ToInteger16(const VARIANT& value);
+bool ToBool(const VARIANT& value);
+std::string ToText(const VARIANT& value);
+// The IDispatch of an object argument (not AddRef'd); nullptr for Nothing; 13 for a non-object.
+IDispatch* ToObject(const VARIANT& value);
+
+// A finite number (NaN and infinities raise 6 "Overflow").
+double Finite(double value);
+
+// A one-dimensional array of numbers (Doubles, Variants or any numeric type), read by index from
+// its lower bound into a zero-based point. A missing argument gives an empty point only when
+// allowed, else 13.
+Point ToPoint(const VARIANT& value);
+bool HasValue(const VARIANT& value);  // present and not Nothing
+
+// The unit argument of the quantity members: missing or Nothing -> 0, a number or numeric text ->
+// that id, the library's UnitSetting -> itself, any other object -> asked UnitID late-bound.
+UnitArg ToUnitArg(const VARIANT& value);
+
+// Results, written into the caller's [out, retval] VARIANT.
+void SetDoubleArray(VARIANT* result, const std::vector<double>& values);  // zero-based Double()
+void SetVariantArray(VARIANT* result, const std::vector<double>& values);  // zero-based Variant()
+void SetDouble(VARIANT* result, double value);
+void SetBool(VARIANT* result, bool value);
+
+// Writes a result back into a by-reference argument in the caller's own type: a Variant variable
+// takes the value as given; a typed variable (VT_BYREF|VT_R8, VT_BYREF|VT_BOOL, ...) keeps its type.
+void WriteBack(VARIANT* target, const VARIANT& value);
+void WriteBack(VARIANT* target, double value);
+void WriteBack(VARIANT* target, bool value);
+// A point array written back: an array variable of the same length keeps its element type and
+// bounds; anything else receives a new zero-based array of Double.
+void WritePointBack(VARIANT* target, const Point& point);
+
+inline VARIANT_BOOL ToVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+
+// A VARIANT that clears itself.
+class ScopedVariant {
+public:
+    ScopedVariant() { VariantInit(&value_); }
+    ~ScopedVariant() { VariantClear(&value_); }
+    ScopedVariant(const ScopedVariant&) = delete;
+    ScopedVariant& operator=(const ScopedVariant&) = delete;
+    VARIANT* operator&() { return &value_; }  // NOLINT: passes as the VARIANT* out parameter
+    VARIANT& get() { return value_; }
+
+private:
+    VARIANT value_;
+};
+
+}  // namespace tgp::automation
