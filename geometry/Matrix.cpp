@@ -20,6 +20,16 @@ int16_t ToCount(int count) {
     return static_cast<int16_t>(count);
 }
 
+// Row and Column share this text: a column index out of range is reported as the row's.
+constexpr const char* kRowIndexOutOfRange = "Matrix Get Row property fails: the row index is out of range";
+
+// A rows x columns matrix of zeros, made the published way (so a zero count fails as Reset does).
+std::shared_ptr<Matrix> NewMatrix(int rows, int columns) {
+    auto result = std::make_shared<Matrix>();
+    result->Reset(rows, columns);
+    return result;
+}
+
 void ShowCodeOnHold() { ShowMessage("Code On Hold ^^", "Tessary World"); }
 
 // Seconds since the given Timer reading, written only when the caller asked for it.
@@ -145,6 +155,9 @@ void FillMinor(const std::vector<double>& source, int n, int columns, int skipRo
 Array2DData::Array2DData(int rowCount, int colCount)
     : rows(rowCount), cols(colCount), data(static_cast<std::size_t>(rowCount) * colCount, 0.0) {}
 
+Array2DData::Array2DData(int rowCount, int colCount, std::vector<double> values)
+    : rows(rowCount), cols(colCount), data(std::move(values)) {}
+
 Array2DData::Array2DData(std::initializer_list<std::initializer_list<double>> rowList)
     : rows(static_cast<int>(rowList.size())), cols(rowList.size() ? static_cast<int>(rowList.begin()->size()) : 0) {
     data.reserve(static_cast<std::size_t>(rows) * cols);
@@ -232,17 +245,7 @@ void Matrix::LetColumn(const std::vector<double>& newColumn, int colIndex, bool 
     ClearCaches();
 }
 
-Array2DData Matrix::Array2D() const {
-    Array2DData copy;
-    copy.rows = rowCount_;
-    copy.cols = columnCount_;
-    copy.data = data_;
-    return copy;
-}
-
-namespace {
-constexpr const char* kRowIndexOutOfRange = "Matrix Get Row property fails: the row index is out of range";
-}
+Array2DData Matrix::Array2D() const { return {rowCount_, columnCount_, data_}; }
 
 std::vector<double> Matrix::Row(int Index) const {
     if (Index < 0 || Index >= rowCount_ || columnCount_ == 0) ThrowLibraryError(kRowIndexOutOfRange);
@@ -275,14 +278,6 @@ std::shared_ptr<Matrix> Matrix::Copy() const {
     copy->Array2D(Array2D());
     return copy;
 }
-
-namespace {
-std::shared_ptr<Matrix> NewMatrix(int rows, int columns) {
-    auto result = std::make_shared<Matrix>();
-    result->Reset(rows, columns);
-    return result;
-}
-}  // namespace
 
 std::shared_ptr<Matrix> Matrix::Transpose() const {
     auto result = NewMatrix(columnCount_, rowCount_);

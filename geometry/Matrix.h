@@ -20,6 +20,8 @@ struct Array2DData {
     Array2DData() = default;
     // rows x cols zeros.
     Array2DData(int rowCount, int colCount);
+    // Row-major values; Matrix::Array2D checks that there are rows * cols of them (else error 13).
+    Array2DData(int rowCount, int colCount, std::vector<double> values);
     // Row by row: {{1, 2}, {3, 4}}. Every row must have the same length (else error 13).
     Array2DData(std::initializer_list<std::initializer_list<double>> rowList);
 

@@ -372,13 +372,6 @@ TEST(MatrixArithmetic, PlusWithZeroIsAnIndependentCopy) {
     EXPECT_EQ(copy->Item(0, 1), 2);
 }
 
-TEST(MatrixArithmetic, IsSquareMatrix) {
-    EXPECT_TRUE(Make({{1, 2}, {3, 4}}).IsSquareMatrix());
-    EXPECT_FALSE(Make({{1, 2}}).IsSquareMatrix());
-    EXPECT_FALSE(Make({{1}, {2}}).IsSquareMatrix());
-    EXPECT_TRUE(Matrix().IsSquareMatrix());
-}
-
 // --- Placeholders ----------------------------------------------------------------------------
 
 TEST(MatrixPlaceholders, ShowCodeOnHoldAndDoNothingElse) {
