@@ -1,24 +1,13 @@
 #pragma once
 
-#include "units/QuantityOf.h"
+#include "units/LengthUnitsOf.h"
 
 namespace tgp {
 
-// A area, stored in square millimetres; each unit is the square of the length unit of the same name.
-class DArea final : public QuantityOf<DArea, DAreaObject> {
-public:
-    double Millimetres() const;
-    void Millimetres(double value);
-    double Centimetres() const;
-    void Centimetres(double value);
-    double Decimetres() const;
-    void Decimetres(double value);
-    double Metres() const;
-    void Metres(double value);
-    double Inches() const;
-    void Inches(double value);
-    double Feet() const;
-    void Feet(double value);
-};
+// An area, stored in square millimetres; each unit is the square of the length unit of its name.
+class DArea final : public LengthUnitsOf<DArea, DAreaObject> {};
+
+extern template class LengthUnitsOf<DArea, DAreaObject>;
+extern template class QuantityOf<DArea, DAreaObject>;
 
 }  // namespace tgp

@@ -1,24 +1,14 @@
 #pragma once
 
-#include "units/QuantityOf.h"
+#include "units/LengthUnitsOf.h"
 
 namespace tgp {
 
-// A second moment of area, stored as a raw value and the mm⁴ factor of the unit it was written in.
-class DMomentOfInertia final : public QuantityOf<DMomentOfInertia, DMomentOfInertiaObject> {
-public:
-    double Millimetres() const;
-    void Millimetres(double value);
-    double Centimetres() const;
-    void Centimetres(double value);
-    double Inches() const;
-    void Inches(double value);
-    double Decimetres() const;
-    void Decimetres(double value);
-    double Metres() const;
-    void Metres(double value);
-    double Feet() const;
-    void Feet(double value);
-};
+// A second moment of area, stored as a raw value and the mm⁴ factor of the unit it was written in;
+// each unit is the fourth power of the length unit of its name.
+class DMomentOfInertia final : public LengthUnitsOf<DMomentOfInertia, DMomentOfInertiaObject> {};
+
+extern template class LengthUnitsOf<DMomentOfInertia, DMomentOfInertiaObject>;
+extern template class QuantityOf<DMomentOfInertia, DMomentOfInertiaObject>;
 
 }  // namespace tgp
