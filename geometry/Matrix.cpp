@@ -136,7 +136,8 @@ std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int colu
     return x;
 }
 
-// Copies `source` (n x n, row-major) without row `skipRow` and column `skipCol` into `minor`.
+// Copies the leading n x n block of `source` (row stride `columns`) without row `skipRow` and column
+// `skipCol` into `minor`.
 void FillMinor(const std::vector<double>& source, int n, int columns, int skipRow, int skipCol, std::vector<double>& minor) {
     double* out = minor.data();
     for (int p = 0; p < n; ++p) {

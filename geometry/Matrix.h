@@ -78,7 +78,9 @@ public:
 
     // Determinant by forward elimination (rows exchanged only for an exact zero pivot), cached.
     // ElapsedTime is accepted and not changed. GaussMatrix receives the eliminated matrix; it is left
-    // unassigned when the matrix is singular (elimination stopped) or the value came from the cache.
+    // unassigned when the elimination stopped at a zero column or the value came from the cache.
+    // Only the rows' square is used; a matrix narrower than tall fails with error 9. A matrix without
+    // elements has the empty product, 1.
     double Det(double* ElapsedTime = nullptr, Array2DData* GaussMatrix = nullptr);
     // Inverse by cofactors, cached; returns an independent copy. A singular matrix gives a matrix
     // without elements (0 x 0); a 1 x 1 matrix [[a]] gives [[1 / a]]. Never fails.
