@@ -97,6 +97,7 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
     }
 
     HRESULT hr = DispInvoke(self, info, member, flags, params ? &adjusted : nullptr, result, exception, argError);
+    if (hr == E_NOINTERFACE) hr = DISP_E_TYPEMISMATCH;  // an object of another class where one is typed
 
     for (Shadow& shadow : shadows) {
         VARIANT& given = params->rgvarg[shadow.argument];
