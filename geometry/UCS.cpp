@@ -1,5 +1,7 @@
 #include "geometry/UCS.h"
 
+#include <initializer_list>
+
 #include "core/Equality.h"
 #include "geometry/Geometry.h"
 #include "geometry/Matrix.h"
@@ -125,30 +127,31 @@ bool UCS::ParallelTo(const UCS& ExUCS) const { return Vector::IsParallel(ExUCS.U
 void UCS::TranslateMyUCSToWorld(UCS& MyUCS) const {
     UCS world;
     world.UnitID(unitID_);
-    Point origin = MyUCS.Origin();
-    Point ux = MyUCS.Ux(), uy = MyUCS.Uy(), uz = MyUCS.Uz();
-    world.TranslateFromUCS(origin, *this, false, unitID_);
-    world.TranslateFromUCS(ux, *this, true, unitID_);
-    world.TranslateFromUCS(uy, *this, true, unitID_);
-    world.TranslateFromUCS(uz, *this, true, unitID_);
-    MyUCS.SetUCS(origin, ux, uy, &uz);
+    ReexpressSystem(MyUCS, *this, world, unitID_);
     MyUCS.Parent(parent_);
 }
 
 void UCS::RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const {
-    const std::int16_t frameUnit = UnknownUCS.UnitID();
-    Point origin = origin_;
-    Point ux = ux_, uy = uy_, uz = uz_;
-    UCS frame;  // the shared parent frame, in UnknownUCS's unit
-    frame.UnitID(frameUnit);
-    UnknownUCS.TranslateFromUCS(origin, frame, false, frameUnit);
-    UnknownUCS.TranslateFromUCS(ux, frame, true, frameUnit);
-    UnknownUCS.TranslateFromUCS(uy, frame, true, frameUnit);
-    UnknownUCS.TranslateFromUCS(uz, frame, true, frameUnit);
-    MyImgUCS.SetUCS(origin, ux, uy, &uz);
+    UCS frame;  // the parent frame both systems share, in UnknownUCS's unit
+    frame.UnitID(UnknownUCS.UnitID());
+    // Work on a scratch system: MyImgUCS may be this very one.
+    UCS image;
+    image.origin_ = origin_;
+    image.ux_ = ux_;
+    image.uy_ = uy_;
+    image.uz_ = uz_;
+    ReexpressSystem(image, frame, UnknownUCS, UnknownUCS.UnitID());
+    MyImgUCS.SetUCS(image.origin_, image.ux_, image.uy_, &image.uz_);
     if (&MyImgUCS != &UnknownUCS) MyImgUCS.Parent(UnknownUCS.weak_from_this().lock());
     MyImgUCS.UnitID(unitID_);
     MyImgUCS.Label(label_);
+}
+
+void UCS::ReexpressSystem(UCS& system, const UCS& from, const UCS& to, std::int16_t frameUnit) {
+    Point origin = system.origin_, ux = system.ux_, uy = system.uy_, uz = system.uz_;
+    to.TranslateFromUCS(origin, from, false, frameUnit);
+    for (Point* axis : {&ux, &uy, &uz}) to.TranslateFromUCS(*axis, from, true, frameUnit);
+    system.SetUCS(origin, ux, uy, &uz);
 }
 
 }  // namespace tgp

@@ -83,10 +83,15 @@ public:
     void TranslateMyUCSToWorld(UCS& MyUCS) const;
     // MyImgUCS becomes this system as seen from UnknownUCS: its origin and axes expressed in
     // UnknownUCS coordinates, UnknownUCS as its parent (when that is held by a shared_ptr), and this
-    // system's unit and label. Both systems are taken to share one parent frame.
+    // system's unit and label. Both systems are taken to share one parent frame, whose lengths are
+    // taken in UnknownUCS's unit. UnknownUCS.TranslateMyUCSToWorld(MyImgUCS) undoes it.
     void RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const;
 
 private:
+    // Re-expresses the origin and axes of system, given in from's coordinates, in to's coordinates
+    // (lengths in frameUnit) and sets them on it.
+    static void ReexpressSystem(UCS& system, const UCS& from, const UCS& to, std::int16_t frameUnit);
+
     std::string label_;
     Point origin_{0, 0, 0};
     Point ux_{1, 0, 0};

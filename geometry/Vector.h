@@ -13,7 +13,9 @@ namespace tgp {
 // Element counts: vplusv, vminusv, vxr, vLength, vxxv, UnitVec, VectorAB, ConvertVariantToArray,
 // RoundZeroVector, vProjectTo and IsVertical use as many elements as the arrays hold; vAngle,
 // vRotate and Fix_NegativeVector read x and y only; vxv, IsParallel and vAngle3D need x, y and z
-// (a shorter array raises error 9). A zero divisor raises error 11.
+// (a shorter array raises error 9). A zero divisor raises error 11. Arguments are typed arrays here,
+// so the runtime's type mismatch (13) for a non-array argument is raised by the automation layer
+// while it converts the argument, before any member runs.
 class Vector {
 public:
     // Sum of all items. Each partial sum is as long as the longer operand, but only the indices

@@ -344,9 +344,12 @@ TEST(UCSNested, SeeMeAsThenBackToTheWorld) {
 
 TEST(UCSNested, ChildGivenInItsParentsCoordinates) {
     const auto parent = TurnedSystem(kShortPi / 2, {10, 0, 0});
+    const auto grandparent = UCS::Create();
+    parent->Parent(grandparent);
     auto child = UCS::Create();
-    child->SetUCS({1, 0, 0}, {1, 0, 0}, {0, 1, 0});
+    child->SetUCS({1, 0, 0}, {1, 0, 0}, {0, 1, 0}, nullptr, parent);
     parent->TranslateMyUCSToWorld(*child);
+    EXPECT_EQ(child->Parent(), grandparent);
     EXPECT_TRUE(PointsNear(child->Origin(), {10, 1, 0}, 1e-12));
     EXPECT_TRUE(PointsNear(child->Ux(), {0, 1, 0}, 1e-12));
     EXPECT_TRUE(PointsNear(child->Uy(), {-1, 0, 0}, 1e-12));
