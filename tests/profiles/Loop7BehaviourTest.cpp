@@ -1,0 +1,280 @@
+// Construction, point tests, intersections, relationships, edits and failures of loops.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "core/Constants.h"
+#include "profiles/Loop7.h"
+#include "profiles/ProfileTestShapes.h"
+
+namespace tgp {
+namespace {
+
+using testing::ExpectError;
+
+std::shared_ptr<Loop7> Polygon(std::vector<double> xy) {
+    auto loop = Loop7::Create();
+    loop->InitFromCoordinates(xy, std::vector<double>(xy.size() / 2, 0.0));
+    return loop;
+}
+
+std::shared_ptr<Loop7> Square(double x0, double y0, double side) {  // counter-clockwise
+    return Polygon({x0, y0, x0 + side, y0, x0 + side, y0 + side, x0, y0 + side});
+}
+
+// ---- construction ------------------------------------------------------------------------------
+
+TEST(LoopConstruction, RepeatedVerticesCollapse) {
+    auto loop = Polygon({0, 0, 1, 0, 1, 0, 1, 1, 1, 1 + 4e-6, 0, 1, 0, 0});
+    EXPECT_EQ(loop->Count(), 4u);  // 7 vertices: two repeats and a closing vertex equal to the first
+    // The 4e-6 stub is dropped with its start vertex, so the corner moves to the stub's end.
+    EXPECT_EQ(loop->Coordinates(), (std::vector<double>{0, 0, 1, 0, 1, 1 + 4e-6, 0, 1}));
+    EXPECT_NEAR(loop->AreaAbs(), 1 + 2e-6, 1e-12);
+}
+
+TEST(LoopConstruction, ArcBulgesFollowTheirVertices) {
+    auto loop = Loop7::Create();
+    const std::vector<double> xy{0, 0, 0, 0, 2, 0};
+    loop->InitFromCoordinates(xy, std::vector<double>{0.3, 1, 1});  // the repeated vertex's bulge goes with it
+    ASSERT_EQ(loop->Count(), 2u);
+    EXPECT_EQ(loop->Bulges(), (std::vector<double>{1, 1}));
+    EXPECT_NEAR(loop->AreaAbs(), M_PI, 1e-12);
+}
+
+TEST(LoopConstruction, NoCloseLeavesTheLoopOpen) {
+    auto loop = Loop7::Create();
+    const std::vector<double> xy{0, 0, 1, 0, 1, 1};
+    loop->InitFromCoordinates(xy, std::vector<double>{0, 0, 0}, true);
+    EXPECT_EQ(loop->Count(), 2u);
+    EXPECT_FALSE(loop->IsClosed());
+    EXPECT_EQ(loop->Coordinates(), xy);
+}
+
+TEST(LoopConstruction, FromPointsAndVertices) {
+    auto loop = Loop7::Create();
+    const std::vector<Point> pts{{0, 0, 5}, {2, 0}, {2, 1}};
+    loop->InitFromPoints(pts);
+    EXPECT_EQ(loop->Count(), 3u);
+    EXPECT_EQ(loop->Vertex(1), (Point{2, 0, 0}));
+    EXPECT_EQ(loop->Bulges(), (std::vector<double>{0, 0, 0}));
+    EXPECT_NEAR(loop->MiddlePoint()[0], 4.0 / 3, 1e-15);
+    EXPECT_NEAR(loop->MiddlePoint()[1], 1.0 / 3, 1e-15);
+    ExpectError([&] { loop->Vertex(3); }, 9, "Subscript out of range");
+    ExpectError([&] { loop->InitFromPoints(std::vector<Point>{{0, 0}, {1}}); }, 9, "Subscript out of range");
+}
+
+TEST(LoopConstruction, UnitSquareCounterClockwise) {
+    auto loop = Square(0, 0, 1);
+    EXPECT_FALSE(loop->InitInertiaDone());
+    EXPECT_DOUBLE_EQ(loop->Area(), -1);
+    EXPECT_TRUE(loop->InitInertiaDone());
+    EXPECT_DOUBLE_EQ(loop->AreaAbs(), 1);
+    EXPECT_DOUBLE_EQ(loop->Centroid()[0], 0.5);
+    EXPECT_DOUBLE_EQ(loop->Centroid()[1], 0.5);
+    EXPECT_NEAR(loop->MomentOfInertiaX(), -1.0 / 12, 1e-15);
+    EXPECT_EQ(loop->InertiaBlock(), loop->InertiaBlock());
+}
+
+// ---- failures ----------------------------------------------------------------------------------
+
+struct EntityLog : HostEntity {
+    std::vector<std::pair<Point, Point>> moves;
+    void Move(const Point& from, const Point& to) override { moves.emplace_back(from, to); }
+};
+
+TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
+    auto bowTie = Polygon({0, 0, 1, 1, 1, 0, 0, 1});
+    ExpectError([&] { bowTie->InertiaBlock(); }, 5,
+                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    EXPECT_FALSE(bowTie->InitInertiaDone());
+    ExpectError([&] { Loop7::Create()->Area(); }, 11, "Division by zero");
+    auto line = Loop7::Create();
+    line->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{0, 0}, true);
+    ExpectError([&] { line->Area(); }, 6, "Overflow");
+    ExpectError([&] { Loop7::Create()->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1, 1}, std::vector<double>{0, 0}); },
+                9, "Subscript out of range");
+    auto square = Square(0, 0, 1);
+    ExpectError([&] { square->IntersectWithLine({1, 1}, {1, 1}); }, 5, "Invalid procedure call or argument");
+    square->AcadEntity(std::make_shared<EntityLog>());
+    ExpectError([&] { square->Transformation({1, 0}, 0, 1, 1, {0, 0}); }, 2411,
+                "Cannot Transformation Loop7 which has AcadEntity attached");
+    EXPECT_EQ(square->Vertex(0), (Point{0, 0, 0}));  // unchanged
+}
+
+// ---- point inside ------------------------------------------------------------------------------
+
+struct InsideCase {
+    const char* name;
+    Point point;
+    bool inside, on;
+};
+class PointInLoop : public ::testing::TestWithParam<InsideCase> {};
+
+TEST_P(PointInLoop, WindingAngleDecides) {
+    const InsideCase& c = GetParam();
+    // A 4 x 2 rectangle with a half-disc bump (radius 1) on its top edge, in both directions.
+    auto loop = Loop7::Create();
+    loop->InitFromCoordinates(std::vector<double>{0, 0, 4, 0, 4, 2, 3, 2, 1, 2, 0, 2},
+                              std::vector<double>{0, 0, 0, 1, 0, 0});
+    for (int direction = 0; direction < 2; ++direction) {
+        bool on = !c.on;
+        EXPECT_EQ(loop->PointIsInside(c.point, &on), c.inside) << c.name;
+        EXPECT_EQ(on, c.on) << c.name;
+        loop->Reverse();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Points, PointInLoop,
+    ::testing::Values(InsideCase{"middle", {2, 1}, true, false}, InsideCase{"in_bump", {2, 2.5}, true, false},
+                      InsideCase{"above_bump", {2, 3.5}, false, false}, InsideCase{"beside_bump", {0.5, 2.5}, false, false},
+                      InsideCase{"on_edge", {4, 1}, false, true}, InsideCase{"on_arc", {2, 3}, false, true},
+                      InsideCase{"vertex", {0, 0}, false, true}, InsideCase{"far", {100, -50}, false, false},
+                      InsideCase{"on_chord_line", {2, 2}, true, false}),
+    [](const auto& info) { return info.param.name; });
+
+// ---- intersections and relationships -----------------------------------------------------------
+
+TEST(LoopIntersections, WithALineAndAnotherLoop) {
+    auto square = Square(0, 0, 2);
+    std::vector<Point> points;
+    EXPECT_TRUE(square->IntersectWithLine({-1, 1}, {0, 1}, &points));
+    ASSERT_EQ(points.size(), 2u);
+    EXPECT_TRUE(square->IntersectWithLine({0, 0}, {1, 1}, &points));  // through two corners, each once
+    EXPECT_EQ(points.size(), 4u);
+    EXPECT_FALSE(square->IntersectWithLine({-1, 5}, {0, 5}));
+
+    std::vector<Point> crossings;
+    EXPECT_TRUE(square->IntersectWithLoop(*Square(1, 1, 2), &crossings));
+    ASSERT_EQ(crossings.size(), 2u);
+    EXPECT_FALSE(square->IntersectWithLoop(*Square(5, 5, 1)));
+}
+
+struct RelationCase {
+    const char* name;
+    std::shared_ptr<Loop7> self, other;
+    LoopRelationShip expected;
+    std::optional<bool> child;
+};
+class LoopRelations : public ::testing::TestWithParam<RelationCase> {};
+
+TEST_P(LoopRelations, FollowIntersectionThenOneVertexEachWay) {
+    const RelationCase& c = GetParam();
+    EXPECT_EQ(c.self->RelationshipTo(*c.other), c.expected) << c.name;
+    EXPECT_EQ(c.self->IsChildOF(*c.other), c.child) << c.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, LoopRelations,
+    ::testing::Values(RelationCase{"child", Square(1, 1, 1), Square(0, 0, 4), ChildLoop, true},
+                      RelationCase{"parent", Square(0, 0, 4), Square(1, 1, 1), ParentLoop, std::nullopt},
+                      RelationCase{"friend", Square(0, 0, 1), Square(3, 3, 1), FriendLoop, std::nullopt},
+                      RelationCase{"crossing_small", Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},
+                      RelationCase{"vertex_on_edge", Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt}),
+    [](const auto& info) { return info.param.name; });
+
+// ---- self-intersection -------------------------------------------------------------------------
+
+std::shared_ptr<Loop7> Star(int points, double outer, double inner) {
+    std::vector<double> xy;
+    for (int i = 0; i < 2 * points; ++i) {
+        const double a = M_PI * i / points, r = i % 2 ? inner : outer;
+        xy.push_back(r * std::cos(a));
+        xy.push_back(r * std::sin(a));
+    }
+    return Polygon(xy);
+}
+
+TEST(LoopSelfIntersection, FoundForCrossingsOnly) {
+    std::vector<Point> points;
+    EXPECT_TRUE(Polygon({0, 0, 1, 1, 1, 0, 0, 1})->IsSelfIntersect(&points));  // bow tie
+    ASSERT_EQ(points.size(), 1u);
+    EXPECT_NEAR(points[0][0], 0.5, 1e-12);
+    EXPECT_NEAR(points[0][1], 0.5, 1e-12);
+
+    auto eight = Loop7::Create();  // two circles drawn as one stroke through their common point
+    eight->InitFromCoordinates(std::vector<double>{0, 0, 2, 0, 0, 0, -2, 0}, std::vector<double>{1, 1, -1, -1});
+    EXPECT_TRUE(eight->IsSelfIntersect());
+    ExpectError([&] { eight->InertiaBlock(); }, 5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+
+    EXPECT_TRUE(Polygon({0, 0, 4, 0, 2, 0, 2, 2})->IsSelfIntersect());  // a spike folding back
+    EXPECT_FALSE(Star(5, 10, 4)->IsSelfIntersect());
+    EXPECT_TRUE(Polygon({0, 0, 2, 0, 2, 2, 1, -1, 0, 2})->IsSelfIntersect());  // a dent through the bottom edge
+    const auto ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    auto section = Loop7::Create();
+    section->InitFromCoordinates(ipe.xy, ipe.bulges);
+    EXPECT_FALSE(section->IsSelfIntersect());  // fillets tangent to their neighbours
+    auto circle = Loop7::Create();
+    circle->InitFromCoordinates(std::vector<double>{-1, 0, 1, 0}, std::vector<double>{1, 1});
+    EXPECT_FALSE(circle->IsSelfIntersect());
+}
+
+TEST(LoopSelfIntersection, LargeLoopsUseTheSweep) {
+    // 200 000 vertices on a wavy circle: an all-pairs test would not finish in a unit test.
+    const int n = 200000;
+    std::vector<double> xy;
+    for (int i = 0; i < n; ++i) {
+        const double a = 2 * M_PI * i / n, r = 1000 + 3 * std::sin(50 * a);
+        xy.push_back(r * std::cos(a));
+        xy.push_back(r * std::sin(a));
+    }
+    EXPECT_FALSE(Polygon(xy)->IsSelfIntersect());
+    std::swap(xy[1000], xy[3000]);  // two vertices exchanged across a stretch: edges now cross
+    std::swap(xy[1001], xy[3001]);
+    EXPECT_TRUE(Polygon(xy)->IsSelfIntersect());
+}
+
+// ---- extremes, nearest point, moves -------------------------------------------------------------
+
+TEST(LoopGeometry, TopBottomAndNearestPoint) {
+    auto circle = Loop7::Create();
+    circle->InitFromCoordinates(std::vector<double>{-1, 0, 1, 0}, std::vector<double>{1, 1});
+    Point top, bottom;
+    circle->GetTopBottomPoints({1, 1}, top, bottom);
+    EXPECT_NEAR(top[0], std::sqrt(0.5), 1e-12);
+    EXPECT_NEAR(bottom[1], -std::sqrt(0.5), 1e-12);
+    const Point align{5, 0};
+    circle->GetTopBottomPoints({0, 1}, top, bottom, &align);
+    EXPECT_NEAR(top[0], 5, 1e-12);
+    EXPECT_NEAR(top[1], 1, 1e-12);
+
+    double d = 0, angle = 0;
+    Point h;
+    Square(0, 0, 2)->PointAnalysis({3, 1}, d, h, angle);
+    EXPECT_DOUBLE_EQ(d, 1);
+    EXPECT_EQ(h, (Point{2, 1, 0}));
+    EXPECT_NEAR(angle, M_PI / 2, 1e-12);
+}
+
+TEST(LoopGeometry, MoveTakesTheEntityAlongOnlyWhenAsked) {
+    auto loop = Square(0, 0, 1);
+    auto log = std::make_shared<EntityLog>();
+    loop->AcadEntity(log);
+    loop->Handle("2F");
+    loop->Move({1, 2, 0});
+    EXPECT_TRUE(log->moves.empty());
+    loop->Move({1, 2, 0}, true);
+    ASSERT_EQ(log->moves.size(), 1u);
+    EXPECT_EQ(log->moves[0].first, (Point{0, 0, 0}));
+    EXPECT_EQ(log->moves[0].second, (Point{1, 2, 0}));
+    EXPECT_EQ(loop->Vertex(0), (Point{2, 4, 0}));
+    auto copy = loop->Copy();
+    EXPECT_EQ(copy->Handle(), "2F");
+    EXPECT_EQ(copy->AcadEntity(), log);
+    copy->Move({1, 0, 0});
+    EXPECT_EQ(loop->Vertex(0), (Point{2, 4, 0}));  // independent segments
+}
+
+TEST(LoopGeometry, TransformationRebuildsTheProperties) {
+    auto loop = Square(0, 0, 2);
+    EXPECT_DOUBLE_EQ(loop->Area(), -4);
+    loop->Transformation({10, 0}, 0, 3, 1, {0, 0});
+    EXPECT_FALSE(loop->InitInertiaDone());
+    EXPECT_DOUBLE_EQ(loop->Area(), -12);
+    EXPECT_DOUBLE_EQ(loop->Centroid()[0], 13);
+}
+
+}  // namespace
+}  // namespace tgp
