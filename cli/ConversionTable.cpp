@@ -21,7 +21,8 @@ void PrintTable(const tgp::Quantity& quantity, const std::string& title) {
     fmt::print("{} ({})\n", title, tgp::KindName(kind));
     fmt::print("  {:>2}  {:<8}  {:>16}\n", "id", "unit", "value");
     for (int16_t id : tgp::ValidUnitIds(kind))
-        fmt::print("  {:>2}  {:<8}  {:>16}\n", id, tgp::GetUnitString(kind, id), tgp::FormatNumber(quantity.Value(id), kDecimals));
+        fmt::print("  {:>2}  {:<8}  {:>16}\n", id, tgp::GetUnitString(kind, id),
+                   tgp::FormatNumber(quantity.Value(id), kDecimals));
     fmt::print("\n");
 }
 

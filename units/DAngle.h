@@ -6,7 +6,7 @@ namespace tgp {
 
 // A angle, stored in radians.
 class DAngle final : public QuantityOf<DAngle, DAngleObject> {
-public:
+  public:
     void Radians(double value);
     double Radians() const;
     void Degrees(double value);

@@ -6,7 +6,7 @@ namespace tgp {
 
 // A force, stored in kilonewtons.
 class DForce final : public QuantityOf<DForce, DForceObject> {
-public:
+  public:
     double KN() const;
     void KN(double value);
     double daN() const;

@@ -6,7 +6,7 @@ namespace tgp {
 
 // A force density, stored in kilonewtons per cubic metre (the first unit, KN_mm3, is not the storage unit).
 class DForceDensity final : public QuantityOf<DForceDensity, DForceDensityObject> {
-public:
+  public:
     double KN_mm3() const;
     void KN_mm3(double value);
     double KG_m3() const;

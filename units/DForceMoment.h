@@ -6,7 +6,7 @@ namespace tgp {
 
 // A force moment, stored in kilonewton-millimetres.
 class DForceMoment final : public QuantityOf<DForceMoment, DForceMomentObject> {
-public:
+  public:
     double KNmm() const;
     void KNmm(double value);
     double KGm() const;

@@ -6,7 +6,7 @@ namespace tgp {
 
 // A force per length, stored in kilonewtons per millimetre.
 class DForcePerLine final : public QuantityOf<DForcePerLine, DForcePerLineObject> {
-public:
+  public:
     double KN_mm() const;
     void KN_mm(double value);
     double KG_m() const;

@@ -7,7 +7,7 @@ namespace tgp {
 // A volume, stored as a raw value and the cubic-millimetre factor of the unit it was written in;
 // it has no text form.
 class DVolume final : public QuantityOf<DVolume, DVolumeObject> {
-public:
+  public:
     double Millimetres() const;
     void Millimetres(double value);
     double Centimetres() const;

@@ -24,11 +24,21 @@ int16_t Geometry_EXE::GetUnitID(std::string_view ValueStr, const Quantity& DObje
     return RecogniseUnit(ValueStr, DObject.DimensionType());
 }
 
-std::shared_ptr<DAngle> Geometry_EXE::GetDAngle(double Value, int16_t Unit) { return Make<DAngle>(Value, Unit); }
-std::shared_ptr<DLength> Geometry_EXE::GetDLength(double Value, int16_t Unit) { return Make<DLength>(Value, Unit); }
-std::shared_ptr<DArea> Geometry_EXE::GetDArea(double Value, int16_t Unit) { return Make<DArea>(Value, Unit); }
-std::shared_ptr<DVolume> Geometry_EXE::GetDVolume(double Value, int16_t Unit) { return Make<DVolume>(Value, Unit); }
-std::shared_ptr<DForce> Geometry_EXE::GetDForce(double Value, int16_t Unit) { return Make<DForce>(Value, Unit); }
+std::shared_ptr<DAngle> Geometry_EXE::GetDAngle(double Value, int16_t Unit) {
+    return Make<DAngle>(Value, Unit);
+}
+std::shared_ptr<DLength> Geometry_EXE::GetDLength(double Value, int16_t Unit) {
+    return Make<DLength>(Value, Unit);
+}
+std::shared_ptr<DArea> Geometry_EXE::GetDArea(double Value, int16_t Unit) {
+    return Make<DArea>(Value, Unit);
+}
+std::shared_ptr<DVolume> Geometry_EXE::GetDVolume(double Value, int16_t Unit) {
+    return Make<DVolume>(Value, Unit);
+}
+std::shared_ptr<DForce> Geometry_EXE::GetDForce(double Value, int16_t Unit) {
+    return Make<DForce>(Value, Unit);
+}
 std::shared_ptr<DForceDensity> Geometry_EXE::GetDForceDensity(double Value, int16_t Unit) {
     return Make<DForceDensity>(Value, Unit);
 }
@@ -44,6 +54,8 @@ std::shared_ptr<DForcePerLine> Geometry_EXE::GetDForcePerLine(double Value, int1
 std::shared_ptr<DMomentOfInertia> Geometry_EXE::GetDMomentOfInertia(double Value, int16_t Unit) {
     return Make<DMomentOfInertia>(Value, Unit);
 }
-std::shared_ptr<DPressure> Geometry_EXE::GetDPressure(double Value, int16_t Unit) { return Make<DPressure>(Value, Unit); }
+std::shared_ptr<DPressure> Geometry_EXE::GetDPressure(double Value, int16_t Unit) {
+    return Make<DPressure>(Value, Unit);
+}
 
 }  // namespace tgp

@@ -25,7 +25,7 @@ namespace tgp {
 // no state, so every member is static (the automation layer serves it as a global object). The
 // dialog members (EditEnum, EditQuantity, EditUnitSetting) belong to the editing layer above.
 class Geometry_EXE {
-public:
+  public:
     // The symbol of a unit of a kind; fails with 2411 "GetUnitString no found".
     static std::string GetUnitString(DimensionObjectType DimensionType, const UnitArg& Unit);
 

@@ -8,7 +8,7 @@ namespace tgp {
 // area (the area or fourth-power unit follows from the kind).
 template <class Derived, DimensionObjectType Kind>
 class LengthUnitsOf : public QuantityOf<Derived, Kind> {
-public:
+  public:
     double Millimetres() const { return this->Get(mm_UnitID); }
     void Millimetres(double value) { this->Set(mm_UnitID, value); }
     double Centimetres() const { return this->Get(cm_UnitID); }

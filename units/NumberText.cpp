@@ -14,7 +14,9 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 std::size_t SkipBlanks(std::string_view text, std::size_t from) {
     const std::size_t at = text.find_first_not_of(kBlanks, from);
@@ -57,14 +59,17 @@ ParsedNumber ParseNumberAt(std::string_view text) {
     bool negative = false;
     if (at < text.size() && (text[at] == '+' || text[at] == '-')) negative = text[at++] == '-';
     const bool startsNumber =
-        at < text.size() && (IsDigit(text[at]) || (text[at] == '.' && at + 1 < text.size() && IsDigit(text[at + 1])));
+        at < text.size() &&
+        (IsDigit(text[at]) || (text[at] == '.' && at + 1 < text.size() && IsDigit(text[at + 1])));
     if (!startsNumber) throw Error::TypeMismatch();
 
     double magnitude = 0;
     const char* first = text.data() + at;
-    const auto [end, ec] = std::from_chars(first, text.data() + text.size(), magnitude, std::chars_format::general);
+    const auto [end, ec] =
+        std::from_chars(first, text.data() + text.size(), magnitude, std::chars_format::general);
     if (ec == std::errc::result_out_of_range) {
-        if (!IsUnderflow(std::string_view(first, static_cast<std::size_t>(end - first)))) throw Error::Overflow();
+        if (!IsUnderflow(std::string_view(first, static_cast<std::size_t>(end - first))))
+            throw Error::Overflow();
         magnitude = 0;
     } else if (ec != std::errc()) {
         throw Error::TypeMismatch();
@@ -89,11 +94,14 @@ std::string FormatNumber(double value, int16_t NumberOfDigits) {
                               : std::to_chars(first, last, value);
     text.resize(static_cast<std::size_t>(result.ptr - first));
     // A negative amount that rounds to zero at this many decimals is written without its sign.
-    if (text.size() > 1 && text.front() == '-' && IsZeroText(std::string_view(text).substr(1))) text.erase(0, 1);
+    if (text.size() > 1 && text.front() == '-' && IsZeroText(std::string_view(text).substr(1)))
+        text.erase(0, 1);
     return text;
 }
 
-double ReadNumber(std::string_view text) { return ParseNumberAt(text).value; }
+double ReadNumber(std::string_view text) {
+    return ParseNumberAt(text).value;
+}
 
 double ReadWholeNumber(std::string_view text) {
     const ParsedNumber number = ParseNumberAt(text);

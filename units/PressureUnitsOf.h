@@ -7,7 +7,7 @@ namespace tgp {
 // The fourteen unit properties shared by pressures and forces per area.
 template <class Derived, DimensionObjectType Kind>
 class PressureUnitsOf : public QuantityOf<Derived, Kind> {
-public:
+  public:
     double KN_mm2() const { return this->Get(KN_mm_unitID); }
     void KN_mm2(double value) { this->Set(KN_mm_unitID, value); }
     double daN_cm2() const { return this->Get(daN_cm_unitID); }

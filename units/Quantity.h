@@ -8,7 +8,7 @@ namespace tgp {
 // What every quantity class offers whatever its kind: the service, the edit dialogs and the
 // automation layer work through this when the kind is only known at run time.
 class Quantity {
-public:
+  public:
     virtual ~Quantity();
 
     virtual DimensionObjectType DimensionType() const = 0;

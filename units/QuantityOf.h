@@ -12,7 +12,7 @@ namespace tgp {
 // the text form (every kind except volumes has one).
 template <class Derived, DimensionObjectType Kind>
 class QuantityOf : public StoredQuantity {
-public:
+  public:
     // A new independent object holding the same amount, carried over through unit id 0, so a volume
     // or second moment of area comes back as raw = base-unit amount with factor 1.
     std::shared_ptr<Derived> Copy() const {
@@ -22,18 +22,13 @@ public:
     }
 
     std::string ValueToString(const UnitArg& Unit, int16_t NumberOfDigits = -2, bool NoBracket = false) const
-        requires(Kind != DVolumeObject)
-    {
+        requires(Kind != DVolumeObject) {
         return FormatText(Unit, NumberOfDigits, NoBracket);
     }
 
-    void ValueFromString(std::string_view Str)
-        requires(Kind != DVolumeObject)
-    {
-        ReadText(Str);
-    }
+    void ValueFromString(std::string_view Str) requires(Kind != DVolumeObject) { ReadText(Str); }
 
-protected:
+  protected:
     QuantityOf() : StoredQuantity(Kind) {}
 };
 

@@ -21,10 +21,16 @@ Int RoundToInteger(double value) {
 
 }  // namespace
 
-int16_t ToInteger16(double value) { return RoundToInteger<int16_t>(value); }
+int16_t ToInteger16(double value) {
+    return RoundToInteger<int16_t>(value);
+}
 
-int32_t ToInteger32(double value) { return RoundToInteger<int32_t>(value); }
+int32_t ToInteger32(double value) {
+    return RoundToInteger<int32_t>(value);
+}
 
-int16_t TextToInteger16(std::string_view text) { return ToInteger16(ReadWholeNumber(text)); }
+int16_t TextToInteger16(std::string_view text) {
+    return ToInteger16(ReadWholeNumber(text));
+}
 
 }  // namespace tgp

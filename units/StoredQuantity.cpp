@@ -5,9 +5,13 @@
 
 namespace tgp {
 
-double StoredQuantity::Value(const UnitArg& Unit) const { return Get(Unit.Resolve(kind_)); }
+double StoredQuantity::Value(const UnitArg& Unit) const {
+    return Get(Unit.Resolve(kind_));
+}
 
-void StoredQuantity::Value(const UnitArg& Unit, double value) { Set(Unit.Resolve(kind_), value); }
+void StoredQuantity::Value(const UnitArg& Unit, double value) {
+    Set(Unit.Resolve(kind_), value);
+}
 
 std::string StoredQuantity::FormatText(const UnitArg& Unit, int16_t NumberOfDigits, bool NoBracket) const {
     const std::string number = FormatNumber(Value(Unit), NumberOfDigits);

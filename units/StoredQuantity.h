@@ -12,12 +12,12 @@ namespace tgp {
 // The one implementation behind the eleven quantity classes: an amount of a fixed kind, converted
 // through the unit catalogue. The named classes only add their unit properties.
 class StoredQuantity : public Quantity {
-public:
+  public:
     DimensionObjectType DimensionType() const override { return kind_; }
     double Value(const UnitArg& Unit = {}) const override;
     void Value(const UnitArg& Unit, double value) override;
 
-protected:
+  protected:
     explicit StoredQuantity(DimensionObjectType kind) : kind_(kind) {}
 
     double Get(int id) const { return ReadAmount(kind_, id, amount_); }
@@ -28,7 +28,7 @@ protected:
     // Reads the number at the start of the text and the unit named in it (unit id 0 when none).
     void ReadText(std::string_view text);
 
-private:
+  private:
     DimensionObjectType kind_;
     StoredAmount amount_;
 };

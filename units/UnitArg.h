@@ -22,17 +22,18 @@ namespace tgp {
 //     a null pointer (Nothing) means unit id 0.
 // Conversions happen on construction, so a bad argument fails before the member runs.
 class UnitArg {
-public:
+  public:
     UnitArg() = default;
 
     template <class T>
-        requires std::is_arithmetic_v<T> || std::is_enum_v<T>
-    UnitArg(T number)  // NOLINT(google-explicit-constructor): a unit id is written as a plain number
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T> UnitArg(
+        T number)  // NOLINT(google-explicit-constructor): a unit id is written as a plain number
         : value_(FromNumber(number)) {}
 
-    UnitArg(std::string_view text);  // NOLINT(google-explicit-constructor)
+    UnitArg(std::string_view text);                                 // NOLINT(google-explicit-constructor)
     UnitArg(const char* text) : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
-    UnitArg(const std::string& text) : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
+    UnitArg(const std::string& text)
+        : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
 
     UnitArg(std::shared_ptr<const UnitIdSource> source);  // NOLINT(google-explicit-constructor)
     template <std::derived_from<UnitIdSource> T>
@@ -44,15 +45,19 @@ public:
 
     bool IsMissing() const { return std::holds_alternative<std::monostate>(value_); }
 
-private:
+  private:
     using Value = std::variant<std::monostate, int16_t, std::shared_ptr<const UnitIdSource>>;
 
     template <class T>
     static int16_t FromNumber(T number) {
-        if constexpr (std::is_same_v<T, bool>) return number ? -1 : 0;  // the runtime's True is -1
-        else if constexpr (std::is_floating_point_v<T>) return FromDouble(static_cast<double>(number));
-        else if constexpr (std::is_unsigned_v<T>) return FromInteger(number > 32767u ? int64_t{32768} : int64_t(number));
-        else return FromInteger(static_cast<int64_t>(number));
+        if constexpr (std::is_same_v<T, bool>)
+            return number ? -1 : 0;  // the runtime's True is -1
+        else if constexpr (std::is_floating_point_v<T>)
+            return FromDouble(static_cast<double>(number));
+        else if constexpr (std::is_unsigned_v<T>)
+            return FromInteger(number > 32767u ? int64_t{32768} : int64_t(number));
+        else
+            return FromInteger(static_cast<int64_t>(number));
     }
     static int16_t FromDouble(double number);
     static int16_t FromInteger(int64_t number);

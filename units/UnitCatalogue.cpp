@@ -18,8 +18,12 @@ struct Step {
 };
 using Sequence = std::array<Step, 4>;
 
-constexpr Step Mul(double by) { return {'*', by}; }
-constexpr Step Div(double by) { return {'/', by}; }
+constexpr Step Mul(double by) {
+    return {'*', by};
+}
+constexpr Step Div(double by) {
+    return {'/', by};
+}
 
 double Apply(const Sequence& steps, double x) {
     for (const Step& step : steps) {
@@ -45,9 +49,15 @@ struct UnitRule {
     double pairFactor = 0;
 };
 
-UnitRule Unit(Sequence read, Sequence write) { return {true, read, write, kNoVia, 0}; }
-UnitRule Via(int via, Sequence read, Sequence write) { return {true, read, write, via, 0}; }
-UnitRule Pair(double factor, Sequence readFactor, Sequence writeRaw = {}) { return {true, readFactor, writeRaw, kNoVia, factor}; }
+UnitRule Unit(Sequence read, Sequence write) {
+    return {true, read, write, kNoVia, 0};
+}
+UnitRule Via(int via, Sequence read, Sequence write) {
+    return {true, read, write, via, 0};
+}
+UnitRule Pair(double factor, Sequence readFactor, Sequence writeRaw = {}) {
+    return {true, readFactor, writeRaw, kNoVia, factor};
+}
 
 using KindRules = std::array<UnitRule, kUnitIdCount>;
 
@@ -119,7 +129,8 @@ KindRules ForceRules() {
 
 // Moments, line loads and densities share the id layout 0, 2, 3, 4, 5, 7: ton and kip go through
 // kG and pound with a factor 1000.
-KindRules ForceLengthRules(Sequence base, Sequence baseInverse, double kgFactor, double poundFactor, UnitRule perMetre) {
+KindRules ForceLengthRules(Sequence base, Sequence baseInverse, double kgFactor, double poundFactor,
+                           UnitRule perMetre) {
     KindRules rules{};
     rules[KN_mm_unitID] = Unit(base, baseInverse);
     rules[KG_m_unitID] = Unit({Div(kgFactor)}, {Mul(kgFactor)});
@@ -179,11 +190,10 @@ const std::array<KindEntry, kKindCount>& Catalogue() {
     return catalogue;
 }
 
-bool IsKnownKind(DimensionObjectType kind) { return kind >= 0 && kind < kKindCount; }
-
 const UnitRule& RuleOf(const KindEntry& entry, DimensionObjectType kind, int id) {
     if (id < 0 || id >= kUnitIdCount || !entry.rules[static_cast<std::size_t>(id)].valid)
-        throw Error(Error::kInvalidUnit, std::to_string(id) + " is an invalid UnitID for " + std::string(KindName(kind)));
+        throw Error(Error::kInvalidUnit,
+                    std::to_string(id) + " is an invalid UnitID for " + std::string(KindName(kind)));
     return entry.rules[static_cast<std::size_t>(id)];
 }
 
@@ -220,7 +230,8 @@ std::string_view KindName(DimensionObjectType kind) {
 }
 
 bool IsValidUnit(DimensionObjectType kind, int id) {
-    return IsKnownKind(kind) && id >= 0 && id < kUnitIdCount && Catalogue()[static_cast<std::size_t>(kind)].rules[static_cast<std::size_t>(id)].valid;
+    return IsKnownKind(kind) && id >= 0 && id < kUnitIdCount &&
+           Catalogue()[static_cast<std::size_t>(kind)].rules[static_cast<std::size_t>(id)].valid;
 }
 
 std::vector<int16_t> ValidUnitIds(DimensionObjectType kind) {

@@ -10,7 +10,7 @@ namespace tgp {
 // an object instead of a number: UnitSetting is the library's own, and the automation layer wraps
 // any foreign object that answers UnitID(DimensionType) in one.
 class UnitIdSource {
-public:
+  public:
     virtual ~UnitIdSource();
     virtual int16_t UnitID(DimensionObjectType DimensionType) const = 0;
 };

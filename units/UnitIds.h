@@ -22,6 +22,11 @@ enum DimensionObjectType : int32_t {
 
 inline constexpr int kKindCount = 11;
 
+// Whether a value received as a DimensionObjectType is one of the eleven kinds.
+inline constexpr bool IsKnownKind(int kind) {
+    return kind >= 0 && kind < kKindCount;
+}
+
 // Unit ids of angles.
 enum UnitIDAngle : int32_t { Radian_UnitID = 0, Degree_UnitID };
 
@@ -29,7 +34,15 @@ enum UnitIDAngle : int32_t { Radian_UnitID = 0, Degree_UnitID };
 enum UnitIDLength : int32_t { mm_UnitID = 0, cm_UnitID, dm_UnitID, m_UnitID, in_UnitID, ft_UnitID };
 
 // Unit ids of forces.
-enum UnitIDForce : int32_t { KN_unitID = 0, daN_unitID, KG_unitID, ton_unitID, lb_unitID, kip_unitID, N_unitID };
+enum UnitIDForce : int32_t {
+    KN_unitID = 0,
+    daN_unitID,
+    KG_unitID,
+    ton_unitID,
+    lb_unitID,
+    kip_unitID,
+    N_unitID
+};
 
 // Unit ids of the force-and-length kinds (moments, pressures, line loads, densities): the id names
 // the force and the length unit together; the power of the length follows from the kind.

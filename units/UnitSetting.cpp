@@ -12,19 +12,21 @@ namespace {
 
 // The order of UnitIDs, the system's storage order.
 constexpr std::array<DimensionObjectType, kKindCount> kStorageOrder = {
-    DAngleObject,  DLengthObject,      DAreaObject,         DVolumeObject,       DMomentOfInertiaObject, DForceObject,
-    DPressureObject, DForceMomentObject, DForcePerLineObject, DForcePerareaObject, DForceDensityObject,
+    DAngleObject,           DLengthObject,       DAreaObject,         DVolumeObject,
+    DMomentOfInertiaObject, DForceObject,        DPressureObject,     DForceMomentObject,
+    DForcePerLineObject,    DForcePerareaObject, DForceDensityObject,
 };
 
 // The order in which Copy and CopyTo set the ids of the target.
 constexpr std::array<DimensionObjectType, kKindCount> kCopyOrder = {
-    DAngleObject,    DLengthObject,       DAreaObject,         DVolumeObject,       DMomentOfInertiaObject, DPressureObject,
-    DForceObject,    DForceDensityObject, DForceMomentObject,  DForcePerareaObject, DForcePerLineObject,
+    DAngleObject,           DLengthObject,       DAreaObject,         DVolumeObject,
+    DMomentOfInertiaObject, DPressureObject,     DForceObject,        DForceDensityObject,
+    DForceMomentObject,     DForcePerareaObject, DForcePerLineObject,
 };
 
-bool IsKnownKind(DimensionObjectType kind) { return kind >= 0 && kind < kKindCount; }
-
-std::size_t Slot(DimensionObjectType kind) { return static_cast<std::size_t>(kind); }
+std::size_t Slot(DimensionObjectType kind) {
+    return static_cast<std::size_t>(kind);
+}
 
 }  // namespace
 

@@ -19,7 +19,7 @@ namespace tgp {
 // argument of Value). Raises Modified when a choice changes; changes can be batched by freezing
 // events. Ids are stored as given, without checking them against the kind's units.
 class UnitSetting : public UnitIdSource, public std::enable_shared_from_this<UnitSetting> {
-public:
+  public:
     using ModifiedHandler = std::function<void()>;
     using ConnectionId = std::size_t;
 
@@ -56,7 +56,7 @@ public:
     ConnectionId onModified(ModifiedHandler handler);
     void disconnectModified(ConnectionId id);
 
-private:
+  private:
     void RaiseModified();
 
     std::array<int32_t, kKindCount> ids_{};  // by DimensionObjectType value

@@ -15,7 +15,8 @@ namespace {
 // The unit symbol table, one line per row (CR LF), cells separated by tabs: the kind names, the
 // DimensionObjectType of each column, then one line per unit id. An empty cell: no such unit.
 constexpr std::string_view kSymbolTable =
-    "\tDangle\tDlength\tDarea\tDvolume\tDMomentOfInertia\tDforce\tDpressure\tDForcePerArea\tDForceMoment\tDForcePerLine\tDForceDensity\r\n"
+    "\tDangle\tDlength\tDarea\tDvolume\tDMomentOfInertia\tDforce\tDpressure"
+    "\tDForcePerArea\tDForceMoment\tDForcePerLine\tDForceDensity\r\n"
     "\t0\t1\t2\t3\t4\t5\t6\t7\t8\t9\t10\r\n"
     "0\trad\tmm\tmm²\tmm³\tmm4\tKN\tKN/mm²\tKN/mm²\tKNmm\tKN/mm\tKN/mm³\r\n"
     "1\tº\tcm\tcm²\tcm³\tcm4\tdaN\tdaN/cm²\tdaN/cm²\t\t\t\r\n"
@@ -91,7 +92,8 @@ std::optional<std::string> FindSymbol(DimensionObjectType kind, int16_t id) {
     for (std::size_t row = kFirstUnitRow; row < table.size(); ++row) {
         if (!CellEquals(table[row][0], id)) continue;
         // The first row of the id decides: an empty cell ends the search.
-        const std::string* symbol = *column < table[row].size() ? std::get_if<std::string>(&table[row][*column]) : nullptr;
+        const std::string* symbol =
+            *column < table[row].size() ? std::get_if<std::string>(&table[row][*column]) : nullptr;
         if (symbol == nullptr || symbol->empty()) return std::nullopt;
         return *symbol;
     }
@@ -106,7 +108,8 @@ std::string UpperCase(std::string_view text) {
 }
 
 void RemoveAll(std::string& text, std::string_view what) {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at)) text.erase(at, what.size());
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at))
+        text.erase(at, what.size());
 }
 
 using KindPatterns = std::array<std::string, kUnitIdCount>;
@@ -127,7 +130,8 @@ KindPatterns PatternsOf(DimensionObjectType kind) {
 const KindPatterns& CachedPatternsOf(DimensionObjectType kind) {
     static const std::array<KindPatterns, kKindCount> cache = [] {
         std::array<KindPatterns, kKindCount> all;
-        for (int kind = 0; kind < kKindCount; ++kind) all[static_cast<std::size_t>(kind)] = PatternsOf(static_cast<DimensionObjectType>(kind));
+        for (int kind = 0; kind < kKindCount; ++kind)
+            all[static_cast<std::size_t>(kind)] = PatternsOf(static_cast<DimensionObjectType>(kind));
         return all;
     }();
     return cache[static_cast<std::size_t>(kind)];
@@ -150,7 +154,7 @@ std::string GetUnitString(DimensionObjectType DimensionType, const UnitArg& Unit
 
 int16_t RecogniseUnit(std::string_view text, DimensionObjectType kind) {
     const std::string upper = UpperCase(text);
-    if (kind >= 0 && kind < kKindCount) return FirstMatch(upper, CachedPatternsOf(kind));
+    if (IsKnownKind(kind)) return FirstMatch(upper, CachedPatternsOf(kind));
     return FirstMatch(upper, PatternsOf(kind));  // an unknown kind has no symbols: "**" matches anything
 }
 

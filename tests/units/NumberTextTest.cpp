@@ -19,13 +19,22 @@ struct FormatCase {
 
 TEST(NumberText, FormatsFixedDecimalsOrTheShortestExactText) {
     const FormatCase cases[] = {
-        {1234.5, -2, "1234.5"},  {0.1, -2, "0.1"},          {1.0 / 3, -2, "0.3333333333333333"},
-        {-1.5, -1, "-1.5"},      {1e20, -2, "1e+20"},       {304.8 * 304.8 * 304.8, -2, "28316846.592000004"},
-        {2.5, 2, "2.50"},        {2.345, 0, "2"},           {-0.0, -2, "0"},
-        {-0.0, 3, "0.000"},      {-0.001, 2, "0.00"},       {-0.006, 2, "-0.01"},
+        {1234.5, -2, "1234.5"},
+        {0.1, -2, "0.1"},
+        {1.0 / 3, -2, "0.3333333333333333"},
+        {-1.5, -1, "-1.5"},
+        {1e20, -2, "1e+20"},
+        {304.8 * 304.8 * 304.8, -2, "28316846.592000004"},
+        {2.5, 2, "2.50"},
+        {2.345, 0, "2"},
+        {-0.0, -2, "0"},
+        {-0.0, 3, "0.000"},
+        {-0.001, 2, "0.00"},
+        {-0.006, 2, "-0.01"},
         {1e22, 1, "1" + std::string(22, '0') + ".0"},
     };
-    for (const FormatCase& c : cases) EXPECT_EQ(FormatNumber(c.value, c.digits), c.expected) << c.value << " " << c.digits;
+    for (const FormatCase& c : cases)
+        EXPECT_EQ(FormatNumber(c.value, c.digits), c.expected) << c.value << " " << c.digits;
 }
 
 struct ReadCase {
@@ -35,8 +44,8 @@ struct ReadCase {
 
 TEST(NumberText, ReadsTheNumberAtTheStartAndIgnoresTheRest) {
     const ReadCase cases[] = {
-        {"12.5 mm", 12.5}, {"  -3e2kN", -300},  {"\t+.5", 0.5},   {"7", 7},      {"1,5", 1},
-        {"5e (x)", 5},     {"0x10", 0},         {"1e-999", 0},    {"2.", 2},     {"-0.25(cm)", -0.25},
+        {"12.5 mm", 12.5}, {"  -3e2kN", -300}, {"\t+.5", 0.5}, {"7", 7},  {"1,5", 1},
+        {"5e (x)", 5},     {"0x10", 0},        {"1e-999", 0},  {"2.", 2}, {"-0.25(cm)", -0.25},
     };
     for (const ReadCase& c : cases) EXPECT_EQ(ReadNumber(c.text), c.expected) << c.text;
 }
@@ -74,7 +83,7 @@ struct DecimalComma : std::numpunct<char> {
 };
 
 class DecimalCommaLocale : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         previous_ = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
         // Switch the C library too where the machine has such a locale.

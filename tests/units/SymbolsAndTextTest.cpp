@@ -25,10 +25,12 @@ namespace {
 // (Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForcePerArea, ForceMoment,
 // ForcePerLine, ForceDensity). "" = no such unit.
 const char* const kSymbols[14][11] = {
-    {"rad", "mm", "mm\u00b2", "mm\u00b3", "mm4", "KN", "KN/mm\u00b2", "KN/mm\u00b2", "KNmm", "KN/mm", "KN/mm\u00b3"},
+    {"rad", "mm", "mm\u00b2", "mm\u00b3", "mm4", "KN", "KN/mm\u00b2", "KN/mm\u00b2", "KNmm", "KN/mm",
+     "KN/mm\u00b3"},
     {"\u00ba", "cm", "cm\u00b2", "cm\u00b3", "cm4", "daN", "daN/cm\u00b2", "daN/cm\u00b2", "", "", ""},
     {"", "dm", "dm\u00b2", "dm\u00b3", "dm4", "kG", "kG/m\u00b2", "kG/m\u00b2", "KGm", "KG/m", "KG/m\u00b3"},
-    {"", "m", "m\u00b2", "m\u00b3", "m4", "ton", "ton/m\u00b2", "ton/m\u00b2", "ton.m", "ton/m", "ton/m\u00b3"},
+    {"", "m", "m\u00b2", "m\u00b3", "m4", "ton", "ton/m\u00b2", "ton/m\u00b2", "ton.m", "ton/m",
+     "ton/m\u00b3"},
     {"", "in", "in\u00b2", "in\u00b3", "in4", "lb", "psi", "psi", "lb.in", "lb/in", "pci"},
     {"", "ft", "ft\u00b2", "ft\u00b3", "ft4", "kip", "ksi", "ksi", "kip.in", "kip/in", "kci"},
     {"", "", "", "", "", "N", "N/mm\u00b2", "N/mm\u00b2", "", "", ""},
@@ -56,8 +58,10 @@ TEST(UnitSymbols, EveryCellOfTheTable) {
         for (int kind = 0; kind < 11; ++kind) {
             const std::string expected = kSymbols[id][kind];
             const std::string what = "kind " + std::to_string(kind) + " id " + std::to_string(id);
-            if (expected.empty()) ExpectNotFound(static_cast<DimensionObjectType>(kind), id, what);
-            else EXPECT_EQ(GetUnitString(static_cast<DimensionObjectType>(kind), id), expected) << what;
+            if (expected.empty())
+                ExpectNotFound(static_cast<DimensionObjectType>(kind), id, what);
+            else
+                EXPECT_EQ(GetUnitString(static_cast<DimensionObjectType>(kind), id), expected) << what;
         }
     EXPECT_EQ(GetUnitString(DAngleObject, 1), "\xC2\xBA");  // U+00BA, not the degree sign U+00B0
 }
@@ -82,7 +86,7 @@ struct PatternCase {
 };
 
 TEST(UnitSymbols, PatternDropsBracketsSquaresAndCubesButKeepsTheFourth) {
-    const PatternCase cases[] = {{"KN/mm\u00b2", "*KN/MM*"}, {"(m\u00b3)", "*M*"}, {"mm4", "*MM4*"},
+    const PatternCase cases[] = {{"KN/mm\u00b2", "*KN/MM*"}, {"(m\u00b3)", "*M*"},   {"mm4", "*MM4*"},
                                  {"a2b3c", "*ABC*"},         {"\u00ba", "*\u00ba*"}, {"", "**"}};
     for (const PatternCase& c : cases) EXPECT_EQ(UnitPattern(c.symbol), c.pattern) << c.symbol;
 }
@@ -95,11 +99,12 @@ struct MatchCase {
 
 TEST(UnitSymbols, WildcardMatching) {
     const MatchCase cases[] = {
-        {"5 KN", "*KN*", true},    {"5 KN", "*KG*", false}, {"", "**", true},           {"ABC", "A*C", true},
-        {"ABC", "A*B", false},     {"AAB", "*AB", true},    {"ABABX", "*ABX*", true},   {"AB", "AB", true},
-        {"ab", "*AB*", false},     {"ABC", "", false},      {"X", "*", true},           {"A*B", "A*B", true},
+        {"5 KN", "*KN*", true}, {"5 KN", "*KG*", false}, {"", "**", true},         {"ABC", "A*C", true},
+        {"ABC", "A*B", false},  {"AAB", "*AB", true},    {"ABABX", "*ABX*", true}, {"AB", "AB", true},
+        {"ab", "*AB*", false},  {"ABC", "", false},      {"X", "*", true},         {"A*B", "A*B", true},
     };
-    for (const MatchCase& c : cases) EXPECT_EQ(MatchesPattern(c.text, c.pattern), c.matches) << c.text << " ~ " << c.pattern;
+    for (const MatchCase& c : cases)
+        EXPECT_EQ(MatchesPattern(c.text, c.pattern), c.matches) << c.text << " ~ " << c.pattern;
 }
 
 struct RecogniseCase {
@@ -110,17 +115,33 @@ struct RecogniseCase {
 
 TEST(UnitSymbols, RecogniserTakesTheFirstMatchInIdOrder) {
     const RecogniseCase cases[] = {
-        {DPressureObject, "5 kPa", 11},      {DPressureObject, "5 MPa", 11},     {DForcePerareaObject, "1 kpa", 11},
-        {DPressureObject, "5 KN/m2", 7},     {DPressureObject, "5 N/mm\u00b2", 6}, {DPressureObject, "5 kn/cm2", 8},
-        {DForceObject, "NEWTONS", 3},        {DForceObject, "5 N", 6},           {DForceObject, "5 kn", 0},
-        {DAngleObject, "12 deg", -1},        {DAngleObject, "12 \u00ba", 1},     {DAngleObject, "1 RAD", 0},
-        {DLengthObject, "2 m", 3},           {DLengthObject, "2 mm", 0},         {DLengthObject, "3 in", 4},
-        {DLengthObject, "1 FT", 5},          {DLengthObject, "7", -1},           {DMomentOfInertiaObject, "5 m4", 3},
-        {DForceMomentObject, "5 KNm", 7},    {DForceMomentObject, "5 kip.in", 5}, {DForcePerLineObject, "5 KN/m", 7},
-        {DForceDensityObject, "5 pci", 4},   {DAreaObject, "5 cm\u00b2", 1},
+        {DPressureObject, "5 kPa", 11},
+        {DPressureObject, "5 MPa", 11},
+        {DForcePerareaObject, "1 kpa", 11},
+        {DPressureObject, "5 KN/m2", 7},
+        {DPressureObject, "5 N/mm\u00b2", 6},
+        {DPressureObject, "5 kn/cm2", 8},
+        {DForceObject, "NEWTONS", 3},
+        {DForceObject, "5 N", 6},
+        {DForceObject, "5 kn", 0},
+        {DAngleObject, "12 deg", -1},
+        {DAngleObject, "12 \u00ba", 1},
+        {DAngleObject, "1 RAD", 0},
+        {DLengthObject, "2 m", 3},
+        {DLengthObject, "2 mm", 0},
+        {DLengthObject, "3 in", 4},
+        {DLengthObject, "1 FT", 5},
+        {DLengthObject, "7", -1},
+        {DMomentOfInertiaObject, "5 m4", 3},
+        {DForceMomentObject, "5 KNm", 7},
+        {DForceMomentObject, "5 kip.in", 5},
+        {DForcePerLineObject, "5 KN/m", 7},
+        {DForceDensityObject, "5 pci", 4},
+        {DAreaObject, "5 cm\u00b2", 1},
         {static_cast<DimensionObjectType>(11), "anything", 0},  // no symbols: the empty pattern "**" matches
     };
-    for (const RecogniseCase& c : cases) EXPECT_EQ(RecogniseUnit(c.text, c.kind), c.expected) << c.kind << " '" << c.text << "'";
+    for (const RecogniseCase& c : cases)
+        EXPECT_EQ(RecogniseUnit(c.text, c.kind), c.expected) << c.kind << " '" << c.text << "'";
 }
 
 TEST(QuantityText, WritesNumberAndSymbolWithOrWithoutBrackets) {

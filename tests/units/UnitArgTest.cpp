@@ -41,7 +41,8 @@ TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
     EXPECT_FALSE(UnitArg(0).IsMissing());
 }
 
-void ExpectError(int number, const std::string& description, const std::function<void()>& action, const char* what) {
+void ExpectError(int number, const std::string& description, const std::function<void()>& action,
+                 const char* what) {
     try {
         action();
         ADD_FAILURE() << what << " did not fail";
@@ -52,21 +53,30 @@ void ExpectError(int number, const std::string& description, const std::function
 }
 
 TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
-    ExpectError(6, "Overflow", [] { UnitArg(40000); }, "40000");
-    ExpectError(6, "Overflow", [] { UnitArg(32767.5); }, "32767.5 rounds to 32768");
-    ExpectError(6, "Overflow", [] { UnitArg(-32769); }, "-32769");
-    ExpectError(6, "Overflow", [] { UnitArg(70000u); }, "unsigned 70000");
-    ExpectError(6, "Overflow", [] { UnitArg("1e9"); }, "text 1e9");
-    ExpectError(6, "Overflow", [] { ToInteger32(3e9); }, "Long 3e9");
-    ExpectError(13, "Type mismatch", [] { UnitArg("abc"); }, "abc");
-    ExpectError(13, "Type mismatch", [] { UnitArg(""); }, "empty text");
-    ExpectError(13, "Type mismatch", [] { UnitArg("3 m"); }, "text with a unit");
+    ExpectError(
+        6, "Overflow", [] { UnitArg(40000); }, "40000");
+    ExpectError(
+        6, "Overflow", [] { UnitArg(32767.5); }, "32767.5 rounds to 32768");
+    ExpectError(
+        6, "Overflow", [] { UnitArg(-32769); }, "-32769");
+    ExpectError(
+        6, "Overflow", [] { UnitArg(70000u); }, "unsigned 70000");
+    ExpectError(
+        6, "Overflow", [] { UnitArg("1e9"); }, "text 1e9");
+    ExpectError(
+        6, "Overflow", [] { ToInteger32(3e9); }, "Long 3e9");
+    ExpectError(
+        13, "Type mismatch", [] { UnitArg("abc"); }, "abc");
+    ExpectError(
+        13, "Type mismatch", [] { UnitArg(""); }, "empty text");
+    ExpectError(
+        13, "Type mismatch", [] { UnitArg("3 m"); }, "text with a unit");
     EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
 }
 
 // Answers a fixed id per kind, like a foreign object with a UnitID member.
 class FixedSource : public UnitIdSource {
-public:
+  public:
     int16_t UnitID(DimensionObjectType kind) const override { return kind == DForceObject ? 6 : 3; }
 };
 

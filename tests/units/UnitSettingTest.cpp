@@ -10,7 +10,7 @@ namespace tgp {
 namespace {
 
 class UnitSettingEvents : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         setting = std::make_shared<UnitSetting>();
         setting->onModified([this] { ++events; });
@@ -22,15 +22,18 @@ protected:
 TEST(UnitSetting, Defaults) {
     const int expected[11] = {0, 0, 0, 0, 0, 0, 6, 7, 7, 7, 7};  // by DimensionObjectType
     UnitSetting setting;
-    for (int kind = 0; kind < 11; ++kind) EXPECT_EQ(setting.UnitID(static_cast<DimensionObjectType>(kind)), expected[kind]) << kind;
+    for (int kind = 0; kind < 11; ++kind)
+        EXPECT_EQ(setting.UnitID(static_cast<DimensionObjectType>(kind)), expected[kind]) << kind;
     EXPECT_EQ(setting.UnitString(DPressureObject), "N/mm\u00b2");
     EXPECT_FALSE(setting.EventsFrozen());
 }
 
 TEST(UnitSetting, UnitIDsUseTheStorageOrder) {
     UnitSetting setting;
-    for (int kind = 0; kind < 11; ++kind) setting.UnitID(static_cast<DimensionObjectType>(kind), static_cast<int16_t>(100 + kind));
-    // Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForceMoment, ForcePerLine, ForcePerArea, ForceDensity
+    for (int kind = 0; kind < 11; ++kind)
+        setting.UnitID(static_cast<DimensionObjectType>(kind), static_cast<int16_t>(100 + kind));
+    // Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForceMoment, ForcePerLine, ForcePerArea,
+    // ForceDensity
     const std::vector<int16_t> expected = {100, 101, 102, 103, 104, 105, 106, 108, 109, 107, 110};
     EXPECT_EQ(setting.UnitIDs(), expected);
 

@@ -1,0 +1,105 @@
+#include "cli/TextProfileReader.h"
+
+#include <optional>
+#include <string_view>
+
+#include "core/Error.h"
+#include "units/NumberText.h"
+
+namespace tgp::cli {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+
+std::string_view Trimmed(std::string_view s) {
+    const auto first = s.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos) return {};
+    return s.substr(first, s.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::vector<std::string_view> Words(std::string_view s) {
+    std::vector<std::string_view> words;
+    while (!(s = Trimmed(s)).empty()) {
+        const auto end = std::min(s.find_first_of(kBlanks), s.size());
+        words.push_back(s.substr(0, end));
+        s.remove_prefix(end);
+    }
+    return words;
+}
+
+class TextParser {
+public:
+    explicit TextParser(std::string source) : source_(std::move(source)) {}
+
+    void Line(std::string_view raw) {
+        ++lineNumber_;
+        std::string_view line = Trimmed(raw.substr(0, raw.find('#')));
+        const bool comment = raw.find('#') != std::string_view::npos;
+        if (line.empty()) {
+            if (!comment) Finish();  // a blank line ends a profile; a comment line does not
+            return;
+        }
+        if (line == "end") return Finish();
+        if (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t')) {
+            Finish();
+            Start(std::string(Trimmed(line.substr(7))));
+            return;
+        }
+        Vertex(line);
+    }
+
+    std::vector<DrawnProfile> Result() {
+        Finish();
+        return std::move(profiles_);
+    }
+
+private:
+    void Start(std::string name) {
+        current_ = DrawnProfile{};
+        current_->name = name.empty() ? "profile " + std::to_string(profiles_.size() + 1) + " (line " +
+                                            std::to_string(lineNumber_) + ")"
+                                      : std::move(name);
+    }
+
+    void Finish() {
+        if (current_ && current_->VertexCount() > 0) profiles_.push_back(std::move(*current_));
+        current_.reset();
+    }
+
+    void Vertex(std::string_view line) {
+        const auto words = Words(line);
+        if (words.size() < 2 || words.size() > 3) Fail("expected 'x y' or 'x y bulge', found '" + std::string(line) + "'");
+        if (!current_) Start("");
+        const double x = Number(words[0]), y = Number(words[1]);
+        current_->Add(x, y, words.size() == 3 ? Number(words[2]) : 0.0);
+    }
+
+    double Number(std::string_view word) const {
+        try {
+            return ReadWholeNumber(word);
+        } catch (const Error&) {
+            Fail("'" + std::string(word) + "' is not a number");
+        }
+    }
+
+    [[noreturn]] void Fail(const std::string& what) const {
+        throw ProfileFileError(source_ + ":" + std::to_string(lineNumber_) + ": " + what);
+    }
+
+    std::string source_;
+    int lineNumber_ = 0;
+    std::optional<DrawnProfile> current_;
+    std::vector<DrawnProfile> profiles_;
+};
+
+}  // namespace
+
+std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName) {
+    TextParser parser(sourceName);
+    for (std::string line; std::getline(in, line);) parser.Line(line);
+    if (in.bad()) throw ProfileFileError(sourceName + ": read error");
+    return parser.Result();
+}
+
+}  // namespace tgp::cli

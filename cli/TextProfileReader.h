@@ -1,0 +1,24 @@
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "cli/DrawnProfile.h"
+
+namespace tgp::cli {
+
+// Reads profiles from plain text:
+//
+//   # a comment (from '#' to the end of the line)
+//   profile IPE 200      optional: starts a profile and names it
+//   x y [bulge]          one vertex per line, numbers with a '.' decimal point, bulge 0 when left out
+//   end                  ends the profile; a blank line does the same
+//
+// Every profile is closed back to its first vertex. Profiles without a name are called
+// "profile <n> (line <first line>)". Numbers are read through the library's number-text service,
+// so the process locale plays no part. A malformed line raises ProfileFileError naming the source
+// and the line number.
+std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName);
+
+}  // namespace tgp::cli
