@@ -72,22 +72,12 @@ std::function<std::shared_ptr<Quantity>()> Maker() {
     return [] { return std::make_shared<Q>(); };
 }
 
+// clang-format off
 std::vector<UnitModel> PressureUnits() {
     const UnitModel kgM2 = Divide(2, 0.00981), psi = Divide(4, 6.897112576), pa = Multiply(11, 1000);
-    return {Divide(0, 1000000),
-            Divide(1, 100),
-            kgM2,
-            Through(3, kgM2, 1000),
-            psi,
-            Through(5, psi, 1000),
-            Divide(6, 1000),
-            Divide(7, 1),
-            Divide(8, 10000),
-            Divide(9, 98.1),
-            Divide(10, 98.1),
-            pa,
-            Through(12, pa, 1000),
-            Through(13, pa, 1000000)};
+    return {Divide(0, 1000000), Divide(1, 100), kgM2, Through(3, kgM2, 1000), psi, Through(5, psi, 1000),
+            Divide(6, 1000), Divide(7, 1), Divide(8, 10000), Divide(9, 98.1), Divide(10, 98.1), pa,
+            Through(12, pa, 1000), Through(13, pa, 1000000)};
 }
 
 std::vector<UnitModel> ForceLengthUnits(UnitModel base, double kg, double pound, UnitModel perMetre) {
@@ -101,57 +91,30 @@ std::vector<KindModel> Catalogue() {
                           [](double v) { return Amount{v * 9.81 / 1000}; }};
     const UnitModel moiCm = Pair(1, 10000, {10000});
     return {
-        {"Angle",
-         Maker<DAngle>(),
-         {Divide(0, 1),
-          {1, [pi](Amount a) { return a.raw / pi * 180; }, [pi](double v) { return Amount{v / 180 * pi}; }}}},
-        {"Length",
-         Maker<DLength>(),
-         {Divide(0, 1), Divide(1, 10), Divide(2, 100), Divide(3, 1000), Divide(4, 25.4), Divide(5, 304.8)}},
-        {"Area",
-         Maker<DArea>(),
-         {Divide(0, 1),
-          Divide(1, 100),
-          Divide(2, 10000),
-          Divide(3, 1000000),
-          {4, [](Amount a) { return a.raw / 25.4 / 25.4; }, [](double v) { return Amount{v * 25.4 * 25.4}; }},
-          {5, [](Amount a) { return a.raw / 304.8 / 304.8; },
-           [](double v) { return Amount{v * 304.8 * 304.8}; }}}},
-        {"Volume",
-         Maker<DVolume>(),
-         {Pair(0, 1, {}), Pair(1, 1000, {1000}), Pair(2, 1e6, {1e6}), Pair(3, 1e9, {1e9}),
-          Pair(4, 16387.064, {25.4, 25.4, 25.4}), Pair(5, 28316846.592000004, {304.8, 304.8, 304.8})}},
-        {"MomentOfInertia",
-         Maker<DMomentOfInertia>(),
-         {Pair(0, 1, {}),
-          moiCm,
-          Through(2, moiCm, 10000),
-          {3, [](Amount a) { return (a.factor / 1e12) * a.raw; },
-           [](double v) {
-               return Amount{v * 1e6, 1e6};
-           }},
-          Pair(4, 416231.42559999996, {25.4, 25.4, 25.4, 25.4}),
-          Pair(5, std::pow(304.8, 4), {std::pow(304.8, 4)})}},
-        {"Force",
-         Maker<DForce>(),
-         {Divide(0, 1),
-          Multiply(1, 100),
-          kg,
-          Through(3, kg, 1000),
-          {4, [](Amount a) { return a.raw * 1000 / 4.44974115; },
-           [](double v) { return Amount{v * 4.44974115 / 1000}; }},
-          Divide(5, 4.44974115),
-          Multiply(6, 1000)}},
+        {"Angle", Maker<DAngle>(), {Divide(0, 1),
+            {1, [pi](Amount a) { return a.raw / pi * 180; }, [pi](double v) { return Amount{v / 180 * pi}; }}}},
+        {"Length", Maker<DLength>(),
+            {Divide(0, 1), Divide(1, 10), Divide(2, 100), Divide(3, 1000), Divide(4, 25.4), Divide(5, 304.8)}},
+        {"Area", Maker<DArea>(), {Divide(0, 1), Divide(1, 100), Divide(2, 10000), Divide(3, 1000000),
+            {4, [](Amount a) { return a.raw / 25.4 / 25.4; }, [](double v) { return Amount{v * 25.4 * 25.4}; }},
+            {5, [](Amount a) { return a.raw / 304.8 / 304.8; }, [](double v) { return Amount{v * 304.8 * 304.8}; }}}},
+        {"Volume", Maker<DVolume>(),
+            {Pair(0, 1, {}), Pair(1, 1000, {1000}), Pair(2, 1e6, {1e6}), Pair(3, 1e9, {1e9}),
+             Pair(4, 16387.064, {25.4, 25.4, 25.4}), Pair(5, 28316846.592000004, {304.8, 304.8, 304.8})}},
+        {"MomentOfInertia", Maker<DMomentOfInertia>(), {Pair(0, 1, {}), moiCm, Through(2, moiCm, 10000),
+            {3, [](Amount a) { return (a.factor / 1e12) * a.raw; }, [](double v) { return Amount{v * 1e6, 1e6}; }},
+            Pair(4, 416231.42559999996, {25.4, 25.4, 25.4, 25.4}), Pair(5, std::pow(304.8, 4), {std::pow(304.8, 4)})}},
+        {"Force", Maker<DForce>(), {Divide(0, 1), Multiply(1, 100), kg, Through(3, kg, 1000),
+            {4, [](Amount a) { return a.raw * 1000 / 4.44974115; }, [](double v) { return Amount{v * 4.44974115 / 1000}; }},
+            Divide(5, 4.44974115), Multiply(6, 1000)}},
         {"Pressure", Maker<DPressure>(), PressureUnits()},
         {"ForcePerArea", Maker<DForcePerArea>(), PressureUnits()},
-        {"ForceMoment", Maker<DForceMoment>(),
-         ForceLengthUnits(Divide(0, 1), 9.81, 0.113023425, Divide(7, 1000))},
-        {"ForcePerLine", Maker<DForcePerLine>(),
-         ForceLengthUnits(Divide(0, 1), 9.81e-06, 0.000175187, Multiply(7, 1000))},
-        {"ForceDensity", Maker<DForceDensity>(),
-         ForceLengthUnits(Divide(0, 1e9), 0.00981, 271.5398652, Divide(7, 1))},
+        {"ForceMoment", Maker<DForceMoment>(), ForceLengthUnits(Divide(0, 1), 9.81, 0.113023425, Divide(7, 1000))},
+        {"ForcePerLine", Maker<DForcePerLine>(), ForceLengthUnits(Divide(0, 1), 9.81e-06, 0.000175187, Multiply(7, 1000))},
+        {"ForceDensity", Maker<DForceDensity>(), ForceLengthUnits(Divide(0, 1e9), 0.00981, 271.5398652, Divide(7, 1))},
     };
 }
+// clang-format on
 
 const double kSamples[] = {1, 12.345, -0.7, 1e-3, 987654.321};
 
@@ -232,92 +195,30 @@ void ExpectPropertiesMatchIds(const std::vector<Property<Q>>& properties) {
     }
 }
 
+// DArea and DMomentOfInertia share DLength's property template, DForcePerArea DPressure's.
 TEST(Conversion, NamedPropertiesSelectTheirUnits) {
-    ExpectPropertiesMatchIds<DAngle>(
-        {{0, &DAngle::Radians, &DAngle::Radians}, {1, &DAngle::Degrees, &DAngle::Degrees}});
-    ExpectPropertiesMatchIds<DLength>({{0, &DLength::Millimetres, &DLength::Millimetres},
-                                       {1, &DLength::Centimetres, &DLength::Centimetres},
-                                       {2, &DLength::Decimetres, &DLength::Decimetres},
-                                       {3, &DLength::Metres, &DLength::Metres},
-                                       {4, &DLength::Inches, &DLength::Inches},
-                                       {5, &DLength::Feet, &DLength::Feet}});
-    ExpectPropertiesMatchIds<DArea>({{0, &DArea::Millimetres, &DArea::Millimetres},
-                                     {1, &DArea::Centimetres, &DArea::Centimetres},
-                                     {2, &DArea::Decimetres, &DArea::Decimetres},
-                                     {3, &DArea::Metres, &DArea::Metres},
-                                     {4, &DArea::Inches, &DArea::Inches},
-                                     {5, &DArea::Feet, &DArea::Feet}});
-    ExpectPropertiesMatchIds<DVolume>({{0, &DVolume::Millimetres, &DVolume::Millimetres},
-                                       {1, &DVolume::Centimetres, &DVolume::Centimetres},
-                                       {2, &DVolume::Litres, &DVolume::Litres},
-                                       {3, &DVolume::Metres, &DVolume::Metres},
-                                       {4, &DVolume::Inches, &DVolume::Inches},
-                                       {5, &DVolume::Feet, &DVolume::Feet}});
-    using MoI = DMomentOfInertia;
-    ExpectPropertiesMatchIds<MoI>({{0, &MoI::Millimetres, &MoI::Millimetres},
-                                   {1, &MoI::Centimetres, &MoI::Centimetres},
-                                   {2, &MoI::Decimetres, &MoI::Decimetres},
-                                   {3, &MoI::Metres, &MoI::Metres},
-                                   {4, &MoI::Inches, &MoI::Inches},
-                                   {5, &MoI::Feet, &MoI::Feet}});
-    ExpectPropertiesMatchIds<DForce>({{0, &DForce::KN, &DForce::KN},
-                                      {1, &DForce::daN, &DForce::daN},
-                                      {2, &DForce::KG, &DForce::KG},
-                                      {3, &DForce::tons, &DForce::tons},
-                                      {4, &DForce::pound, &DForce::pound},
-                                      {5, &DForce::kip, &DForce::kip},
-                                      {6, &DForce::Newtons, &DForce::Newtons}});
-    using P = DPressure;
-    ExpectPropertiesMatchIds<P>({{0, &P::KN_mm2, &P::KN_mm2},
-                                 {1, &P::daN_cm2, &P::daN_cm2},
-                                 {2, &P::KG_m2, &P::KG_m2},
-                                 {3, &P::ton_m2, &P::ton_m2},
-                                 {4, &P::psi, &P::psi},
-                                 {5, &P::ksi, &P::ksi},
-                                 {6, &P::N_mm2, &P::N_mm2},
-                                 {7, &P::KN_m2, &P::KN_m2},
-                                 {8, &P::KN_cm2, &P::KN_cm2},
-                                 {9, &P::KG_cm2, &P::KG_cm2},
-                                 {10, &P::atm, &P::atm},
-                                 {11, &P::PA, &P::PA},
-                                 {12, &P::KPa, &P::KPa},
-                                 {13, &P::MPa, &P::MPa}});
-    using A = DForcePerArea;
-    ExpectPropertiesMatchIds<A>({{0, &A::KN_mm2, &A::KN_mm2},
-                                 {1, &A::daN_cm2, &A::daN_cm2},
-                                 {2, &A::KG_m2, &A::KG_m2},
-                                 {3, &A::ton_m2, &A::ton_m2},
-                                 {4, &A::psi, &A::psi},
-                                 {5, &A::ksi, &A::ksi},
-                                 {6, &A::N_mm2, &A::N_mm2},
-                                 {7, &A::KN_m2, &A::KN_m2},
-                                 {8, &A::KN_cm2, &A::KN_cm2},
-                                 {9, &A::KG_cm2, &A::KG_cm2},
-                                 {10, &A::atm, &A::atm},
-                                 {11, &A::PA, &A::PA},
-                                 {12, &A::KPa, &A::KPa},
-                                 {13, &A::MPa, &A::MPa}});
-    using M = DForceMoment;
-    ExpectPropertiesMatchIds<M>({{0, &M::KNmm, &M::KNmm},
-                                 {2, &M::KGm, &M::KGm},
-                                 {3, &M::tm, &M::tm},
-                                 {4, &M::lbin, &M::lbin},
-                                 {5, &M::kipin, &M::kipin},
-                                 {7, &M::KNm, &M::KNm}});
-    using L = DForcePerLine;
-    ExpectPropertiesMatchIds<L>({{0, &L::KN_mm, &L::KN_mm},
-                                 {2, &L::KG_m, &L::KG_m},
-                                 {3, &L::tons_m, &L::tons_m},
-                                 {4, &L::lbin, &L::lbin},
-                                 {5, &L::kipin, &L::kipin},
-                                 {7, &L::KN_m, &L::KN_m}});
-    using D = DForceDensity;
-    ExpectPropertiesMatchIds<D>({{0, &D::KN_mm3, &D::KN_mm3},
-                                 {2, &D::KG_m3, &D::KG_m3},
-                                 {3, &D::tons_m3, &D::tons_m3},
-                                 {4, &D::pci, &D::pci},
-                                 {5, &D::kci, &D::kci},
-                                 {7, &D::KN_m3, &D::KN_m3}});
+    // clang-format off
+    using A = DAngle; using L = DLength; using V = DVolume; using F = DForce; using P = DPressure;
+    using M = DForceMoment; using PL = DForcePerLine; using D = DForceDensity;
+    ExpectPropertiesMatchIds<A>({{0, &A::Radians, &A::Radians}, {1, &A::Degrees, &A::Degrees}});
+    ExpectPropertiesMatchIds<L>({{0, &L::Millimetres, &L::Millimetres}, {1, &L::Centimetres, &L::Centimetres},
+        {2, &L::Decimetres, &L::Decimetres}, {3, &L::Metres, &L::Metres}, {4, &L::Inches, &L::Inches},
+        {5, &L::Feet, &L::Feet}});
+    ExpectPropertiesMatchIds<V>({{0, &V::Millimetres, &V::Millimetres}, {1, &V::Centimetres, &V::Centimetres},
+        {2, &V::Litres, &V::Litres}, {3, &V::Metres, &V::Metres}, {4, &V::Inches, &V::Inches}, {5, &V::Feet, &V::Feet}});
+    ExpectPropertiesMatchIds<F>({{0, &F::KN, &F::KN}, {1, &F::daN, &F::daN}, {2, &F::KG, &F::KG},
+        {3, &F::tons, &F::tons}, {4, &F::pound, &F::pound}, {5, &F::kip, &F::kip}, {6, &F::Newtons, &F::Newtons}});
+    ExpectPropertiesMatchIds<P>({{0, &P::KN_mm2, &P::KN_mm2}, {1, &P::daN_cm2, &P::daN_cm2}, {2, &P::KG_m2, &P::KG_m2},
+        {3, &P::ton_m2, &P::ton_m2}, {4, &P::psi, &P::psi}, {5, &P::ksi, &P::ksi}, {6, &P::N_mm2, &P::N_mm2},
+        {7, &P::KN_m2, &P::KN_m2}, {8, &P::KN_cm2, &P::KN_cm2}, {9, &P::KG_cm2, &P::KG_cm2}, {10, &P::atm, &P::atm},
+        {11, &P::PA, &P::PA}, {12, &P::KPa, &P::KPa}, {13, &P::MPa, &P::MPa}});
+    ExpectPropertiesMatchIds<M>({{0, &M::KNmm, &M::KNmm}, {2, &M::KGm, &M::KGm}, {3, &M::tm, &M::tm},
+        {4, &M::lbin, &M::lbin}, {5, &M::kipin, &M::kipin}, {7, &M::KNm, &M::KNm}});
+    ExpectPropertiesMatchIds<PL>({{0, &PL::KN_mm, &PL::KN_mm}, {2, &PL::KG_m, &PL::KG_m}, {3, &PL::tons_m, &PL::tons_m},
+        {4, &PL::lbin, &PL::lbin}, {5, &PL::kipin, &PL::kipin}, {7, &PL::KN_m, &PL::KN_m}});
+    ExpectPropertiesMatchIds<D>({{0, &D::KN_mm3, &D::KN_mm3}, {2, &D::KG_m3, &D::KG_m3}, {3, &D::tons_m3, &D::tons_m3},
+        {4, &D::pci, &D::pci}, {5, &D::kci, &D::kci}, {7, &D::KN_m3, &D::KN_m3}});
+    // clang-format on
 }
 
 TEST(Conversion, CatalogueLandmarks) {
