@@ -276,12 +276,6 @@ TEST(VectorAssoc, AnyFailureIsOneError) {
                             kAssocFails));
 }
 
-TEST(VectorCopy, ConvertVariantToArrayCopies) {
-    const Point p{1.5, -2, 3, 4};
-    EXPECT_EQ(Vector::ConvertVariantToArray(p), p);
-    EXPECT_TRUE(Vector::ConvertVariantToArray(Point{}).empty());
-}
-
 // ---- direction tests -------------------------------------------------------------------------
 
 struct DirectionCase {
