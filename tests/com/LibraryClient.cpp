@@ -1,0 +1,151 @@
+// The server as a whole: the type library's contents, object lifetime and DllCanUnloadNow.
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "Client.h"
+
+using namespace client;
+
+namespace {
+
+// Every name a type of the library declares (members of interfaces, constants of enumerations).
+std::set<std::wstring> MemberNames(ITypeInfo* info) {
+    std::set<std::wstring> names;
+    TYPEATTR* attributes = nullptr;
+    if (FAILED(info->GetTypeAttr(&attributes))) return names;
+    auto add = [&](MEMBERID id) {
+        BSTR name = nullptr;
+        if (SUCCEEDED(info->GetDocumentation(id, &name, nullptr, nullptr, nullptr)) && name) names.insert(name);
+        SysFreeString(name);
+    };
+    for (UINT i = 0; i < attributes->cFuncs; ++i) {
+        FUNCDESC* desc = nullptr;
+        if (SUCCEEDED(info->GetFuncDesc(i, &desc))) {
+            add(desc->memid);
+            info->ReleaseFuncDesc(desc);
+        }
+    }
+    for (UINT i = 0; i < attributes->cVars; ++i) {
+        VARDESC* desc = nullptr;
+        if (SUCCEEDED(info->GetVarDesc(i, &desc))) {
+            add(desc->memid);
+            info->ReleaseVarDesc(desc);
+        }
+    }
+    info->ReleaseTypeAttr(attributes);
+    return names;
+}
+
+}  // namespace
+
+CLIENT_TEST(TypeLibraryContents) {
+    ITypeLib* library = nullptr;
+    Check(SUCCEEDED(LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library)), "type library loads from the DLL");
+    if (!library) return;
+    BSTR libraryName = nullptr;
+    library->GetDocumentation(-1, &libraryName, nullptr, nullptr, nullptr);
+    Check(libraryName && std::wstring(libraryName) == L"Tessary_Geometry_Pro", "library name");
+    SysFreeString(libraryName);
+
+    std::map<std::wstring, std::set<std::wstring>> types;
+    for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+        ITypeInfo* info = nullptr;
+        BSTR name = nullptr;
+        library->GetDocumentation(static_cast<INT>(i), &name, nullptr, nullptr, nullptr);
+        if (name && SUCCEEDED(library->GetTypeInfo(i, &info))) types[name] = MemberNames(info);
+        if (info) info->Release();
+        SysFreeString(name);
+    }
+    library->Release();
+
+    // Type, then members that must be there (published spellings).
+    const std::pair<const wchar_t*, std::vector<const wchar_t*>> expected[] = {
+        {L"DimensionObjectType", {L"DAngleObject", L"DForcePerareaObject", L"DForceDensityObject"}},
+        {L"UnitIDAngle", {L"Radian_UnitID", L"Degree_UnitID"}},
+        {L"UnitIDLength", {L"mm_UnitID", L"cm_UnitID", L"dm_UnitID", L"m_UnitID", L"in_UnitID", L"ft_UnitID"}},
+        {L"UnitIDForce", {L"KN_unitID", L"daN_unitID", L"KG_unitID", L"ton_unitID", L"lb_unitID", L"kip_unitID", L"N_unitID"}},
+        {L"UnitIDForceLength", {L"KN_mm_unitID", L"kG_cm_unitID", L"atm_unitID", L"Pa_unitID", L"KPa_unitID", L"MPa_unitID"}},
+        {L"LoopRelationShip", {L"FriendLoop", L"ChildLoop", L"SiblingLoop", L"ParentLoop"}},
+        {L"_DAngle", {L"DimensionType", L"Radians", L"Degrees", L"Value", L"ValueToString", L"ValueFromString", L"Copy"}},
+        {L"_DLength", {L"Millimetres", L"Centimetres", L"Decimetres", L"Metres", L"Inches", L"Feet", L"Value"}},
+        {L"_DArea", {L"Millimetres", L"Feet", L"ValueToString"}},
+        {L"_DVolume", {L"Millimetres", L"Centimetres", L"Litres", L"Metres", L"Inches", L"Feet", L"Copy"}},
+        {L"_DMomentOfInertia", {L"Millimetres", L"Inches", L"Decimetres"}},
+        {L"_DForce", {L"KN", L"daN", L"KG", L"tons", L"pound", L"kip", L"Newtons"}},
+        {L"_DPressure", {L"KN_mm2", L"daN_cm2", L"KG_m2", L"ton_m2", L"psi", L"ksi", L"N_mm2", L"KN_m2", L"KN_cm2",
+                         L"KG_cm2", L"atm", L"PA", L"KPa", L"MPa"}},
+        {L"_DForcePerArea", {L"KN_mm2", L"MPa"}},
+        {L"_DForceMoment", {L"KNmm", L"KGm", L"tm", L"lbin", L"kipin", L"KNm"}},
+        {L"_DForcePerLine", {L"KN_mm", L"KG_m", L"tons_m", L"lbin", L"kipin", L"KN_m"}},
+        {L"_DForceDensity", {L"KN_mm3", L"KG_m3", L"tons_m3", L"pci", L"kci", L"KN_m3"}},
+        {L"_UnitSetting", {L"FreezeEvents", L"Copy", L"UnitIDs", L"CopyTo", L"UnitID", L"UnitString"}},
+        {L"__UnitSetting", {L"Modified"}},
+        {L"_Geometry_EXE", {L"EditEnum", L"EditQuantity", L"EditUnitSetting", L"GetUnitString", L"GetUnitID",
+                            L"GetDAngle", L"GetDLength", L"GetDArea", L"GetDVolume", L"GetDForce", L"GetDForceDensity",
+                            L"GetDForceMoment", L"GetDForcePerArea", L"GetDForcePerLine", L"GetDMomentOfInertia",
+                            L"GetDPressure"}},
+        {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
+    };
+    for (const auto& [type, members] : expected) {
+        auto found = types.find(type);
+        Check(found != types.end(), "type " + Narrow(type) + " present");
+        if (found == types.end()) continue;
+        for (const wchar_t* member : members)
+            Check(found->second.count(member) == 1, Narrow(type) + "." + Narrow(member) + " present");
+    }
+    Check(types.find(L"LoopDLine") == types.end() && types.find(L"_LoopDLine") == types.end(), "LoopDLine stays private");
+}
+
+CLIENT_TEST(LifetimeAndUnloading) {
+    HMODULE server = LoadLibraryW(ServerPath().c_str());
+    Check(server != nullptr, "server DLL loads");
+    if (!server) return;
+    using CanUnload = HRESULT(STDAPICALLTYPE*)();
+    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+    auto canUnload = reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")));
+    auto getClassObject = reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")));
+    Check(canUnload && getClassObject, "entry points exported");
+    if (!canUnload || !getClassObject) return;
+    CoFreeUnusedLibraries();
+
+    CLSID clsid{};
+    CLSIDFromProgID(L"Tessary_Geometry_Pro.DLength", &clsid);
+    Check(canUnload() == S_OK, "nothing alive: can unload");
+    IClassFactory* factory = nullptr;
+    getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    Check(factory != nullptr, "class factory");
+    if (!factory) return;
+    Check(canUnload() == S_FALSE, "a live class factory keeps the DLL");
+    factory->LockServer(TRUE);
+    IDispatch* object = nullptr;
+    factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&object));
+    IUnknown* outer = reinterpret_cast<IUnknown*>(object);
+    IUnknown* aggregated = nullptr;
+    Check(factory->CreateInstance(outer, IID_IUnknown, reinterpret_cast<void**>(&aggregated)) == CLASS_E_NOAGGREGATION,
+          "aggregation refused");
+    factory->Release();
+    Check(canUnload() == S_FALSE, "a lock keeps the DLL");
+    factory = nullptr;
+    getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    factory->LockServer(FALSE);
+    factory->Release();
+    Check(object && canUnload() == S_FALSE, "a live object keeps the DLL");
+    Check(object->AddRef() == 2, "AddRef counts");
+    Check(object->Release() == 1, "Release counts");
+    IUnknown* unknown = nullptr;
+    object->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&unknown));
+    Check(unknown == reinterpret_cast<IUnknown*>(object), "IUnknown identity");
+    unknown->Release();
+    IDispatch* copy = nullptr;
+    Outcome copied = Method(object, L"Copy");
+    copy = copied.result.AsObject();
+    Check(copy != nullptr, "Copy returns an object");
+    object->Release();
+    Check(canUnload() == S_FALSE, "a copy keeps the DLL");
+    copied = Outcome{};
+    Check(canUnload() == S_OK, "everything released: can unload");
+    Check(getClassObject(IID_IDispatch, IID_IClassFactory, reinterpret_cast<void**>(&factory)) == CLASS_E_CLASSNOTAVAILABLE,
+          "unknown class refused");
+    FreeLibrary(server);
+}

@@ -1,0 +1,215 @@
+// Units classes from C++: what scripts cannot reach.
+#include "Client.h"
+#include "Tessary_Geometry_Pro.h"
+
+using namespace client;
+
+namespace {
+
+// A sink for UnitSetting's Modified event that counts the calls.
+class ModifiedCounter final : public IDispatch {
+public:
+    int count = 0;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___UnitSetting) ? this : nullptr;
+        if (!*result) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references_; }  // lives on the stack
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+        if (id == 1 && params && params->cArgs == 0) ++count;
+        return S_OK;
+    }
+    ULONG references() const { return references_; }
+
+private:
+    ULONG references_ = 1;
+};
+
+// Connects a counter to a UnitSetting for the lifetime of the object.
+class Connection {
+public:
+    Connection(IDispatch* setting, ModifiedCounter& sink) {
+        IConnectionPointContainer* container = nullptr;
+        ok = SUCCEEDED(setting->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))) &&
+             SUCCEEDED(container->FindConnectionPoint(DIID___UnitSetting, &point_)) &&
+             SUCCEEDED(point_->Advise(&sink, &cookie_));
+        if (container) container->Release();
+    }
+    ~Connection() {
+        if (point_) {
+            point_->Unadvise(cookie_);
+            point_->Release();
+        }
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    bool ok = false;
+
+private:
+    IConnectionPoint* point_ = nullptr;
+    DWORD cookie_ = 0;
+};
+
+}  // namespace
+
+CLIENT_TEST(ModifiedEvent) {
+    Object setting(L"UnitSetting");
+    ModifiedCounter sink;
+    {
+        Connection connection(setting, sink);
+        Check(connection.ok, "connect a sink to Modified");
+        struct Step {
+            const char* name;
+            std::function<void()> action;
+            int events;
+        };
+        VARIANT_BOOL flag = VARIANT_TRUE;
+        Var byRefTrue;
+        V_VT(&byRefTrue.v) = VT_BYREF | VT_BOOL;
+        V_BOOLREF(&byRefTrue.v) = &flag;
+        const Step steps[] = {
+            {"UnitID let to a new value", [&] { Put(setting, L"UnitID", {Var(1), Var(3)}); }, 1},
+            {"UnitID let to the same value", [&] { Put(setting, L"UnitID", {Var(1), Var(3)}); }, 0},
+            {"UnitID let of an unknown kind", [&] { Put(setting, L"UnitID", {Var(42), Var(3)}); }, 0},
+            {"FreezeEvents(True) by reference", [&] { Method(setting, L"FreezeEvents", {byRefTrue}); }, 0},
+            {"three changes while frozen", [&] {
+                 for (int kind : {0, 2, 5}) Put(setting, L"UnitID", {Var(kind), Var(1)});
+             }, 0},
+            {"FreezeEvents(False) raises once", [&] { Method(setting, L"FreezeEvents", {Var(false)}); }, 1},
+            {"FreezeEvents(False) again still raises", [&] { Method(setting, L"FreezeEvents", {Var(false)}); }, 1},
+            {"UnitIDs let raises nothing", [&] {
+                 Put(setting, L"UnitIDs", {VariantArray({1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1})});
+             }, 0},
+        };
+        for (const Step& step : steps) {
+            int before = sink.count;
+            step.action();
+            Check(sink.count - before == step.events, step.name,
+                  "expected " + std::to_string(step.events) + " events, got " + std::to_string(sink.count - before));
+        }
+        Object target(L"UnitSetting");
+        ModifiedCounter targetSink;
+        Connection targetConnection(target, targetSink);
+        Method(setting, L"CopyTo", {Var(target.p)});
+        Check(targetSink.count == 1, "CopyTo raises exactly one Modified on the target",
+              std::to_string(targetSink.count));
+    }
+    int before = sink.count;
+    Put(setting, L"UnitID", {Var(1), Var(4)});
+    Check(sink.count == before, "no event after Unadvise");
+    Check(sink.references() == 1, "the server released the sink", std::to_string(sink.references()));
+}
+
+CLIENT_TEST(UnitIdsArray) {
+    Object setting(L"UnitSetting");
+    Outcome ids = Get(setting, L"UnitIDs");
+    VARTYPE type = VT_EMPTY;
+    LONG lower = -1;
+    std::vector<double> values = Elements(ids.result.v, &type, &lower);
+    Check(type == VT_I2, "UnitIDs is an array of Integers");
+    Check(lower == 0, "UnitIDs is zero-based");
+    // Storage order: Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForceMoment,
+    // ForcePerLine, ForcePerArea, ForceDensity, with the creation defaults.
+    Check(values == std::vector<double>{0, 0, 0, 0, 0, 0, 6, 7, 7, 7, 7}, "UnitIDs defaults in storage order");
+    Put(setting, L"UnitIDs", {DoubleArray({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10})});
+    const int kindOfSlot[] = {0, 1, 2, 3, 4, 5, 6, 8, 9, 7, 10};
+    for (int slot = 0; slot < 11; ++slot) {
+        Outcome id = Get(setting, L"UnitID", {Var(kindOfSlot[slot])});
+        Check(id.result.AsDouble() == slot, "UnitIDs let slot " + std::to_string(slot));
+    }
+}
+
+CLIENT_TEST(ErrorInfoAfterVtableCall) {
+    Object object(L"DLength");
+    _DLength* length = nullptr;
+    Check(SUCCEEDED(object->QueryInterface(IID__DLength, reinterpret_cast<void**>(&length))), "QueryInterface _DLength");
+    if (!length) return;
+    ISupportErrorInfo* support = nullptr;
+    object->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(&support));
+    Check(support && support->InterfaceSupportsErrorInfo(IID__DLength) == S_OK, "ISupportErrorInfo for _DLength");
+    if (support) support->Release();
+
+    Var unit(7);
+    double value = 0;
+    HRESULT hr = length->get_Value(unit.v, &value);
+    Check(hr == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 24111), "HRESULT carries 24111");
+    IErrorInfo* error = nullptr;
+    Check(GetErrorInfo(0, &error) == S_OK && error, "error object published");
+    if (error) {
+        BSTR description = nullptr;
+        BSTR source = nullptr;
+        error->GetDescription(&description);
+        error->GetSource(&source);
+        Check(description && std::wstring(description) == L"7 is an invalid UnitID for Length", "description");
+        Check(!source || SysStringLen(source) == 0, "no source");
+        SysFreeString(description);
+        SysFreeString(source);
+        error->Release();
+    }
+    Check(length->put_Millimetres(std::nan("")) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6), "NaN refused with 6");
+    Check(length->put_Millimetres(HUGE_VAL) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6), "infinity refused with 6");
+    Check(length->get_Millimetres(nullptr) != S_OK, "null out pointer refused");
+    length->Release();
+}
+
+CLIENT_TEST(DefaultMembersAndText) {
+    Object length(L"DLength");
+    DISPID put = DISPID_PROPERTYPUT;
+    Var twelve(12.0);
+    DISPPARAMS params{&twelve.v, &put, 1, 1};
+    HRESULT hr = length->Invoke(DISPID_VALUE, IID_NULL, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
+    Check(hr == S_OK, "default member let");
+    Check(Get(length, L"Millimetres").result.AsDouble() == 12, "default member let sets Millimetres");
+    Var result;
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    length->Invoke(DISPID_VALUE, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, &result.v, nullptr, nullptr);
+    Check(result.AsDouble() == 12, "default member get");
+
+    Object angle(L"DAngle");
+    Put(angle, L"Degrees", {Var(90.0)});
+    Outcome text = Method(angle, L"ValueToString", {Var(1), Var(0), Var(true)});
+    Check(text.result.AsText() == L"90 \u00BA", "degree symbol is U+00BA", Narrow(text.result.AsText()));
+    Object area(L"DArea");
+    Put(area, L"Centimetres", {Var(2.0)});
+    Check(Method(area, L"ValueToString", {Var(1)}).result.AsText() == L"2 (cm\u00B2)", "area symbol cm\u00B2");
+}
+
+CLIENT_TEST(HostileArguments) {
+    Object length(L"DLength");
+    struct Case {
+        const char* name;
+        Var unit;
+        int number;
+    };
+    Var nothing;
+    V_VT(&nothing.v) = VT_DISPATCH;
+    Var unknownNull;
+    V_VT(&unknownNull.v) = VT_UNKNOWN;
+    Var twoD;
+    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
+    V_VT(&twoD.v) = VT_ARRAY | VT_R8;
+    V_ARRAY(&twoD.v) = SafeArrayCreate(VT_R8, 2, bounds);
+    Var nullValue;
+    V_VT(&nullValue.v) = VT_NULL;
+    const Case cases[] = {
+        {"Nothing as unit", nothing, 0},
+        {"null IUnknown as unit", unknownNull, 0},
+        {"NaN as unit", Var(std::nan("")), 6},
+        {"infinity as unit", Var(HUGE_VAL), 6},
+        {"two-dimensional array as unit", twoD, 13},
+        {"Null as unit", nullValue, 13},
+        {"empty text as unit", Var(L""), 13},
+    };
+    for (const Case& c : cases) {
+        Outcome outcome = Get(length, L"Value", {c.unit});
+        Check(outcome.number == c.number, c.name, "got " + std::to_string(outcome.number));
+    }
+    Outcome wrongType = Method(Object(L"UnitSetting"), L"CopyTo", {Var(length.p)});
+    Check(wrongType.number != 0, "a DLength where a UnitSetting is typed is refused");
+}
