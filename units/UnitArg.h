@@ -6,11 +6,16 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "units/UnitIdSource.h"
 
 namespace tgp {
+
+// Numbers and enumerators that can be given as a unit id.
+template <class T>
+concept UnitNumber = std::is_arithmetic_v<T> || std::is_enum_v<T>;
 
 // The optional unit argument of the quantity members (a Variant in the published interface).
 // It is one of:
@@ -23,22 +28,17 @@ namespace tgp {
 // Conversions happen on construction, so a bad argument fails before the member runs.
 class UnitArg {
   public:
+    // The constructors are implicit on purpose: callers write a unit as a plain number, a text or
+    // a setting (`len.Value(m_UnitID)`, `len.Value("3")`, `len.Value(setting)`).
     UnitArg() = default;
-
-    template <class T>
-    requires std::is_arithmetic_v<T> || std::is_enum_v<T> UnitArg(
-        T number)  // NOLINT(google-explicit-constructor): a unit id is written as a plain number
-        : value_(FromNumber(number)) {}
-
-    UnitArg(std::string_view text);                                 // NOLINT(google-explicit-constructor)
-    UnitArg(const char* text) : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
-    UnitArg(const std::string& text)
-        : UnitArg(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
-
-    UnitArg(std::shared_ptr<const UnitIdSource> source);  // NOLINT(google-explicit-constructor)
+    template <UnitNumber T>
+    UnitArg(T number) : value_(FromNumber(number)) {}
+    UnitArg(std::string_view text);
+    UnitArg(const char* text) : UnitArg(std::string_view(text)) {}
+    UnitArg(const std::string& text) : UnitArg(std::string_view(text)) {}
+    UnitArg(std::shared_ptr<const UnitIdSource> source);
     template <std::derived_from<UnitIdSource> T>
-    UnitArg(std::shared_ptr<T> source)  // NOLINT(google-explicit-constructor)
-        : UnitArg(std::shared_ptr<const UnitIdSource>(std::move(source))) {}
+    UnitArg(std::shared_ptr<T> source) : UnitArg(std::shared_ptr<const UnitIdSource>(std::move(source))) {}
 
     // The unit id this argument names for a quantity of the given kind.
     int16_t Resolve(DimensionObjectType kind) const;
