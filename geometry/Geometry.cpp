@@ -1,7 +1,6 @@
 #include "geometry/Geometry.h"
 
 #include <cmath>
-#include <limits>
 
 #include "core/Constants.h"
 #include "core/Equality.h"
@@ -17,11 +16,8 @@ namespace {
 // (bit for bit); beyond, the angle is reduced with one remainder so that no input can hang them.
 constexpr double kMaxTurnsLooped = 1e6;
 
+// An infinite angle has no direction: the remainder of an infinity is NaN, which is kept.
 void ReduceByRemainder(double& angle) {
-    if (std::isinf(angle)) {
-        angle = std::numeric_limits<double>::quiet_NaN();  // no direction to speak of
-        return;
-    }
     angle = std::fmod(angle, kTwoPi);
     if (angle < 0) angle += kTwoPi;
 }

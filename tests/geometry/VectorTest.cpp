@@ -319,6 +319,8 @@ TEST(VectorFixNegative, ExchangesEndsPointingIntoTheLeftHalf) {
     const std::vector<NegativeCase> cases = {
         {{0, 1}, 0, false},   // exactly pi/2 is positive
         {{0, -1}, 0, true},   // exactly 3 pi/2 is negative
+        {{1e-6, -1}, 0, true},   // and so is anything within 1E-06 of it
+        {{1e-4, -1}, 0, false},
         {{1, 0}, 0, false},
         {{-1, 0}, 0, true},
         {{1, -1}, 0, false},  // 7 pi/4
