@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "core/Constants.h"
 #include "core/Error.h"
 
 namespace tgp {
@@ -67,7 +68,6 @@ struct KindEntry {
     KindRules rules;
 };
 
-constexpr double kShortPi = 3.14159265358979;  // the angle conversions use this literal, not full pi
 constexpr double kInch = 25.4;
 constexpr double kFoot = 304.8;
 constexpr double kGravity = 9.81;
@@ -75,8 +75,9 @@ constexpr double kPoundForce = 4.44974115;  // newtons per pound, kilonewtons pe
 constexpr double kPsi = 6.897112576;        // KN/m² per psi
 constexpr double kPci = 271.5398652;        // KN/m³ per pound per cubic inch
 
+// Degrees use the library's shortened pi literal, dividing first in both directions.
 KindRules AngleRules() {
-    return {Unit({}, {}), Unit({Div(kShortPi), Mul(180)}, {Div(180), Mul(kShortPi)})};
+    return {Unit({}, {}), Unit({Div(kPi), Mul(180)}, {Div(180), Mul(kPi)})};
 }
 
 KindRules LengthRules() {

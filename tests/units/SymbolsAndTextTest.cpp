@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <string>
 
 #include "core/Error.h"
@@ -226,6 +227,31 @@ TEST(QuantityText, SecondMomentInMetresReadsBackThroughItsAsymmetricPair) {
     reread.ValueFromString(original.ValueToString(3));
     const double metres = original.Metres();
     EXPECT_EQ(reread.Metres(), (1e6 / 1e12) * (metres * 1e6));  // raw = v·10⁶ with factor 10⁶
+}
+
+}  // namespace
+}  // namespace tgp
+
+namespace tgp {
+namespace {
+
+// Arbitrary text either reads or fails with the number-text errors; it never corrupts the object.
+TEST(QuantityText, ArbitraryTextReadsOrFailsCleanly) {
+    std::mt19937 random(20240521);
+    const std::string alphabet = "0123456789+-.eE ()*/²³ºkKmMnNpPaA\t\xC2\xB2\xFF";
+    std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1), length(0, 12);
+    DPressure pressure;
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        for (std::size_t n = length(random); n > 0; --n) text += alphabet[pick(random)];
+        pressure.KN_m2(1);
+        try {
+            pressure.ValueFromString(text);
+        } catch (const Error& e) {
+            EXPECT_TRUE(e.number() == 13 || e.number() == 6) << text;
+            EXPECT_EQ(pressure.KN_m2(), 1) << text;
+        }
+    }
 }
 
 }  // namespace
