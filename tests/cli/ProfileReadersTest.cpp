@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/DxfProfileReader.h"
+#include "cli/TextProfileReader.h"
+
+namespace tgp::cli {
+namespace {
+
+std::vector<DrawnProfile> FromText(const std::string& text) {
+    std::istringstream in(text);
+    return ReadTextProfiles(in, "in.txt");
+}
+
+struct TextCase {
+    const char* name;
+    const char* text;
+    std::vector<std::string> names;
+    std::vector<std::size_t> vertices;
+};
+class TextProfiles : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(TextProfiles, SplitIntoNamedProfiles) {
+    const TextCase& c = GetParam();
+    const auto profiles = FromText(c.text);
+    ASSERT_EQ(profiles.size(), c.names.size()) << c.name;
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        EXPECT_EQ(profiles[i].name, c.names[i]);
+        EXPECT_EQ(profiles[i].VertexCount(), c.vertices[i]);
+        EXPECT_TRUE(profiles[i].closed);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Layouts, TextProfiles,
+    ::testing::Values(
+        TextCase{"blank_line", "0 0\n1 0\n1 1\n\n5 5\n6 5\n6 6\n", {"profile 1 (line 1)", "profile 2 (line 5)"}, {3, 3}},
+        TextCase{"end_and_names", "profile A\n0 0\n1 0\n0 1\nend\nprofile  B b \n0 0 1\n2 0 1\n", {"A", "B b"}, {3, 2}},
+        TextCase{"comments_inside", "# header\n0 0 # first\n# still the same profile\n1 0\n\t1 1\r\n\n\n", {"profile 1 (line 2)"}, {3}},
+        TextCase{"profile_starts_next", "0 0\n1 0\n1 1\nprofile next\n0 0\n2 0\n2 2\n", {"profile 1 (line 1)", "next"}, {3, 3}},
+        TextCase{"empty", "# nothing\n\nend\n", {}, {}}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(TextProfiles, ReadsNumbersWithAPointAndBulgesDefaultingToZero) {
+    const auto p = FromText("-1.5e1 2.25 -0.5\n3 4\n").at(0);
+    EXPECT_EQ(p.xy, (std::vector<double>{-15, 2.25, 3, 4}));
+    EXPECT_EQ(p.bulges, (std::vector<double>{-0.5, 0}));
+}
+
+struct BadLine {
+    const char* text;
+    const char* message;
+};
+class TextProfileErrors : public ::testing::TestWithParam<BadLine> {};
+
+TEST_P(TextProfileErrors, NameTheSourceAndLine) {
+    try {
+        FromText(GetParam().text);
+        FAIL() << "accepted " << GetParam().text;
+    } catch (const ProfileFileError& e) {
+        EXPECT_STREQ(e.what(), GetParam().message);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, TextProfileErrors,
+    ::testing::Values(BadLine{"0 0\n1,5 2\n", "in.txt:2: '1,5' is not a number"},
+                      BadLine{"0 0\n1 2 3 4\n", "in.txt:2: expected 'x y' or 'x y bulge', found '1 2 3 4'"},
+                      BadLine{"\n\n7\n", "in.txt:3: expected 'x y' or 'x y bulge', found '7'"},
+                      BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"}));
+
+// ---- DXF ----------------------------------------------------------------------------------------
+
+class DxfFile {
+public:
+    explicit DxfFile(const std::vector<std::string>& entities) {
+        path_ = ::testing::TempDir() + "tgp_cli_" + std::to_string(counter_++) + ".dxf";
+        std::ofstream out(path_);
+        out << "0\nSECTION\n2\nENTITIES\n";
+        for (const std::string& e : entities) out << e;
+        out << "0\nENDSEC\n0\nEOF\n";
+    }
+    ~DxfFile() { std::remove(path_.c_str()); }
+    const std::string& path() const { return path_; }
+
+private:
+    static inline int counter_ = 0;
+    std::string path_;
+};
+
+std::string LwPolyline(const std::string& handle, int flags, const std::vector<std::vector<double>>& vertices) {
+    std::ostringstream e;
+    e << "0\nLWPOLYLINE\n5\n" << handle << "\n8\nL1\n90\n" << vertices.size() << "\n70\n" << flags << "\n";
+    for (const auto& v : vertices) {
+        e << "10\n" << v[0] << "\n20\n" << v[1] << "\n";
+        if (v.size() > 2) e << "42\n" << v[2] << "\n";
+    }
+    return e.str();
+}
+
+TEST(DxfProfiles, PolylinesCirclesAndTheirNames) {
+    const std::string oldStyle =
+        "0\nPOLYLINE\n5\nA1\n8\nL2\n66\n1\n70\n1\n"
+        "0\nVERTEX\n8\nL2\n10\n0\n20\n0\n42\n0.5\n0\nVERTEX\n8\nL2\n10\n4\n20\n0\n0\nVERTEX\n8\nL2\n10\n4\n20\n3\n"
+        "0\nSEQEND\n";
+    const DxfFile file({LwPolyline("2F", 1, {{0, 0}, {10, 0, -1}, {10, 5}}), oldStyle,
+                        "0\nCIRCLE\n5\n3C\n8\n0\n10\n5\n20\n6\n40\n2\n",
+                        LwPolyline("40", 0, {{0, 0}, {1, 0}, {1, 1}}),
+                        LwPolyline("41", 0, {{0, 0}, {1, 0}, {1, 1}, {0, 0}})});
+    const auto p = ReadDxfProfiles(file.path());
+    ASSERT_EQ(p.size(), 5u);
+    EXPECT_EQ(p[0].name, "POLYLINE handle 2F on layer L1");
+    EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -1, 0}));
+    EXPECT_TRUE(p[0].closed);
+    EXPECT_EQ(p[1].name, "POLYLINE handle A1 on layer L2");
+    EXPECT_EQ(p[1].xy, (std::vector<double>{0, 0, 4, 0, 4, 3}));
+    EXPECT_EQ(p[1].bulges, (std::vector<double>{0.5, 0, 0}));
+    EXPECT_EQ(p[2].name, "CIRCLE handle 3C on layer 0");
+    EXPECT_EQ(p[2].xy, (std::vector<double>{3, 6, 7, 6}));
+    EXPECT_EQ(p[2].bulges, (std::vector<double>{1, 1}));
+    EXPECT_FALSE(p[3].closed);  // no closed flag, last vertex elsewhere
+    EXPECT_TRUE(p[4].closed);   // no closed flag, but back on the first vertex
+}
+
+TEST(DxfProfiles, BlockDefinitionsAreNotProfiles) {
+    const DxfFile file({});
+    std::ofstream(file.path()) << "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nB1\n10\n0\n20\n0\n"
+                               << LwPolyline("50", 1, {{0, 0}, {1, 0}, {1, 1}})
+                               << "0\nENDBLK\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+                               << LwPolyline("51", 1, {{0, 0}, {2, 0}, {2, 2}}) << "0\nENDSEC\n0\nEOF\n";
+    const auto p = ReadDxfProfiles(file.path());
+    ASSERT_EQ(p.size(), 1u);
+    EXPECT_EQ(p[0].name, "POLYLINE handle 51 on layer L1");
+}
+
+TEST(DxfProfiles, MissingFileIsAFileError) {
+    try {
+        ReadDxfProfiles("/nonexistent/drawing.dxf");
+        FAIL();
+    } catch (const ProfileFileError& e) {
+        EXPECT_STREQ(e.what(), "/nonexistent/drawing.dxf: cannot open the file");
+    }
+}
+
+}  // namespace
+}  // namespace tgp::cli

@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/SectionCommand.h"
+#include "cli/SectionReport.h"
+#include "profiles/ProfileTestShapes.h"
+#include "units/NumberText.h"
+#include "units/UnitSetting.h"
+
+namespace tgp::cli {
+namespace {
+
+std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID) {
+    auto s = std::make_shared<UnitSetting>();
+    for (auto kind : {DLengthObject, DAreaObject, DMomentOfInertiaObject}) s->UnitID(kind, length);
+    s->UnitID(DAngleObject, angle);
+    return s;
+}
+
+DrawnProfile Profile(std::vector<double> xy, std::vector<double> bulges, bool closed = true) {
+    return {"p", std::move(xy), std::move(bulges), closed};
+}
+
+// ---- analysis of one profile ------------------------------------------------------------------
+
+TEST(AnalyseProfile, BothDirectionsGivePositiveValuesInTheChosenUnits) {
+    // A 100 x 10 rectangle turned 30 degrees: principal moments 8333.3 and 833333.3 mm4.
+    const double c = std::cos(M_PI / 6), s = std::sin(M_PI / 6);
+    std::vector<double> xy;
+    for (auto [x, y] : {std::pair{0.0, 0.0}, {100.0, 0.0}, {100.0, 10.0}, {0.0, 10.0}}) {
+        xy.push_back(x * c - y * s);
+        xy.push_back(x * s + y * c);
+    }
+    for (bool reversed : {false, true}) {
+        DrawnProfile p = Profile(xy, {0, 0, 0, 0});
+        if (reversed) p.xy = {xy[6], xy[7], xy[4], xy[5], xy[2], xy[3], xy[0], xy[1]};
+        const ProfileOutcome o = AnalyseProfile(p, Units(cm_UnitID));
+        ASSERT_TRUE(o.values) << o.error;
+        EXPECT_NEAR(o.values->area, 10, 1e-12);
+        EXPECT_NEAR(o.values->perimeter, 22, 1e-12);
+        EXPECT_NEAR(std::max(o.values->i1, o.values->i2), 83.33333333333333, 1e-9);
+        EXPECT_NEAR(std::min(o.values->i1, o.values->i2), 0.8333333333333333, 1e-9);
+        EXPECT_NEAR(o.values->rx * o.values->rx * o.values->area, o.values->ix, 1e-9);
+        EXPECT_GT(o.values->ix, 0);
+    }
+}
+
+struct RejectCase {
+    const char* name;
+    DrawnProfile profile;
+    const char* error;
+};
+class RejectedProfiles : public ::testing::TestWithParam<RejectCase> {};
+
+TEST_P(RejectedProfiles, SayWhy) {
+    const ProfileOutcome o = AnalyseProfile(GetParam().profile, Units(mm_UnitID));
+    EXPECT_FALSE(o.values);
+    EXPECT_EQ(o.error, GetParam().error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Profiles, RejectedProfiles,
+    ::testing::Values(RejectCase{"open", Profile({0, 0, 1, 0, 1, 1}, {0, 0, 0}, false),
+                                 "is open: its last vertex does not meet the first"},
+                      RejectCase{"bow_tie", Profile({0, 0, 1, 1, 1, 0, 0, 1}, {0, 0, 0, 0}), "cuts itself at (0.5, 0.5)"},
+                      RejectCase{"one_point", Profile({3, 3}, {0}), "encloses no area"}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
+    const ReportUnits units = ReportUnits::From(Units(cm_UnitID), 4);
+    std::vector<ProfileOutcome> outcomes{AnalyseProfile(Profile({0, 0, 0, 20, 10, 20, 10, 0}, {0, 0, 0, 0}), units.setting),
+                                         {"bad \"one\"", std::nullopt, "cuts itself"}};
+    const std::string table = FormatTable(outcomes, units);
+    EXPECT_NE(table.find("area A"), std::string::npos);
+    EXPECT_NE(table.find("2.000  cm²"), std::string::npos) << table;
+    EXPECT_NE(table.find("cm4"), std::string::npos);
+    EXPECT_NE(table.find("bad \"one\": rejected, cuts itself"), std::string::npos);
+    const std::string json = FormatJson(outcomes, units);
+    EXPECT_NE(json.find("\"area\": \"cm²\""), std::string::npos) << json;
+    EXPECT_NE(json.find("\"area\": 2,"), std::string::npos) << json;
+    EXPECT_NE(json.find("\"name\": \"bad \\\"one\\\"\", \"error\": \"cuts itself\""), std::string::npos) << json;
+}
+
+// ---- the command -----------------------------------------------------------------------------
+
+struct CommandRun {
+    int code;
+    std::string out, err;
+};
+
+CommandRun RunCommand(std::vector<std::string> args) {
+    args.insert(args.begin(), "tgp-section");
+    std::vector<const char*> argv;
+    for (const auto& a : args) argv.push_back(a.c_str());
+    std::ostringstream out, err;
+    const int code = RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err);
+    return {code, out.str(), err.str()};
+}
+
+std::string TempText(const std::string& name, const std::string& text) {
+    const std::string path = ::testing::TempDir() + name;
+    std::ofstream(path) << text;
+    return path;
+}
+
+TEST(SectionCommand, ExitCodesAndMessages) {
+    const std::string good = TempText("good.txt", "0 0\n10 0\n10 10\n0 10\n");
+    const std::string mixed = TempText("mixed.txt", "profile square\n0 0\n1 0\n1 1\n0 1\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
+    const std::string none = TempText("none.txt", "# nothing here\n");
+    const std::string broken = TempText("broken.txt", "0 0\n1;0\n");
+
+    CommandRun r = RunCommand({good, "--units", "CM"});
+    EXPECT_EQ(r.code, 0);
+    EXPECT_NE(r.out.find("1.00000  cm²"), std::string::npos) << r.out;
+
+    r = RunCommand({mixed});
+    EXPECT_EQ(r.code, 2);
+    EXPECT_NE(r.out.find("square"), std::string::npos);
+    EXPECT_EQ(r.err, "tgp-section: " + mixed + ": bow cuts itself at (0.5, 0.5)\n");
+
+    r = RunCommand({none});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, "tgp-section: no profiles found\n");
+
+    r = RunCommand({broken});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, "tgp-section: " + broken + ":2: expected 'x y' or 'x y bulge', found '1;0'\n");
+
+    r = RunCommand({"/nonexistent/file.txt"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, "tgp-section: /nonexistent/file.txt: cannot open the file\n");
+
+    r = RunCommand({good, "--units", "furlong"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("unknown length unit 'furlong' (one of mm, cm, dm, m, in, ft)"), std::string::npos) << r.err;
+
+    r = RunCommand({});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_NE(r.err.find("files is required"), std::string::npos) << r.err;
+
+    r = RunCommand({good, "--json", "--angle", "rad"});
+    EXPECT_EQ(r.code, 0);
+    EXPECT_NE(r.out.find("\"angle\": \"rad\""), std::string::npos) << r.out;
+}
+
+TEST(SectionCommand, ExamplesRun) {
+    const std::string dir = TGP_EXAMPLES_DIR;
+    for (const char* name : {"ipe200.txt", "ipe200.dxf", "arcs.txt", "arcs.dxf"}) {
+        const CommandRun r = RunCommand({dir + "/" + name, "--units", "cm"});
+        EXPECT_EQ(r.code, 0) << name << r.err;
+    }
+    // The same IPE 200 from both files.
+    const CommandRun text = RunCommand({dir + "/ipe200.txt", "--json"});
+    const CommandRun dxf = RunCommand({dir + "/ipe200.dxf", "--json"});
+    EXPECT_EQ(text.out.substr(text.out.find("\"area\": 2")), dxf.out.substr(dxf.out.find("\"area\": 2")));
+}
+
+// ---- the published tables through the executable ----------------------------------------------
+
+// The number after "key": in one line of the JSON output.
+double JsonNumber(const std::string& line, const std::string& key) {
+    const auto at = line.find("\"" + key + "\": ");
+    if (at == std::string::npos) return NAN;
+    return testing::ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
+}
+
+TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
+    const auto rows = testing::ReadSectionTable();
+    if (!rows) GTEST_SKIP() << "shared/data/european_i_sections.csv not found beside the checkout";
+    std::ostringstream text;
+    for (const auto& row : *rows) {
+        const testing::Outline o = testing::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
+        text << "profile " << row.name << "\n";
+        for (std::size_t i = 0; i < o.bulges.size(); ++i) {
+            text << FormatNumber(o.xy[2 * i]) << ' ' << FormatNumber(o.xy[2 * i + 1]) << ' ' << FormatNumber(o.bulges[i])
+                 << '\n';
+        }
+        text << "end\n";
+    }
+    const std::string input = TempText("european_i_sections.txt", text.str());
+    const std::string output = ::testing::TempDir() + "european_i_sections.json";
+    const std::string command = std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+
+    std::ifstream json(output);
+    std::map<std::string, std::string> lines;
+    for (std::string line; std::getline(json, line);) {
+        const auto name = line.find("\"name\": \"");
+        if (name == std::string::npos) continue;
+        const auto start = name + 9;
+        lines[line.substr(start, line.find('"', start) - start)] = line;
+    }
+    ASSERT_EQ(lines.size(), rows->size());
+    for (const auto& row : *rows) {
+        const std::string& line = lines[input + ": " + row.name];
+        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "area"), row.A), 1e-3) << row.name;
+        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ix"), row.Iy), 1e-3) << row.name;
+        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "iy"), row.Iz), 1e-3) << row.name;
+        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "rx"), row.iy), 5e-3) << row.name;
+        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ry"), row.iz), 5e-3) << row.name;
+    }
+}
+
+}  // namespace
+}  // namespace tgp::cli
