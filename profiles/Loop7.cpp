@@ -23,7 +23,7 @@ double RuntimeDivide(double numerator, double denominator) {
 // segments report the vertex they share twice.
 void AddDistinct(std::vector<Point>& points, const PlanePoint& p) {
     for (const Point& q : points) {
-        if (std::hypot(q[0] - p[0], q[1] - p[1]) <= LoopDLine::kOnLineTolerance) return;
+        if (Distance2(ToPlanePoint(q), p) <= LoopDLine::kOnLineTolerance) return;
     }
     points.push_back(ToPoint(p));
 }
@@ -111,8 +111,12 @@ std::vector<double> Loop7::Bulges() const {
 void Loop7::ComputeInertia() {
     if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     double perimeter = 0;
-    for (const LoopDLine& segment : segments_) perimeter += segment.Length();
-    const PlanePoint O = ToPlanePoint(MiddlePoint());
+    PlanePoint vertexSum{0, 0, 0};
+    for (const LoopDLine& segment : segments_) {
+        perimeter += segment.Length();
+        vertexSum = Plus(vertexSum, segment.StartPoint());
+    }
+    const PlanePoint O = Scaled(vertexSum, RuntimeDivide(1, static_cast<double>(segments_.size())));
     SegmentIntegrals sum;
     for (const LoopDLine& segment : segments_) sum += segment.IntegralsAbout(O);
     const double A = sum.Area;

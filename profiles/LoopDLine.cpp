@@ -41,9 +41,13 @@ ArcBasis Difference(const ArcBasis& to, const ArcBasis& from) {
             to.sc2 - from.sc2, to.s4 - from.s4,   to.s3c - from.s3c,   to.s2c2 - from.s2c2};
 }
 
+// The angle brought into [0, 2 pi). Segment angles stay within a few turns, so stepping by whole
+// turns is cheaper than a division; anything farther out takes the remainder.
 double NormalisedTurn(double angle) {
-    double rel = std::fmod(angle, kTwoPi);
-    return rel < 0 ? rel + kTwoPi : rel;
+    if (std::fabs(angle) > 8 * kTwoPi) angle = std::fmod(angle, kTwoPi);
+    while (angle < 0) angle += kTwoPi;
+    while (angle >= kTwoPi) angle -= kTwoPi;
+    return angle;
 }
 
 void Append(std::vector<PlanePoint>* points, const PlanePoint& p) {
@@ -158,12 +162,9 @@ PlanePoint LoopDLine::MidPoint() const {
     return {center_[0] + std::cos(m) * radius_, center_[1] + std::sin(m) * radius_, center_[2]};
 }
 
-const SegmentIntegrals& LoopDLine::Integrals() const {
-    if (!inertiaDone_) {
-        integrals_ = IntegralsAbout({0, 0, 0});
-        inertiaDone_ = true;
-    }
-    return integrals_;
+SegmentIntegrals LoopDLine::Integrals() const {
+    inertiaDone_ = true;
+    return IntegralsAbout({0, 0, 0});
 }
 
 SegmentIntegrals LoopDLine::IntegralsAbout(const PlanePoint& Origin) const {

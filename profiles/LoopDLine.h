@@ -64,7 +64,10 @@ public:
     // Chord midpoint of a straight segment, arc midpoint of an arc.
     PlanePoint MidPoint() const;
 
-    // The cached integrals about the global axes, computed on first read after Init or Move.
+    // The integrals about the global axes. InitInertiaDone tells whether they were read since the
+    // last Init or Move. They are closed forms of the stored geometry, cheaper to evaluate again than
+    // to keep: a segment without six cached numbers is a third smaller, which is what large loops
+    // are bound by.
     bool InitInertiaDone() const { return inertiaDone_; }
     double Area() const { return Integrals().Area; }
     double StaticMomentX() const { return Integrals().StaticMomentX; }
@@ -72,7 +75,7 @@ public:
     double MomentOfInertiaX() const { return Integrals().MomentOfInertiaX; }
     double MomentOfInertiaY() const { return Integrals().MomentOfInertiaY; }
     double ProductOfInertiaXY() const { return Integrals().ProductOfInertiaXY; }
-    const SegmentIntegrals& Integrals() const;
+    SegmentIntegrals Integrals() const;
     // The integrals of this segment moved by −Origin, without moving it or touching the cache.
     SegmentIntegrals IntegralsAbout(const PlanePoint& Origin) const;
 
@@ -143,7 +146,6 @@ private:
     double startAngle_ = 0;
     double endAngle_ = 0;
     double length_ = 0;
-    mutable SegmentIntegrals integrals_{};
     mutable bool inertiaDone_ = false;
 };
 

@@ -21,7 +21,7 @@ inline PlanePoint Minus(const PlanePoint& a, const PlanePoint& b) { return {a[0]
 inline PlanePoint Scaled(const PlanePoint& a, double r) { return {a[0] * r, a[1] * r, a[2] * r}; }
 inline double Dot2(const PlanePoint& a, const PlanePoint& b) { return a[0] * b[0] + a[1] * b[1]; }
 inline double Cross2(const PlanePoint& a, const PlanePoint& b) { return a[0] * b[1] - a[1] * b[0]; }
-inline double Length2(const PlanePoint& a) { return std::hypot(a[0], a[1]); }
+inline double Length2(const PlanePoint& a) { return std::sqrt(a[0] * a[0] + a[1] * a[1]); }
 inline double Distance2(const PlanePoint& a, const PlanePoint& b) { return Length2(Minus(b, a)); }
 
 // The plane angle of (x, y) in (-pi, pi], computed as the vector service does it (arctangent of

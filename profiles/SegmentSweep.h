@@ -7,9 +7,11 @@
 
 namespace tgp {
 
-// Crossings among segments found with a sweep along x: the segments' boxes sorted by their left
-// edge, an active list of the boxes that still reach the sweep position, and an exact intersection
-// test only for pairs whose boxes overlap. Near-linear for profiles, whatever their size.
+// Crossings among segments found with a sweep along x. Consecutive segments that advance the same
+// way in x form a chain (segments of one chain cannot cross one another); the chains are sorted by
+// the left edge of their boxes and swept with an active list, two chains whose boxes overlap are
+// walked together in x order, and only segment pairs whose boxes overlap get the exact intersection
+// test. Near-linear for profiles, whatever their size.
 
 // Crossings of a loop with itself. Neighbouring segments (and the last with the first when the loop
 // is closed) share an end point: meeting there is not a crossing, any other common point is.
