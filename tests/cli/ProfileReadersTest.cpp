@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -136,6 +137,26 @@ TEST(DxfProfiles, BlockDefinitionsAreNotProfiles) {
     const auto p = ReadDxfProfiles(file.path());
     ASSERT_EQ(p.size(), 1u);
     EXPECT_EQ(p[0].name, "POLYLINE handle 51 on layer L1");
+}
+
+// A process that chose a decimal comma for its C++ streams (as a host may): numbers in files
+// still read with a point, and the process keeps its choice.
+struct DecimalComma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+};
+
+TEST(DxfProfiles, ReadPointDecimalsUnderACommaLocale) {
+    const DxfFile file({LwPolyline("60", 1, {{0.5, 0.25}, {10.75, 0, -0.5}, {10, 5.5}})});
+    const std::locale comma(std::locale::classic(), new DecimalComma);
+    const std::locale previous = std::locale::global(comma);
+    const auto p = ReadDxfProfiles(file.path());
+    const auto t = FromText("0.5 0.25\n10.75 0 -0.5\n");
+    EXPECT_EQ(std::locale().name(), comma.name());
+    std::locale::global(previous);
+    ASSERT_EQ(p.size(), 1u);
+    EXPECT_EQ(p[0].xy, (std::vector<double>{0.5, 0.25, 10.75, 0, 10, 5.5}));
+    EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -0.5, 0}));
+    EXPECT_EQ(t.at(0).xy, (std::vector<double>{0.5, 0.25, 10.75, 0}));
 }
 
 TEST(DxfProfiles, MissingFileIsAFileError) {
