@@ -41,8 +41,9 @@ std::string PointText(const std::vector<Point>& points) {
 }
 
 // Rounding noise (a centroid 1E-15 off the axis, a product of 1E-55) would print as digits and
-// turn the principal axes of a symmetric figure at random: values below 1E-12 of their scale are 0,
-// and when the principal moments agree that closely every axis is principal and the angle is 0.
+// turn the principal axes of a symmetric figure at random: values below 1E-12 of their scale are 0.
+// With no product left, or principal moments that agree that closely, the x and y axes are
+// principal and the angle is 0.
 void DropRoundingNoise(SectionValues& v) {
     constexpr double kNoise = 1e-12;
     auto snap = [](double& value, double scale) {
@@ -52,7 +53,7 @@ void DropRoundingNoise(SectionValues& v) {
     snap(v.yc, v.perimeter);
     const double momentScale = std::max(std::fabs(v.ix), std::fabs(v.iy));
     snap(v.ixy, momentScale);
-    if (std::fabs(v.i1 - v.i2) <= kNoise * momentScale) {
+    if (v.ixy == 0 || std::fabs(v.i1 - v.i2) <= kNoise * momentScale) {
         v.i1 = v.ix;
         v.i2 = v.iy;
         v.angle = 0;

@@ -110,7 +110,7 @@ public:
     bool IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoint& P2,
                                      std::vector<PlanePoint>* Points = nullptr) const;
     // The points of the segment farthest along uVector (Top) and against it (Bottom), arc
-    // extremes included; on a tie the earlier point along the segment wins.
+    // extremes included; on a tie the start point, then the end point, wins.
     void GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint, PlanePoint& BottomPoint) const;
     // The box around the segment, arc extremes included.
     SegmentBox BoundingBox() const;

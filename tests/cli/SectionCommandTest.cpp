@@ -53,6 +53,22 @@ TEST(AnalyseProfile, BothDirectionsGivePositiveValuesInTheChosenUnits) {
     }
 }
 
+TEST(AnalyseProfile, SymmetricFiguresReportNoRoundingNoise) {
+    // Rounding leaves a product of order 1E-10 mm4 on a symmetric section and a centroid a hair off
+    // the axis; the report shows the x and y axes as principal, with angle 0 and zeros exactly.
+    const testing::Outline ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    const ProfileOutcome section = AnalyseProfile(Profile(ipe.xy, ipe.bulges), Units(mm_UnitID));
+    ASSERT_TRUE(section.values);
+    EXPECT_EQ(section.values->ixy, 0);
+    EXPECT_EQ(section.values->angle, 0);
+    EXPECT_EQ(section.values->i1, section.values->ix);
+    EXPECT_EQ(section.values->xc, 0);
+    const ProfileOutcome circle = AnalyseProfile(Profile({-5, 0, 5, 0}, {1, 1}), Units(mm_UnitID));
+    ASSERT_TRUE(circle.values);
+    EXPECT_EQ(circle.values->yc, 0);
+    EXPECT_EQ(circle.values->angle, 0);
+}
+
 struct RejectCase {
     const char* name;
     DrawnProfile profile;
