@@ -130,6 +130,13 @@ ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr
         outcome.error = "is open: its last vertex does not meet the first";
         return outcome;
     }
+    // Fourth powers of the coordinates must stay finite for the moments.
+    const auto usable = [](double v) { return std::fabs(v) <= 1e60; };
+    if (!std::all_of(profile.xy.begin(), profile.xy.end(), usable) ||
+        !std::all_of(profile.bulges.begin(), profile.bulges.end(), usable)) {
+        outcome.error = "has a coordinate or bulge out of range (not finite or beyond 1E+60)";
+        return outcome;
+    }
     auto loop = Loop7::Create();
     loop->InitFromCoordinates(profile.xy, profile.bulges);
     std::vector<Point> crossings;

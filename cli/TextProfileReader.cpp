@@ -28,6 +28,18 @@ std::vector<std::string_view> Words(std::string_view s) {
     return words;
 }
 
+// A piece of the input fit for a message: at most 40 characters, control bytes and bytes outside
+// ASCII shown as '?', so a binary file does not garble the terminal.
+std::string Shown(std::string_view text) {
+    constexpr std::size_t kLongest = 40;
+    std::string shown;
+    for (char ch : text.substr(0, kLongest)) {
+        const auto c = static_cast<unsigned char>(ch);
+        shown += (c < 0x20 || c >= 0x7f) ? '?' : ch;
+    }
+    return text.size() > kLongest ? shown + "..." : shown;
+}
+
 class TextParser {
 public:
     explicit TextParser(std::string source) : source_(std::move(source)) {}
@@ -69,7 +81,7 @@ private:
 
     void Vertex(std::string_view line) {
         const auto words = Words(line);
-        if (words.size() < 2 || words.size() > 3) Fail("expected 'x y' or 'x y bulge', found '" + std::string(line) + "'");
+        if (words.size() < 2 || words.size() > 3) Fail("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
         if (!current_) Start("");
         const double x = Number(words[0]), y = Number(words[1]);
         current_->Add(x, y, words.size() == 3 ? Number(words[2]) : 0.0);
@@ -79,7 +91,7 @@ private:
         try {
             return ReadWholeNumber(word);
         } catch (const Error&) {
-            Fail("'" + std::string(word) + "' is not a number");
+            Fail("'" + Shown(word) + "' is not a number");
         }
     }
 

@@ -1,6 +1,7 @@
 #include "profiles/SegmentSweep.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 #include "core/Constants.h"
@@ -74,7 +75,9 @@ public:
     // ownersDiffer, from different loops), until it returns true.
     template <class PairTest>
     bool Pairs(bool ownersDiffer, PairTest test) {
-        std::sort(chains_.begin(), chains_.end(), [](const Chain& a, const Chain& b) { return a.box.xmin < b.box.xmin; });
+        // A NaN coordinate must not break the ordering the sort relies on: it sorts last.
+        const auto key = [](const Chain& c) { return std::isnan(c.box.xmin) ? HUGE_VAL : c.box.xmin; };
+        std::sort(chains_.begin(), chains_.end(), [&](const Chain& a, const Chain& b) { return key(a) < key(b); });
         std::vector<const Chain*> active;
         for (const Chain& chain : chains_) {
             for (std::size_t i = 0; i < active.size();) {

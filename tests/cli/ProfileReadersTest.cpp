@@ -73,7 +73,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(BadLine{"0 0\n1,5 2\n", "in.txt:2: '1,5' is not a number"},
                       BadLine{"0 0\n1 2 3 4\n", "in.txt:2: expected 'x y' or 'x y bulge', found '1 2 3 4'"},
                       BadLine{"\n\n7\n", "in.txt:3: expected 'x y' or 'x y bulge', found '7'"},
-                      BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"}));
+                      BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"},
+                      BadLine{"\x01\xff\x7f", "in.txt:1: expected 'x y' or 'x y bulge', found '?" "?" "?'"},
+                      BadLine{"0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18",
+                              "in.txt:1: expected 'x y' or 'x y bulge', found '0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 1...'"}));
 
 // ---- DXF ----------------------------------------------------------------------------------------
 

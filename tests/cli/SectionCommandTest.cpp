@@ -87,7 +87,13 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(RejectCase{"open", Profile({0, 0, 1, 0, 1, 1}, {0, 0, 0}, false),
                                  "is open: its last vertex does not meet the first"},
                       RejectCase{"bow_tie", Profile({0, 0, 1, 1, 1, 0, 0, 1}, {0, 0, 0, 0}), "cuts itself at (0.5, 0.5)"},
-                      RejectCase{"one_point", Profile({3, 3}, {0}), "encloses no area"}),
+                      RejectCase{"one_point", Profile({3, 3}, {0}), "encloses no area"},
+                      RejectCase{"infinite", Profile({0, 0, 1, 0, 1, HUGE_VAL}, {0, 0, 0}),
+                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
+                      RejectCase{"not_a_number", Profile({0, 0, 1, 0, 1, 1}, {0, NAN, 0}),
+                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
+                      RejectCase{"huge", Profile({0, 0, 1e200, 0, 1, 1}, {0, 0, 0}),
+                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"}),
     [](const auto& info) { return info.param.name; });
 
 TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {

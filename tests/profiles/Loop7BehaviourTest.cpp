@@ -227,6 +227,17 @@ TEST(LoopSelfIntersection, LargeLoopsUseTheSweep) {
     EXPECT_TRUE(Polygon(xy)->IsSelfIntersect());
 }
 
+TEST(LoopSelfIntersection, SurvivesCoordinatesThatAreNotNumbers) {
+    std::vector<double> xy;
+    for (int i = 0; i < 64; ++i) {
+        xy.push_back(i % 5 == 0 ? NAN : std::cos(i * 0.1) * i);
+        xy.push_back(i % 7 == 0 ? NAN : std::sin(i * 0.1) * i);
+    }
+    auto loop = Polygon(xy);
+    loop->IsSelfIntersect();  // any answer, but no crash (the sweep sorts by coordinates)
+    SUCCEED();
+}
+
 // ---- extremes, nearest point, moves -------------------------------------------------------------
 
 TEST(LoopGeometry, TopBottomAndNearestPoint) {
