@@ -295,40 +295,35 @@ bool LoopDLine::PointIsInDlineArea(const PlanePoint& Point) const {
 
 bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
     if (!IsArc() && !Other.IsArc()) return LineLine(*this, Other, Points);
-    if (IsArc() != Other.IsArc()) {
-        const LoopDLine& line = IsArc() ? Other : *this;
-        const LoopDLine& arc = IsArc() ? *this : Other;
-        const double l = line.Length();
-        if (l == 0) {
-            if (!arc.PointIsOnDline(line.StartPoint())) return false;
-            Append(Points, line.StartPoint());
-            return true;
-        }
-        const PlanePoint e = Scaled(line.VectorAB(), 1 / l);
-        double tau[2];
-        const int n = LineCircle(line.StartPoint(), e, arc.center_, arc.radius_, tau);
-        bool found = false;
-        for (int i = 0; i < n; ++i) {
-            if (tau[i] < -kTol || tau[i] > l + kTol) continue;
-            const PlanePoint x = Plus(line.StartPoint(), Scaled(e, std::clamp(tau[i], 0.0, l)));
-            if (!arc.AngleIsOnArc(PolarAngle(Minus(x, arc.center_)), kTol / arc.radius_)) continue;
-            Append(Points, x);
-            found = true;
-        }
-        return found;
+    if (IsArc() && Other.IsArc()) return ArcWithArc(Other, Points);
+    return IsArc() ? ArcWithLine(Other, Points) : Other.ArcWithLine(*this, Points);
+}
+
+bool LoopDLine::ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Points) const {
+    const double l = line.Length();
+    if (l == 0) {
+        if (!PointIsOnDline(line.StartPoint())) return false;
+        Append(Points, line.StartPoint());
+        return true;
     }
+    const PlanePoint e = Scaled(line.VectorAB(), 1 / l);
+    double tau[2];
+    const int n = LineCircle(line.StartPoint(), e, center_, radius_, tau);
+    bool found = false;
+    for (int i = 0; i < n; ++i) {
+        if (tau[i] < -kTol || tau[i] > l + kTol) continue;
+        const PlanePoint x = Plus(line.StartPoint(), Scaled(e, std::clamp(tau[i], 0.0, l)));
+        if (!AngleIsOnArc(PolarAngle(Minus(x, center_)), kTol / radius_)) continue;
+        Append(Points, x);
+        found = true;
+    }
+    return found;
+}
+
+bool LoopDLine::ArcWithArc(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
     const PlanePoint dc = Minus(Other.center_, center_);
     const double d = Length2(dc), r1 = radius_, r2 = Other.radius_;
-    if (d <= kTol && std::fabs(r1 - r2) <= kTol) {  // one circle: the ends of the common part
-        bool found = false;
-        for (const auto& [arc, point] : {std::pair{this, &Other.start_}, std::pair{this, &Other.end_},
-                                         std::pair{&Other, &start_}, std::pair{&Other, &end_}}) {
-            if (!arc->AngleIsOnArc(PolarAngle(Minus(*point, arc->center_)), kTol / arc->radius_)) continue;
-            Append(Points, *point);
-            found = true;
-        }
-        return found;
-    }
+    if (d <= kTol && std::fabs(r1 - r2) <= kTol) return SameCircleOverlap(Other, Points);
     if (d == 0 || d > r1 + r2 + kTol || d < std::fabs(r1 - r2) - kTol) return false;
     const double a = (r1 * r1 - r2 * r2 + d * d) / (2 * d);
     const double h2 = r1 * r1 - a * a;
@@ -345,6 +340,18 @@ bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoin
             found = true;
         }
         if (touching) break;
+    }
+    return found;
+}
+
+// Two arcs of one circle share the ends of their common part: every end of one lying on the other.
+bool LoopDLine::SameCircleOverlap(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
+    bool found = false;
+    for (const auto& [arc, point] : {std::pair{this, &Other.start_}, std::pair{this, &Other.end_},
+                                     std::pair{&Other, &start_}, std::pair{&Other, &end_}}) {
+        if (!arc->AngleIsOnArc(PolarAngle(Minus(*point, arc->center_)), kTol / arc->radius_)) continue;
+        Append(Points, *point);
+        found = true;
     }
     return found;
 }

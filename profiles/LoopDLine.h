@@ -131,6 +131,9 @@ public:
 private:
     SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
     SegmentIntegrals ArcIntegrals(double cx, double cy) const;
+    bool ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Points) const;
+    bool ArcWithArc(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
+    bool SameCircleOverlap(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
     bool AngleIsOnArc(double angle, double angleTolerance) const;
     PlanePoint ArcPoint(double angle) const;
     // The part of the segment from parameter t0 to t1 (0 = start, 1 = end; arcs by angle).
