@@ -19,18 +19,6 @@ double Divide(double numerator, double denominator) {
     return numerator / denominator;
 }
 
-// Plane angle of (x, y) in (-pi, pi] with the shortened pi.
-double PlaneAngle(double x, double y) {
-    if (x == 0) {
-        if (y > 0) return kPi / 2;
-        if (y < 0) return -kPi / 2;
-        return 0;
-    }
-    const double t = std::atan(y / x);
-    if (x < 0) return y >= 0 ? t + kPi : t - kPi;
-    return t;
-}
-
 Point AddSharedIndices(const Point& sum, const Point& item) {
     Point result(std::max(sum.size(), item.size()), 0.0);
     const std::size_t shared = std::min(sum.size(), item.size());
@@ -67,13 +55,29 @@ Point Vector::vxr(const Point& v, double r) {
     return scaled;
 }
 
-double Vector::vAngle(const Point& v) { return PlaneAngle(Element(v, 0), Element(v, 1)); }
+// Plane angle of (x, y) in (-pi, pi] with the shortened pi.
+double Vector::PlaneAngle(double x, double y) {
+    if (x == 0) {
+        if (y > 0) return kPi / 2;
+        if (y < 0) return -kPi / 2;
+        return 0;
+    }
+    const double t = std::atan(y / x);
+    if (x < 0) return y >= 0 ? t + kPi : t - kPi;
+    return t;
+}
 
-double Vector::vAngle(const Point& v, const Point& V1) {
-    double d = vAngle(V1) - vAngle(v);
+double Vector::PlaneTurn(double vx, double vy, double wx, double wy) {
+    double d = PlaneAngle(wx, wy) - PlaneAngle(vx, vy);
     if (d > kPi) d -= kTwoPi;
     if (d < -kPi) d += kTwoPi;
     return d;
+}
+
+double Vector::vAngle(const Point& v) { return PlaneAngle(Element(v, 0), Element(v, 1)); }
+
+double Vector::vAngle(const Point& v, const Point& V1) {
+    return PlaneTurn(Element(v, 0), Element(v, 1), Element(V1, 0), Element(V1, 1));
 }
 
 double Vector::vLength(const Point& A) {

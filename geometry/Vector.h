@@ -38,6 +38,10 @@ public:
     static double vAngle(const Point& v);
     // Turn from v to V1, counter-clockwise positive, in [-pi, pi].
     static double vAngle(const Point& v, const Point& V1);
+    // The same two angles on plain coordinates, for callers that keep points in fixed types and
+    // must not build a point array per call (the profile code); results are identical to the bit.
+    static double PlaneAngle(double x, double y);
+    static double PlaneTurn(double vx, double vy, double wx, double wy);
     // Length of A (0 when empty), or the distance from A to b.
     static double vLength(const Point& A);
     static double vLength(const Point& A, const Point& b);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "geometry/Point.h"
+#include "geometry/Vector.h"
 
 namespace tgp {
 
@@ -24,15 +25,13 @@ inline double Cross2(const PlanePoint& a, const PlanePoint& b) { return a[0] * b
 inline double Length2(const PlanePoint& a) { return std::sqrt(a[0] * a[0] + a[1] * a[1]); }
 inline double Distance2(const PlanePoint& a, const PlanePoint& b) { return Length2(Minus(b, a)); }
 
-// The plane angle of (x, y) in (-pi, pi], computed as the vector service does it (arctangent of
-// y / x, shifted by the shortened pi), so that segment angles match those of Vector::vAngle to the
-// bit without building a point array per call.
-double PolarAngle(double x, double y);
-inline double PolarAngle(const PlanePoint& v) { return PolarAngle(v[0], v[1]); }
+// The plane angle of (x, y) in (-pi, pi], exactly as Vector::vAngle computes it.
+inline double PolarAngle(double x, double y) { return Vector::PlaneAngle(x, y); }
+inline double PolarAngle(const PlanePoint& v) { return Vector::PlaneAngle(v[0], v[1]); }
 
 // The turn from direction v to direction w, counter-clockwise positive, in [-pi, pi]
 // (Vector::vAngle(v, w) without the point arrays).
-double TurnAngle(const PlanePoint& v, const PlanePoint& w);
+inline double TurnAngle(const PlanePoint& v, const PlanePoint& w) { return Vector::PlaneTurn(v[0], v[1], w[0], w[1]); }
 
 // x and y equal under the library's equality routine with its default tolerance.
 bool SamePlanePoint(const PlanePoint& a, const PlanePoint& b);
