@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "GeometryAdapters.h"
 #include "GeometryExeAdapter.h"
 #include "Quantities.h"
 #include "Tessary_Geometry_Pro.h"
@@ -16,6 +17,10 @@ const auto kClasses = std::to_array<ClassEntry>({
     TGP_QUANTITY_CLASSES(TGP_QUANTITY_ENTRY)
     ClassEntry{L"UnitSetting", __uuidof(::UnitSetting), &CreateUnitSetting},
     ClassEntry{L"Geometry_EXE", __uuidof(::Geometry_EXE), &CreateGeometry_EXE},
+    ClassEntry{L"Vector", __uuidof(::Vector), &CreateVector},
+    ClassEntry{L"Geometry", __uuidof(::Geometry), &CreateGeometry},
+    ClassEntry{L"Matrix", __uuidof(::Matrix), &CreateMatrix},
+    ClassEntry{L"UCS", __uuidof(::UCS), &CreateUCS},
 });
 
 }  // namespace

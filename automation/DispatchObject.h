@@ -5,6 +5,7 @@
 #include <typeinfo>
 
 #include "ErrorInfo.h"
+#include "Identity.h"
 #include "Invoke.h"
 #include "NativeObject.h"
 #include "Server.h"
@@ -19,15 +20,24 @@ class DispatchObject : public Itf, public ISupportErrorInfo, public IProvideClas
 public:
     explicit DispatchObject(std::shared_ptr<Native> native) : native_(std::move(native)) {
         Server::ObjectCreated();
+        Identity::Add(native_.get(), typeid(Native), static_cast<Itf*>(this));
     }
-    virtual ~DispatchObject() { Server::ObjectDestroyed(); }
+    virtual ~DispatchObject() {
+        Identity::Remove(native_.get(), typeid(Native));
+        Server::ObjectDestroyed();
+    }
     DispatchObject(const DispatchObject&) = delete;
     DispatchObject& operator=(const DispatchObject&) = delete;
 
-    // Creates an object and hands out the requested interface (the new object owns one reference
-    // less than it started with, so a failed query frees it).
+    // The automation object of a core object: the live one if there is one, else a new one. The
+    // requested interface is handed out (a failed query frees a new object).
     template <class Derived>
     static HRESULT CreateInstance(std::shared_ptr<Native> native, REFIID iid, void** result) {
+        if (IUnknown* existing = Identity::Find(native.get(), typeid(Native))) {
+            HRESULT hr = existing->QueryInterface(iid, result);
+            existing->Release();
+            return hr;
+        }
         Derived* object = nullptr;
         try {
             object = new Derived(std::move(native));

@@ -59,6 +59,33 @@ int ParameterIndex(const DISPPARAMS& params, UINT argument, const FUNCDESC& desc
     return static_cast<int>(params.cArgs - 1 - argument);
 }
 
+// A parameter array (vararg) member: the positional arguments beyond the fixed parameters are
+// packed into one array of Variants, passed by reference as the last parameter. Returns the
+// packed array (to be destroyed after the call), or nullptr when the member takes no such array.
+SAFEARRAY* PackParameterArray(const FUNCDESC& desc, const DISPPARAMS& params, std::vector<VARIANTARG>& arguments,
+                              SAFEARRAY*& slot) {
+    if (desc.cParamsOpt != -1 || desc.cParams < 1) return nullptr;
+    UINT fixed = static_cast<UINT>(desc.cParams - 1);
+    UINT positional = params.cArgs - params.cNamedArgs;
+    UINT packed = positional > fixed ? positional - fixed : 0;
+    SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, packed);
+    if (!array) return nullptr;
+    // rgvarg holds named arguments first, then the positional ones last-first.
+    for (UINT k = 0; k < packed; ++k) {
+        LONG index = static_cast<LONG>(k);
+        SafeArrayPutElement(array, &index, &params.rgvarg[params.cArgs - 1 - fixed - k]);
+    }
+    std::vector<VARIANTARG> rebuilt(params.rgvarg, params.rgvarg + params.cNamedArgs);
+    VARIANTARG pack;
+    V_VT(&pack) = VT_BYREF | VT_ARRAY | VT_VARIANT;
+    slot = array;
+    V_ARRAYREF(&pack) = &slot;
+    rebuilt.push_back(pack);
+    for (UINT k = 0; k < fixed && k < positional; ++k) rebuilt.push_back(params.rgvarg[params.cArgs - fixed + k]);
+    arguments.swap(rebuilt);
+    return array;
+}
+
 // One shadowed argument: the local the member works on and the caller's VARIANT it came from.
 struct Shadow {
     UINT argument;
@@ -73,7 +100,12 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
     std::vector<VARIANTARG> arguments;
     std::vector<Shadow> shadows;
     DISPPARAMS adjusted = params ? *params : DISPPARAMS{};
-    if (desc.get() && params && params->cArgs) {
+    SAFEARRAY* packedSlot = nullptr;
+    SAFEARRAY* packed = (desc.get() && params) ? PackParameterArray(*desc.get(), *params, arguments, packedSlot) : nullptr;
+    if (packed) {
+        adjusted.rgvarg = arguments.data();
+        adjusted.cArgs = static_cast<UINT>(arguments.size());
+    } else if (desc.get() && params && params->cArgs) {
         arguments.assign(params->rgvarg, params->rgvarg + params->cArgs);
         shadows.reserve(params->cArgs);
         for (UINT a = 0; a < params->cArgs; ++a) {
@@ -98,6 +130,7 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
 
     HRESULT hr = DispInvoke(self, info, member, flags, params ? &adjusted : nullptr, result, exception, argError);
     if (hr == E_NOINTERFACE) hr = DISP_E_TYPEMISMATCH;  // an object of another class where one is typed
+    if (packed) SafeArrayDestroy(packedSlot);
 
     for (Shadow& shadow : shadows) {
         VARIANT& given = params->rgvarg[shadow.argument];

@@ -4,6 +4,7 @@
 #include <typeinfo>
 
 #include "OleBase.h"
+#include "core/Error.h"
 
 namespace tgp {
 class Quantity;
@@ -42,5 +43,15 @@ std::shared_ptr<T> NativeOf(IUnknown* object) {
 }
 
 std::shared_ptr<Quantity> QuantityOf(IUnknown* object);
+
+// An object argument the member cannot do without: Nothing raises 424 "Object required", an object
+// of another class (or a foreign one) 13 "Type mismatch".
+template <class T>
+std::shared_ptr<T> RequiredNative(IUnknown* object) {
+    if (!object) throw Error::ObjectRequired();
+    auto native = NativeOf<T>(object);
+    if (!native) throw Error::TypeMismatch();
+    return native;
+}
 
 }  // namespace tgp::automation

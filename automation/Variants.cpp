@@ -101,6 +101,12 @@ bool IsMissing(const VARIANT& value) {
     return V_VT(&v) == VT_EMPTY || (V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND);
 }
 
+bool IsOmitted(const VARIANT* value) {
+    if (!value) return true;
+    const VARIANT& v = Deref(*value);
+    return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND;
+}
+
 bool IsNothing(const VARIANT& value) {
     const VARIANT& v = Deref(value);
     if (V_VT(&v) == (VT_BYREF | VT_DISPATCH)) return !V_DISPATCHREF(&v) || !*V_DISPATCHREF(&v);
@@ -156,6 +162,83 @@ Point ToPoint(const VARIANT& value) {
         point.push_back(ToDouble(element.get()));
     }
     return point;
+}
+
+bool IsArrayOfArrays(const VARIANT& value) {
+    VARTYPE elementType = VT_EMPTY;
+    const VARIANT& v = Deref(value);
+    if (!(V_VT(&v) & VT_ARRAY)) return false;
+    SAFEARRAY* array = ArrayOf(v, elementType);
+    if (elementType != VT_VARIANT) return false;
+    LONG lower = 0;
+    LONG upper = -1;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    if (upper < lower) return false;
+    ScopedVariant first;
+    ReadElement(array, elementType, lower, first);
+    return (V_VT(&Deref(first.get())) & VT_ARRAY) != 0;
+}
+
+std::vector<Point> ToPoints(const VARIANT& value) {
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(value, elementType);
+    LONG lower = 0;
+    LONG upper = -1;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    std::vector<Point> points;
+    for (LONG i = lower; i <= upper; ++i) {
+        ScopedVariant element;
+        ReadElement(array, elementType, i, element);
+        points.push_back(ToPoint(element.get()));
+    }
+    return points;
+}
+
+Array2DData ToArray2D(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    if (!(V_VT(&v) & VT_ARRAY)) throw Error::TypeMismatch();
+    SAFEARRAY* array = (V_VT(&v) & VT_BYREF) ? *V_ARRAYREF(&v) : V_ARRAY(&v);
+    if (!array || SafeArrayGetDim(array) != 2) throw Error::TypeMismatch();
+    VARTYPE elementType = V_VT(&v) & VT_TYPEMASK;
+    LONG rowLower = 0, rowUpper = -1, colLower = 0, colUpper = -1;
+    SafeArrayGetLBound(array, 1, &rowLower);
+    SafeArrayGetUBound(array, 1, &rowUpper);
+    SafeArrayGetLBound(array, 2, &colLower);
+    SafeArrayGetUBound(array, 2, &colUpper);
+    long rows = rowUpper - rowLower + 1;
+    long cols = colUpper - colLower + 1;
+    if (rows > 32767 || cols > 32767) throw Error::Overflow();
+    Array2DData result(static_cast<int>(rows), static_cast<int>(cols));
+    for (LONG i = 0; i < rows; ++i) {
+        for (LONG j = 0; j < cols; ++j) {
+            LONG indices[2] = {rowLower + i, colLower + j};  // leftmost (row) index first
+            ScopedVariant element;
+            VARIANT& e = element.get();
+            void* slot = elementType == VT_VARIANT ? static_cast<void*>(&e) : static_cast<void*>(&V_UI1(&e));
+            if (FAILED(SafeArrayGetElement(array, indices, slot))) throw Error::SubscriptOutOfRange();
+            if (elementType != VT_VARIANT) V_VT(&e) = elementType;
+            result(static_cast<int>(i), static_cast<int>(j)) = ToDouble(e);
+        }
+    }
+    return result;
+}
+
+void SetArray2D(VARIANT* result, const Array2DData& data) {
+    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(data.rows), 0}, {static_cast<ULONG>(data.cols), 0}};
+    SAFEARRAY* array = SafeArrayCreate(VT_R8, 2, bounds);
+    if (!array) throw std::bad_alloc();
+    for (LONG i = 0; i < data.rows; ++i) {
+        for (LONG j = 0; j < data.cols; ++j) {
+            LONG indices[2] = {i, j};
+            double element = data(static_cast<int>(i), static_cast<int>(j));
+            SafeArrayPutElement(array, indices, &element);
+        }
+    }
+    VariantInit(result);
+    V_VT(result) = VT_ARRAY | VT_R8;
+    V_ARRAY(result) = array;
 }
 
 UnitArg ToUnitArg(const VARIANT& value) {

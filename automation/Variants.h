@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "OleBase.h"
+#include "geometry/Matrix.h"
 #include "geometry/Point.h"
 #include "units/UnitArg.h"
 
@@ -22,6 +23,8 @@ VARIANT& Deref(VARIANT& value);
 
 // An omitted optional argument (or Empty, which a script's unset variable also sends).
 bool IsMissing(const VARIANT& value);
+// An omitted optional argument only: an Empty variable passed by reference is a place to write to.
+bool IsOmitted(const VARIANT* value);
 // An object reference that is Nothing.
 bool IsNothing(const VARIANT& value);
 
@@ -41,6 +44,11 @@ double Finite(double value);
 Point ToPoint(const VARIANT& value);
 bool HasValue(const VARIANT& value);  // present and not Nothing
 
+// A two-dimensional array (first index the row), read from its lower bounds; 13 for anything else.
+Array2DData ToArray2D(const VARIANT& value);
+// A zero-based two-dimensional array of Double.
+void SetArray2D(VARIANT* result, const Array2DData& array);
+
 // The unit argument of the quantity members: missing or Nothing -> 0, a number or numeric text ->
 // that id, the library's UnitSetting -> itself, any other object -> asked UnitID late-bound.
 UnitArg ToUnitArg(const VARIANT& value);
@@ -49,6 +57,9 @@ UnitArg ToUnitArg(const VARIANT& value);
 void SetDoubleArray(VARIANT* result, const std::vector<double>& values);  // zero-based Double()
 void SetVariantArray(VARIANT* result, const std::vector<double>& values);  // zero-based Variant()
 void SetDouble(VARIANT* result, double value);
+// An array of points (Variant array of Double arrays) or, at the innermost level, a point.
+bool IsArrayOfArrays(const VARIANT& value);
+std::vector<Point> ToPoints(const VARIANT& value);
 void SetBool(VARIANT* result, bool value);
 
 // Writes a result back into a by-reference argument in the caller's own type: a Variant variable

@@ -109,6 +109,24 @@ Sub CheckArray(name, actual, expected)
     Pass
 End Sub
 
+' A point the library returned as an array of Double, which Wine's script engine cannot index:
+' compared through the library itself (the distance to the expected point must vanish).
+Dim harnessVector
+Sub CheckPoint(name, actual, expected)
+    Dim distance
+    TakeStrayError name
+    If IsEmpty(harnessVector) Then Set harnessVector = Library("Vector")
+    distance = harnessVector.vLength(harnessVector.vminusv(actual, expected))
+    If Err.Number <> 0 Then
+        Fail name, "not a point: error " & Err.Number & " " & Err.Description
+        Err.Clear
+    ElseIf distance <= 0.000000001 * (1 + harnessVector.vLength(expected)) Then
+        Pass
+    Else
+        Fail name, "off the expected point by " & distance
+    End If
+End Sub
+
 Function Library(className)
     Set Library = CreateObject("Tessary_Geometry_Pro." & className)
 End Function

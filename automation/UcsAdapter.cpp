@@ -1,0 +1,117 @@
+#include "DispatchObject.h"
+#include "GeometryAdapters.h"
+#include "Out.h"
+#include "Strings.h"
+#include "Variants.h"
+#include "units/RuntimeInteger.h"
+
+namespace tgp::automation {
+namespace {
+
+bool Flag(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
+
+class UcsAdapter final : public DispatchObject<::_UCS, ::UCS, tgp::UCS> {
+public:
+    using DispatchObject::DispatchObject;
+
+    HRESULT STDMETHODCALLTYPE get_Label(BSTR* result) override { return Run([&] { Out(result) = ToBstr(native().Label()); }); }
+    HRESULT STDMETHODCALLTYPE put_Label(BSTR rhs) override { return Run([&] { native().Label(ToUtf8(rhs)); }); }
+    HRESULT STDMETHODCALLTYPE get_Origin(VARIANT* result) override {
+        return Run([&] { SetDoubleArray(&Out(result), native().Origin()); });
+    }
+    HRESULT STDMETHODCALLTYPE put_Origin(VARIANT rhs) override { return Run([&] { native().Origin(ToPoint(rhs)); }); }
+    HRESULT STDMETHODCALLTYPE putref_Origin(VARIANT rhs) override { return put_Origin(rhs); }
+    HRESULT STDMETHODCALLTYPE get_Parent(::_UCS** result) override {
+        return Run([&] { Check(Wrap(native().Parent(), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE putref_Parent(::_UCS* rhs) override {
+        return Run([&] { native().Parent(rhs ? RequiredNative<tgp::UCS>(rhs) : nullptr); });
+    }
+    HRESULT STDMETHODCALLTYPE get_Matrix(::_Matrix** result) override {
+        return Run([&] { Check(Wrap(native().Matrix(), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_Ux(VARIANT* result) override { return Axis(result, native().Ux()); }
+    HRESULT STDMETHODCALLTYPE get_Uy(VARIANT* result) override { return Axis(result, native().Uy()); }
+    HRESULT STDMETHODCALLTYPE get_Uz(VARIANT* result) override { return Axis(result, native().Uz()); }
+    HRESULT STDMETHODCALLTYPE SetUCS(VARIANT* newOrg, VARIANT* newUx, VARIANT* newUy, VARIANT newUz, VARIANT Parent) override {
+        return Run([&] {
+            Point uz;
+            if (HasValue(newUz)) uz = ToPoint(newUz);
+            std::shared_ptr<tgp::UCS> parent;
+            if (HasValue(Parent)) parent = RequiredNative<tgp::UCS>(ToObject(Parent));
+            native().SetUCS(ToPoint(*newOrg), ToPoint(*newUx), ToPoint(*newUy), HasValue(newUz) ? &uz : nullptr,
+                            std::move(parent));
+        });
+    }
+    HRESULT STDMETHODCALLTYPE TranslateFromUCS(VARIANT* Point, ::_UCS* sourceUCS, VARIANT_BOOL ConvertAsVector,
+                                               ::UnitIDLength ParentUnitID) override {
+        return Run([&] {
+            tgp::Point point = ToPoint(Out(Point));
+            native().TranslateFromUCS(point, *RequiredNative<tgp::UCS>(sourceUCS), Flag(ConvertAsVector),
+                                      tgp::ToInteger16(ParentUnitID));
+            WritePointBack(Point, point);
+        });
+    }
+    HRESULT STDMETHODCALLTYPE TranslateToUCS(VARIANT* MyPoint, ::_UCS* targetUCS, VARIANT_BOOL ConvertAsVector,
+                                             ::UnitIDLength ParentUnitID) override {
+        return Run([&] {
+            tgp::Point point = ToPoint(Out(MyPoint));
+            native().TranslateToUCS(point, *RequiredNative<tgp::UCS>(targetUCS), Flag(ConvertAsVector),
+                                    tgp::ToInteger16(ParentUnitID));
+            WritePointBack(MyPoint, point);
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_UnitID(::UnitIDLength* result) override {
+        return Run([&] { Out(result) = static_cast<::UnitIDLength>(native().UnitID()); });
+    }
+    HRESULT STDMETHODCALLTYPE put_UnitID(::UnitIDLength rhs) override {
+        return Run([&] { native().UnitID(tgp::ToInteger16(rhs)); });
+    }
+    HRESULT STDMETHODCALLTYPE Reverse(VARIANT_BOOL XAxis, VARIANT_BOOL YAxis, VARIANT_BOOL ZAxis) override {
+        return Run([&] { native().Reverse(Flag(XAxis), Flag(YAxis), Flag(ZAxis)); });
+    }
+    HRESULT STDMETHODCALLTYPE Move(VARIANT* BasePoint, VARIANT* DestPoint) override {
+        return Run([&] { native().Move(ToPoint(*BasePoint), ToPoint(*DestPoint)); });
+    }
+    HRESULT STDMETHODCALLTYPE Rotate(double Rotation, VARIANT_BOOL XAxis, VARIANT_BOOL YAxis, VARIANT_BOOL ZAxis) override {
+        return Run([&] { native().Rotate(Finite(Rotation), Flag(XAxis), Flag(YAxis), Flag(ZAxis)); });
+    }
+    HRESULT STDMETHODCALLTYPE Copy(::_UCS** result) override {
+        return Run([&] { Check(Wrap(native().Copy(), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE ParallelTo(::_UCS* ExUCS, VARIANT_BOOL* result) override {
+        return Run([&] { Out(result) = ToVariantBool(native().ParallelTo(*RequiredNative<tgp::UCS>(ExUCS))); });
+    }
+    HRESULT STDMETHODCALLTYPE U1(VARIANT* result) override { return Axis(result, native().U1()); }
+    HRESULT STDMETHODCALLTYPE U2(VARIANT* result) override { return Axis(result, native().U2()); }
+    HRESULT STDMETHODCALLTYPE U3(VARIANT* result) override { return Axis(result, native().U3()); }
+    HRESULT STDMETHODCALLTYPE Normal(VARIANT* result) override { return Axis(result, native().Normal()); }
+    HRESULT STDMETHODCALLTYPE TranslateMyUCSToWorld(::_UCS* MyUCS) override {
+        return Run([&] { native().TranslateMyUCSToWorld(*RequiredNative<tgp::UCS>(MyUCS)); });
+    }
+    HRESULT STDMETHODCALLTYPE RetrieveUCS_SeeMeAs(::_UCS* UnknownUCS, ::_UCS* MyImgUCS) override {
+        return Run([&] {
+            native().RetrieveUCS_SeeMeAs(*RequiredNative<tgp::UCS>(UnknownUCS), *RequiredNative<tgp::UCS>(MyImgUCS));
+        });
+    }
+
+private:
+    HRESULT Axis(VARIANT* result, const Point& axis) {
+        return Run([&] { SetDoubleArray(&Out(result), axis); });
+    }
+};
+
+}  // namespace
+
+HRESULT Wrap(std::shared_ptr<tgp::UCS> native, ::_UCS** result) noexcept {
+    if (!result) return E_POINTER;
+    *result = nullptr;
+    if (!native) return S_OK;
+    return UcsAdapter::CreateInstance<UcsAdapter>(std::move(native), __uuidof(::_UCS), reinterpret_cast<void**>(result));
+}
+
+HRESULT CreateUCS(REFIID iid, void** result) {
+    return UcsAdapter::CreateInstance<UcsAdapter>(tgp::UCS::Create(), iid, result);
+}
+
+}  // namespace tgp::automation
