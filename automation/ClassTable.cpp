@@ -4,6 +4,7 @@
 
 #include "GeometryAdapters.h"
 #include "GeometryExeAdapter.h"
+#include "ProfileAdapters.h"
 #include "Quantities.h"
 #include "Tessary_Geometry_Pro.h"
 #include "UnitSettingAdapter.h"
@@ -21,6 +22,8 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"Geometry", __uuidof(::Geometry), &CreateGeometry},
     ClassEntry{L"Matrix", __uuidof(::Matrix), &CreateMatrix},
     ClassEntry{L"UCS", __uuidof(::UCS), &CreateUCS},
+    ClassEntry{L"Loop7", __uuidof(::Loop7), &CreateLoop7},
+    ClassEntry{L"InertiaBlock", __uuidof(::InertiaBlock), &CreateInertiaBlock},
 });
 
 }  // namespace

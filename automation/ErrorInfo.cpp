@@ -1,5 +1,7 @@
 #include "ErrorInfo.h"
 
+#include <cstdio>
+
 #include "Strings.h"
 
 namespace tgp::automation {
@@ -33,7 +35,12 @@ void ThrowFromResult(HRESULT result, const EXCEPINFO* info) {
         throw Error(438, "Object doesn't support this property or method");
     if (code == DISP_E_BADPARAMCOUNT || code == DISP_E_PARAMNOTOPTIONAL) throw Error(450, "Wrong number of arguments or invalid property assignment");
     if (code == E_NOINTERFACE) throw Error::TypeMismatch();
-    throw Error(440, description.empty() ? "Automation error" : description);
+    if (description.empty()) {
+        char text[40];
+        std::snprintf(text, sizeof text, "Automation error 0x%08lX", static_cast<unsigned long>(code));
+        description = text;
+    }
+    throw Error(440, description);
 }
 
 }  // namespace tgp::automation

@@ -267,6 +267,19 @@ void SetVariantArray(VARIANT* result, const std::vector<double>& values) {
     V_VT(result) = VT_ARRAY | VT_VARIANT;
 }
 
+void SetPointList(VARIANT* result, const std::vector<Point>& points) {
+    SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(points.size()));
+    if (!array) throw std::bad_alloc();
+    VariantInit(result);
+    V_VT(result) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(result) = array;
+    for (LONG i = 0; i < static_cast<LONG>(points.size()); ++i) {
+        ScopedVariant point;
+        SetDoubleArray(&point.get(), points[static_cast<std::size_t>(i)]);
+        SafeArrayPutElement(array, &i, &point.get());
+    }
+}
+
 void SetDouble(VARIANT* result, double value) {
     VariantInit(result);
     V_VT(result) = VT_R8;

@@ -57,6 +57,8 @@ UnitArg ToUnitArg(const VARIANT& value);
 void SetDoubleArray(VARIANT* result, const std::vector<double>& values);  // zero-based Double()
 void SetVariantArray(VARIANT* result, const std::vector<double>& values);  // zero-based Variant()
 void SetDouble(VARIANT* result, double value);
+// A zero-based array of Variants, each a zero-based array of Double (a list of points).
+void SetPointList(VARIANT* result, const std::vector<Point>& points);
 // An array of points (Variant array of Double arrays) or, at the innermost level, a point.
 bool IsArrayOfArrays(const VARIANT& value);
 std::vector<Point> ToPoints(const VARIANT& value);
