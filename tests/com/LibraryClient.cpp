@@ -85,7 +85,33 @@ CLIENT_TEST(TypeLibraryContents) {
                             L"GetDAngle", L"GetDLength", L"GetDArea", L"GetDVolume", L"GetDForce", L"GetDForceDensity",
                             L"GetDForceMoment", L"GetDForcePerArea", L"GetDForcePerLine", L"GetDMomentOfInertia",
                             L"GetDPressure"}},
+        {L"_Vector", {L"vplusv", L"vminusv", L"vxr", L"vAngle", L"vLength", L"vRotate", L"vxv", L"vxxv", L"vProjectTo",
+                      L"vAngle3D", L"UnitVec", L"RoundZeroVector", L"AssocVector", L"VectorAB", L"ConvertVariantToArray",
+                      L"IsParallel", L"IsVertical", L"Fix_NegativeVector"}},
+        {L"_Geometry", {L"pi", L"DegToRad", L"DegFromRad", L"FixAngle360", L"FixAngle180", L"FixAngle90",
+                        L"FixAngle180180", L"FixAngle9090", L"ASin", L"ACos", L"Area_3Distances", L"Area_3Points",
+                        L"NormalVector", L"Volume_4Points", L"RotatePoint"}},
+        {L"_Matrix", {L"Reset", L"RowCount", L"ColumnCount", L"Array2D", L"Array2DPaste", L"LetRow", L"LetColumn", L"Row",
+                      L"Column", L"Item", L"LetItem", L"Copy", L"Transpose", L"GetSubMatrix",
+                      L"GetSubMatrixByRemoveRowCol", L"RoundUp", L"Product", L"MultiplyWithVector",
+                      L"MultiplyWithNumber", L"PlusWithMatrix", L"PlusWithNumber", L"IsSquareMatrix", L"Det", L"Inverse",
+                      L"SolveWithGaussMethod", L"Solve", L"InverseWithExcelMethod", L"DisplayOnExcelWorksheet",
+                      L"PrintToTextFile"}},
+        {L"_UCS", {L"Label", L"Origin", L"Parent", L"Matrix", L"Ux", L"Uy", L"Uz", L"SetUCS", L"TranslateFromUCS",
+                   L"TranslateToUCS", L"UnitID", L"Reverse", L"Move", L"Rotate", L"Copy", L"ParallelTo", L"U1", L"U2",
+                   L"U3", L"Normal", L"TranslateMyUCSToWorld", L"RetrieveUCS_SeeMeAs"}},
+        {L"_Loop7", {L"InitFromCoordinates", L"InitFromPoints", L"Reverse", L"Count", L"AcadEntity", L"Handle", L"Vertex",
+                     L"Coordinates", L"MiddlePoint", L"Bulges", L"IsVoid", L"InitInertiaDone", L"InertiaBlock", L"Length",
+                     L"Area", L"AreaAbs", L"MomentOfInertiaX", L"MomentOfInertiaY", L"ProductOfInertiaXY", L"Centroid",
+                     L"PointIsInside", L"IntersectWithLine", L"IntersectWithLoop", L"IsSelfIntersect", L"IsChildOF",
+                     L"RelationshipTo", L"GetTopBottomPoints", L"Move", L"Transformation", L"PointAnalysis"}},
+        {L"_InertiaBlock", {L"Init", L"Copy", L"Centroid", L"OCS", L"Ux", L"Uy", L"Normal", L"Area", L"Perimeter",
+                            L"IsVoid", L"MomentOfInertiaX", L"MomentOfInertiaY", L"ProductOfInertiaXY",
+                            L"RadiusOfGyrationX", L"RadiusOfGyrationY", L"PMomentOfInertiaX", L"PMomentOfInertiaY",
+                            L"PrincipalAngle", L"PCS", L"GetPrincipalIP", L"ElasticModulus", L"HasNoMaterial",
+                            L"RotateOCS", L"RotateAll", L"Move", L"Inverse"}},
         {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
+        {L"Vector", {}}, {L"Geometry", {}}, {L"Matrix", {}}, {L"UCS", {}}, {L"Loop7", {}}, {L"InertiaBlock", {}},
     };
     for (const auto& [type, members] : expected) {
         auto found = types.find(type);
@@ -95,6 +121,31 @@ CLIENT_TEST(TypeLibraryContents) {
             Check(found->second.count(member) == 1, Narrow(type) + "." + Narrow(member) + " present");
     }
     Check(types.find(L"LoopDLine") == types.end() && types.find(L"_LoopDLine") == types.end(), "LoopDLine stays private");
+}
+
+CLIENT_TEST(GlobalClasses) {
+    ITypeLib* library = nullptr;
+    LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);
+    if (!library) return;
+    // Vector, Geometry and Geometry_EXE are application objects; the others are plain classes.
+    const std::pair<const wchar_t*, bool> classes[] = {
+        {L"Vector", true}, {L"Geometry", true}, {L"Geometry_EXE", true}, {L"DLength", false}, {L"Loop7", false}};
+    for (const auto& [name, global] : classes) {
+        ITypeInfo* info = nullptr;
+        MEMBERID id = 0;
+        USHORT found = 1;
+        std::wstring text = name;
+        library->FindName(text.data(), 0, &info, &id, &found);
+        TYPEATTR* attributes = nullptr;
+        bool isGlobal = false;
+        if (found && info && SUCCEEDED(info->GetTypeAttr(&attributes))) {
+            isGlobal = (attributes->wTypeFlags & TYPEFLAG_FAPPOBJECT) != 0;
+            info->ReleaseTypeAttr(attributes);
+        }
+        if (info) info->Release();
+        Check(found && isGlobal == global, Narrow(name) + (global ? " is" : " is not") + " an application object");
+    }
+    library->Release();
 }
 
 CLIENT_TEST(LifetimeAndUnloading) {

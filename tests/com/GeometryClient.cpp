@@ -1,0 +1,233 @@
+// Geometry and profile classes from C++: arrays of Double, lower bounds, typed by-reference
+// variables as VBA passes them, the CAD entity's Move calls and hostile arrays.
+#include "Client.h"
+
+using namespace client;
+
+namespace {
+
+// A one-dimensional array of Double with the given lower bound.
+Var DoubleArrayFrom(LONG lowerBound, const std::vector<double>& values) {
+    Var result;
+    SAFEARRAYBOUND bound{static_cast<ULONG>(values.size()), lowerBound};
+    SAFEARRAY* sa = SafeArrayCreate(VT_R8, 1, &bound);
+    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
+        LONG index = lowerBound + i;
+        double value = values[static_cast<std::size_t>(i)];
+        SafeArrayPutElement(sa, &index, &value);
+    }
+    V_VT(&result.v) = VT_ARRAY | VT_R8;
+    V_ARRAY(&result.v) = sa;
+    return result;
+}
+
+// A by-reference argument pointing at a VARIANT variable (how scripts pass variables).
+Var RefTo(VARIANT& variable) {
+    Var ref;
+    V_VT(&ref.v) = VT_BYREF | VT_VARIANT;
+    V_VARIANTREF(&ref.v) = &variable;
+    return ref;
+}
+
+// A CAD entity that records its Move calls.
+class RecordingEntity final : public IDispatch {
+public:
+    int moves = 0;
+    std::vector<double> lastTo;
+    VARTYPE argumentType = VT_EMPTY;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        *result = (iid == IID_IUnknown || iid == IID_IDispatch) ? this : nullptr;
+        if (!*result) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references_; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        if (std::wstring(names[0]) != L"Move") return DISP_E_UNKNOWNNAME;
+        *ids = 7;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+        if (id != 7 || params->cArgs != 2) return DISP_E_BADPARAMCOUNT;
+        ++moves;
+        argumentType = V_VT(&params->rgvarg[0]);
+        lastTo = Elements(params->rgvarg[0]);  // the last argument comes first
+        return S_OK;
+    }
+    ULONG references() const { return references_; }
+
+private:
+    ULONG references_ = 1;
+};
+
+}  // namespace
+
+CLIENT_TEST(ArraysOfDouble) {
+    Object vector(L"Vector");
+    struct Case {
+        const char* name;
+        Outcome outcome;
+        VARTYPE type;
+        std::vector<double> expected;
+    };
+    const Case cases[] = {
+        {"vplusv", Method(vector, L"vplusv", {VariantArray({1, 2, 3}), DoubleArray({1, 1})}), VT_R8, {2, 3, 0}},
+        {"vxv", Method(vector, L"vxv", {DoubleArray({1, 0, 0}), DoubleArray({0, 1, 0})}), VT_R8, {0, 0, 1}},
+        {"UnitVec", Method(vector, L"UnitVec", {DoubleArray({3, 4})}), VT_R8, {0.6, 0.8}},
+        {"vRotate is a Variant array", Method(vector, L"vRotate", {DoubleArray({1, 0}), Var(0.0)}), VT_VARIANT, {1, 0}},
+        {"vProjectTo is a Variant array", Method(vector, L"vProjectTo", {DoubleArray({3, 4}), DoubleArray({1, 0})}),
+         VT_VARIANT, {3, 0}},
+        {"lower bound 1 is read from its first element", Method(vector, L"VectorAB",
+                                                                 {DoubleArrayFrom(1, {1, 1}), DoubleArrayFrom(-5, {4, 5})}),
+         VT_R8, {3, 4}},
+    };
+    for (const Case& c : cases) {
+        VARTYPE type = VT_EMPTY;
+        LONG lower = -1;
+        std::vector<double> values = Elements(c.outcome.result.v, &type, &lower);
+        Check(c.outcome.number == 0, std::string(c.name) + " succeeds", Narrow(c.outcome.description));
+        Check(type == c.type, std::string(c.name) + " element type");
+        Check(lower == 0, std::string(c.name) + " is zero-based");
+        Check(values.size() == c.expected.size(), std::string(c.name) + " element count");
+        for (std::size_t i = 0; i < values.size() && i < c.expected.size(); ++i)
+            CheckNear(values[i], c.expected[i], std::string(c.name) + " element " + std::to_string(i));
+    }
+    Object matrix(L"Matrix");
+    Method(matrix, L"Reset", {Var(2), Var(3)});
+    Method(matrix, L"LetItem", {Var(1), Var(2), Var(5.0)});
+    Outcome array = Get(matrix, L"Array2D");
+    SAFEARRAY* sa = V_VT(&array.result.v) == (VT_ARRAY | VT_R8) ? V_ARRAY(&array.result.v) : nullptr;
+    Check(sa && SafeArrayGetDim(sa) == 2, "Array2D is a two-dimensional array of Double");
+    if (sa) {
+        LONG rows = 0, cols = 0;
+        SafeArrayGetUBound(sa, 1, &rows);
+        SafeArrayGetUBound(sa, 2, &cols);
+        Check(rows == 1 && cols == 2, "Array2D bounds are (0 To 1, 0 To 2)");
+        LONG at[2] = {1, 2};
+        double value = 0;
+        SafeArrayGetElement(sa, at, &value);
+        Check(value == 5, "Array2D(1, 2) holds the item set");
+    }
+}
+
+CLIENT_TEST(TypedByReferenceVariables) {
+    Object geometry(L"Geometry");
+    // VBA passes a typed Double variable as VT_BYREF|VT_R8 and a Variant one as VT_BYREF|VT_VARIANT.
+    double angle = -1.5707963267949;
+    Var byRefDouble;
+    V_VT(&byRefDouble.v) = VT_BYREF | VT_R8;
+    V_R8REF(&byRefDouble.v) = &angle;
+    Outcome fixed = Method(geometry, L"FixAngle360", {byRefDouble});
+    Check(fixed.number == 0, "FixAngle360 with a Double variable");
+    CheckNear(angle, 6.28318530717958 - 1.5707963267949, "Double variable changed in place");
+
+    float single = 7;
+    Var byRefSingle;
+    V_VT(&byRefSingle.v) = VT_BYREF | VT_R4;
+    V_R4REF(&byRefSingle.v) = &single;
+    Method(geometry, L"FixAngle360", {byRefSingle});
+    CheckNear(single, 7 - 6.28318530717958, "Single variable keeps its type", 1e-6);
+
+    VARIANT variable;
+    VariantInit(&variable);
+    V_VT(&variable) = VT_I2;
+    V_I2(&variable) = 7;
+    Method(geometry, L"FixAngle360", {RefTo(variable)});
+    Check(V_VT(&variable) == VT_R8, "a Variant variable receives a Double");
+    CheckNear(V_R8(&variable), 7 - 6.28318530717958, "Variant variable changed in place");
+
+    double x = 1.0000001;
+    Var byRefX;
+    V_VT(&byRefX.v) = VT_BYREF | VT_R8;
+    V_R8REF(&byRefX.v) = &x;
+    Method(geometry, L"ACos", {byRefX});
+    Check(x == 1, "ACos snaps the caller's Double to 1");
+
+    VARIANT_BOOL rotate = VARIANT_FALSE;
+    Var byRefBool;
+    V_VT(&byRefBool.v) = VT_BYREF | VT_BOOL;
+    V_BOOLREF(&byRefBool.v) = &rotate;
+    double four = 4;
+    Var byRefFour;
+    V_VT(&byRefFour.v) = VT_BYREF | VT_R8;
+    V_R8REF(&byRefFour.v) = &four;
+    Method(geometry, L"FixAngle180", {byRefFour, byRefBool});
+    Check(rotate == VARIANT_TRUE, "Boolean variable receives Rotate180");
+
+    VARIANT returned;
+    VariantInit(&returned);
+    Method(geometry, L"RotatePoint", {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}), DoubleArray({0, 0, 1}),
+                                      Var(1.5707963267949), RefTo(returned)});
+    VARTYPE type = VT_EMPTY;
+    std::vector<double> point = Elements(returned, &type);
+    Check(type == VT_R8 && point.size() == 3, "RotatePoint's ReturnPoint is an array of three Double");
+    if (point.size() == 3) CheckNear(point[1], 1, "RotatePoint turned y");
+    VariantClear(&returned);
+
+    Object matrix(L"Matrix");
+    Method(matrix, L"Reset", {Var(2), Var(2)});
+    Method(matrix, L"LetItem", {Var(0), Var(0), Var(2.0)});
+    Method(matrix, L"LetItem", {Var(1), Var(1), Var(3.0)});
+    VARIANT gauss;
+    VariantInit(&gauss);
+    Outcome det = Method(matrix, L"Det", {Var(), RefTo(gauss)});
+    Check(det.result.AsDouble() == 6, "Det");
+    Check(V_VT(&gauss) == (VT_ARRAY | VT_R8) && SafeArrayGetDim(V_ARRAY(&gauss)) == 2, "GaussMatrix receives a 2-D array");
+    VariantClear(&gauss);
+    V_VT(&det.result.v) = VT_EMPTY;
+}
+
+CLIENT_TEST(EntityMove) {
+    Object loop(L"Loop7");
+    Method(loop, L"InitFromCoordinates", {DoubleArray({0, 0, 10, 0, 10, 10}), DoubleArray({0, 0, 0})});
+    RecordingEntity entity;
+    Var object(static_cast<IDispatch*>(&entity));
+    Check(Call(loop, L"AcadEntity", DISPATCH_PROPERTYPUTREF, {object}).number == 0, "Set AcadEntity");
+    Method(loop, L"Move", {DoubleArray({2, 3, 0}), Var(true)});
+    Check(entity.moves == 1, "Move with MoveAcad calls the entity's Move once");
+    Check(entity.argumentType == (VT_ARRAY | VT_R8), "the entity receives arrays of Double");
+    Check(entity.lastTo.size() >= 2 && entity.lastTo[0] == 2 && entity.lastTo[1] == 3, "to the displacement");
+    Method(loop, L"Move", {DoubleArray({2, 3, 0})});
+    Check(entity.moves == 1, "Move without MoveAcad leaves the entity");
+    Call(loop, L"AcadEntity", DISPATCH_PROPERTYPUTREF, {Var(static_cast<IDispatch*>(nullptr))});
+    VariantClear(&object.v);
+    Check(entity.references() == 1, "the loop released the entity");
+}
+
+CLIENT_TEST(HostileArrays) {
+    Object vector(L"Vector");
+    Var twoD;
+    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
+    V_VT(&twoD.v) = VT_ARRAY | VT_R8;
+    V_ARRAY(&twoD.v) = SafeArrayCreate(VT_R8, 2, bounds);
+    Var nothing;
+    V_VT(&nothing.v) = VT_DISPATCH;
+    Var text(L"1,2");
+    struct Case {
+        const char* name;
+        Var argument;
+        int number;
+    };
+    const Case cases[] = {
+        {"two-dimensional array", twoD, 13},
+        {"NaN element", DoubleArray({1, std::nan("")}), 6},
+        {"infinite element", DoubleArray({HUGE_VAL, 0}), 6},
+        {"Nothing", nothing, 13},
+        {"text", text, 13},
+        {"empty array", DoubleArray({}), 0},
+    };
+    for (const Case& c : cases) {
+        Outcome outcome = Method(vector, L"vLength", {c.argument});
+        Check(outcome.number == c.number, std::string("vLength of ") + c.name, "got " + std::to_string(outcome.number));
+    }
+    Object ucs(L"UCS");
+    Outcome nothingUcs = Method(ucs, L"ParallelTo", {nothing});
+    Check(nothingUcs.number == 424, "Nothing where a UCS is needed raises 424");
+    Object matrix(L"Matrix");
+    Check(Put(matrix, L"Array2D", {DoubleArray({1, 2})}).number == 13, "a one-dimensional Array2D raises 13");
+    Check(Method(matrix, L"LetItem", {Var(0), Var(0), Var(std::nan(""))}).number != 0, "NaN into a matrix raises an error");
+    Check(Method(Object(L"Geometry"), L"DegToRad", {Var(HUGE_VAL)}).number == 6, "infinite angle raises 6");
+}
