@@ -1,5 +1,8 @@
 #include "Invoke.h"
 
+#include <map>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "Variants.h"
@@ -86,6 +89,41 @@ SAFEARRAY* PackParameterArray(const FUNCDESC& desc, const DISPPARAMS& params, st
     return array;
 }
 
+// The members of an interface that need more than DispInvoke: those with a parameter array or a
+// by-reference parameter of a fixed type. Found once per interface, so that every other call goes
+// straight to DispInvoke.
+class SpecialMembers {
+public:
+    static bool Contains(ITypeInfo* info, DISPID member) {
+        AcquireSRWLockExclusive(&lock_);
+        auto found = cache_.find(info);
+        if (found == cache_.end()) found = cache_.emplace(info, Scan(info)).first;
+        bool special = found->second.count(member) != 0;
+        ReleaseSRWLockExclusive(&lock_);
+        return special;
+    }
+
+private:
+    static std::set<DISPID> Scan(ITypeInfo* info) {
+        std::set<DISPID> special;
+        TYPEATTR* attributes = nullptr;
+        if (FAILED(info->GetTypeAttr(&attributes))) return special;
+        for (UINT i = 0; i < attributes->cFuncs; ++i) {
+            FUNCDESC* desc = nullptr;
+            if (FAILED(info->GetFuncDesc(i, &desc))) continue;
+            bool needed = desc->cParamsOpt == -1;
+            for (SHORT p = 0; p < desc->cParams && !needed; ++p) needed = ByReferenceType(desc->lprgelemdescParam[p]) != VT_EMPTY;
+            if (needed) special.insert(desc->memid);
+            info->ReleaseFuncDesc(desc);
+        }
+        info->ReleaseTypeAttr(attributes);
+        return special;
+    }
+
+    static inline SRWLOCK lock_ = SRWLOCK_INIT;
+    static inline std::map<ITypeInfo*, std::set<DISPID>> cache_;
+};
+
 // One shadowed argument: the local the member works on and the caller's VARIANT it came from.
 struct Shadow {
     UINT argument;
@@ -94,8 +132,26 @@ struct Shadow {
 
 }  // namespace
 
+// A failed member's error object, copied into EXCEPINFO for script hosts.
+HRESULT ExceptionFromErrorInfo(HRESULT hr, EXCEPINFO* exception) {
+    if (!FAILED(hr) || HRESULT_FACILITY(hr) != FACILITY_CONTROL || !exception) return hr;
+    IErrorInfo* error = nullptr;
+    *exception = EXCEPINFO{};
+    exception->scode = hr;
+    if (GetErrorInfo(0, &error) == S_OK && error) {
+        error->GetDescription(&exception->bstrDescription);
+        error->Release();
+    }
+    return DISP_E_EXCEPTION;
+}
+
 HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
                            VARIANT* result, EXCEPINFO* exception, UINT* argError) {
+    if (!SpecialMembers::Contains(info, member)) {
+        HRESULT hr = DispInvoke(self, info, member, flags, params, result, exception, argError);
+        if (hr == E_NOINTERFACE) hr = DISP_E_TYPEMISMATCH;  // an object of another class where one is typed
+        return ExceptionFromErrorInfo(hr, exception);
+    }
     FunctionDescription desc(info, member, flags);
     std::vector<VARIANTARG> arguments;
     std::vector<Shadow> shadows;
@@ -144,17 +200,7 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
         VariantClear(&shadow.local);
     }
 
-    if (FAILED(hr) && HRESULT_FACILITY(hr) == FACILITY_CONTROL && exception) {
-        IErrorInfo* error = nullptr;
-        *exception = EXCEPINFO{};
-        exception->scode = hr;
-        if (GetErrorInfo(0, &error) == S_OK && error) {
-            error->GetDescription(&exception->bstrDescription);
-            error->Release();
-        }
-        hr = DISP_E_EXCEPTION;
-    }
-    return hr;
+    return ExceptionFromErrorInfo(hr, exception);
 }
 
 }  // namespace tgp::automation
