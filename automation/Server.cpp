@@ -29,9 +29,12 @@ bool Server::CanUnload() { return g_objects == 0 && g_locks == 0; }
 ITypeLib* Server::TypeLibrary() {
     // Objects live on their caller's thread; the library is loaded on first use from the DLL itself,
     // so dispatch works before (and without) registration.
+    // Two apartments may ask at once: the first library stored wins, the other copy is released.
     if (!g_typeLibrary) {
         ITypeLib* loaded = nullptr;
-        if (SUCCEEDED(LoadTypeLibEx(g_path, REGKIND_NONE, &loaded))) g_typeLibrary = loaded;
+        if (FAILED(LoadTypeLibEx(g_path, REGKIND_NONE, &loaded))) return nullptr;
+        if (InterlockedCompareExchangePointer(reinterpret_cast<void* volatile*>(&g_typeLibrary), loaded, nullptr))
+            loaded->Release();
     }
     return g_typeLibrary;
 }
