@@ -60,7 +60,7 @@ void RemoveClasses(HKEY root) {
 
 SYSKIND OwnSysKind() { return sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32; }
 
-// Entry points of oleaut32 that the mingw import library lacks, looked up at run time.
+// Per-user entry points of oleaut32 that the mingw headers lack, looked up at run time.
 template <class Function>
 Function OleAutomationEntry(const char* name) {
     HMODULE module = GetModuleHandleW(L"oleaut32.dll");
@@ -112,8 +112,12 @@ HRESULT RegisterServer() {
 HRESULT UnregisterServer() {
     RemoveClasses(HKEY_LOCAL_MACHINE);
     RemoveClasses(HKEY_CURRENT_USER);
-    UnregisterTypeLibrary("UnRegTypeLib");
-    UnregisterTypeLibrary("UnRegTypeLibForUser");
+    UnRegisterTypeLib(LIBID_Tessary_Geometry_Pro, 1, 0, LOCALE_NEUTRAL, OwnSysKind());
+    UnregisterTypeLibrary("UnRegisterTypeLibForUser");
+    // The library's own key, once no version of it is left (RegDeleteKey refuses a key with subkeys).
+    const std::wstring libraryKey = std::wstring(kClassesKey) + L"TypeLib\\" + GuidText(LIBID_Tessary_Geometry_Pro);
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, libraryKey.c_str());
+    RegDeleteKeyW(HKEY_CURRENT_USER, libraryKey.c_str());
     return S_OK;
 }
 

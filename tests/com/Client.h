@@ -16,14 +16,19 @@ namespace client {
 struct TestCase {
     const char* name;
     void (*run)();
+    bool last;  // changes the registration: runs after every other group
 };
 std::vector<TestCase>& Tests();
 struct Registrar {
-    Registrar(const char* name, void (*run)()) { Tests().push_back({name, run}); }
+    Registrar(const char* name, void (*run)(), bool last = false) { Tests().push_back({name, run, last}); }
 };
 #define CLIENT_TEST(Name)                                  \
     static void Name();                                    \
     static client::Registrar Name##_registrar(#Name, Name); \
+    static void Name()
+#define CLIENT_TEST_LAST(Name)                                   \
+    static void Name();                                          \
+    static client::Registrar Name##_registrar(#Name, Name, true); \
     static void Name()
 
 void Check(bool ok, const std::string& name, const std::string& detail = "");

@@ -155,9 +155,12 @@ std::wstring ServerPath() {
 
 int main() {
     CoInitialize(nullptr);
-    for (const auto& test : client::Tests()) {
-        client::g_current = test.name;
-        test.run();
+    for (bool last : {false, true}) {
+        for (const auto& test : client::Tests()) {
+            if (test.last != last) continue;
+            client::g_current = test.name;
+            test.run();
+        }
     }
     CoUninitialize();
     std::printf("END-OF-SCRIPT passed=%d failed=%d\n", client::g_passed, client::g_failed);

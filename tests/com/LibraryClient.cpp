@@ -200,3 +200,42 @@ CLIENT_TEST(LifetimeAndUnloading) {
           "unknown class refused");
     FreeLibrary(server);
 }
+
+namespace {
+
+bool KeyExists(HKEY root, const std::wstring& path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+}  // namespace
+
+CLIENT_TEST_LAST(UnregisterAndRegisterAgain) {
+    std::wstring path = ServerPath();
+    CLSID clsid{};
+    CLSIDFromProgID(L"Tessary_Geometry_Pro.Loop7", &clsid);
+    wchar_t guid[40] = {};
+    StringFromGUID2(clsid, guid, 40);
+    const std::wstring keys[] = {
+        L"Software\\Classes\\Tessary_Geometry_Pro.Loop7",
+        std::wstring(L"Software\\Classes\\CLSID\\") + guid,
+        L"Software\\Classes\\TypeLib\\{2C3EDC56-B68E-4F95-896F-5505F4C10000}",
+        L"Software\\Classes\\Interface\\{2C3EDC56-B68E-4F95-896F-5505F4C11040}",  // _Loop7
+    };
+    HMODULE server = LoadLibraryW(path.c_str());
+    using Entry = HRESULT(STDAPICALLTYPE*)();
+    auto unregister = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllUnregisterServer")));
+    auto reregister = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllRegisterServer")));
+    Check(unregister && reregister, "registration entry points");
+    if (!unregister || !reregister) return;
+    for (const auto& key : keys) Check(KeyExists(HKEY_LOCAL_MACHINE, key), "registered: " + Narrow(key));
+    Check(unregister() == S_OK, "DllUnregisterServer");
+    for (const auto& key : keys) {
+        Check(!KeyExists(HKEY_LOCAL_MACHINE, key) && !KeyExists(HKEY_CURRENT_USER, key), "removed: " + Narrow(key));
+    }
+    Check(reregister() == S_OK, "DllRegisterServer");
+    for (const auto& key : keys) Check(KeyExists(HKEY_LOCAL_MACHINE, key), "registered again: " + Narrow(key));
+    FreeLibrary(server);
+}
