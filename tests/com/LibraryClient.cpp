@@ -4,6 +4,7 @@
 #include <set>
 
 #include "Client.h"
+#include "Tessary_Geometry_Pro.h"
 
 using namespace client;
 
@@ -218,11 +219,15 @@ CLIENT_TEST_LAST(UnregisterAndRegisterAgain) {
     CLSIDFromProgID(L"Tessary_Geometry_Pro.Loop7", &clsid);
     wchar_t guid[40] = {};
     StringFromGUID2(clsid, guid, 40);
+    wchar_t library[40] = {};
+    StringFromGUID2(LIBID_Tessary_Geometry_Pro, library, 40);
+    wchar_t loopInterface[40] = {};
+    StringFromGUID2(IID__Loop7, loopInterface, 40);
     const std::wstring keys[] = {
         L"Software\\Classes\\Tessary_Geometry_Pro.Loop7",
         std::wstring(L"Software\\Classes\\CLSID\\") + guid,
-        L"Software\\Classes\\TypeLib\\{2C3EDC56-B68E-4F95-896F-5505F4C10000}",
-        L"Software\\Classes\\Interface\\{2C3EDC56-B68E-4F95-896F-5505F4C11040}",  // _Loop7
+        std::wstring(L"Software\\Classes\\TypeLib\\") + library,
+        std::wstring(L"Software\\Classes\\Interface\\") + loopInterface,
     };
     HMODULE server = LoadLibraryW(path.c_str());
     using Entry = HRESULT(STDAPICALLTYPE*)();
