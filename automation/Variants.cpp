@@ -359,7 +359,8 @@ void WritePointBack(VARIANT* target, const Point& point) {
             return;
         }
         if (V_VT(&slot) & VT_BYREF) {  // a typed array variable: give it a new array of its type
-            SAFEARRAY* fresh = NewDoubleArray(point, elementType == VT_VARIANT ? VT_VARIANT : VT_R8);
+            if (elementType != VT_R8 && elementType != VT_VARIANT) throw Error::TypeMismatch();
+            SAFEARRAY* fresh = NewDoubleArray(point, elementType);
             SafeArrayDestroy(*V_ARRAYREF(&slot));
             *V_ARRAYREF(&slot) = fresh;
             return;

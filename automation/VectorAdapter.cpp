@@ -22,9 +22,9 @@ void ScaleInto(const VARIANT& v, double r, VARIANT* result) {
     SafeArrayGetUBound(items, 1, &upper);
     SAFEARRAY* scaled = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(upper - lower + 1));
     if (!scaled) throw std::bad_alloc();
-    VariantInit(result);
-    V_VT(result) = VT_ARRAY | VT_VARIANT;
-    V_ARRAY(result) = scaled;
+    ScopedVariant built;  // handed to the caller only when complete
+    V_VT(&built.get()) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&built.get()) = scaled;
     for (LONG i = lower; i <= upper; ++i) {
         ScopedVariant item;
         ScopedVariant scaledItem;
@@ -33,6 +33,8 @@ void ScaleInto(const VARIANT& v, double r, VARIANT* result) {
         LONG target = i - lower;
         SafeArrayPutElement(scaled, &target, &scaledItem.get());
     }
+    *result = built.get();
+    V_VT(&built.get()) = VT_EMPTY;
 }
 
 const Point* OptionalPoint(const VARIANT& value, Point& storage) {
