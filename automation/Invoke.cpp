@@ -130,8 +130,6 @@ struct Shadow {
     VARIANT local;
 };
 
-}  // namespace
-
 // A failed member's error object, copied into EXCEPINFO for script hosts.
 HRESULT ExceptionFromErrorInfo(HRESULT hr, EXCEPINFO* exception) {
     if (!FAILED(hr) || HRESULT_FACILITY(hr) != FACILITY_CONTROL || !exception) return hr;
@@ -144,6 +142,8 @@ HRESULT ExceptionFromErrorInfo(HRESULT hr, EXCEPINFO* exception) {
     }
     return DISP_E_EXCEPTION;
 }
+
+}  // namespace
 
 HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
                            VARIANT* result, EXCEPINFO* exception, UINT* argError) {

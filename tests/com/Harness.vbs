@@ -34,6 +34,8 @@ Function Show(value)
         Show = "<" & TypeName(value) & ">"
     ElseIf IsArray(value) Then
         Show = "<array>"
+    ElseIf IsNull(value) Then
+        Show = "Null"
     Else
         Show = TypeName(value) & " " & CStr(value)
     End If
