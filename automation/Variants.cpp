@@ -86,6 +86,22 @@ SAFEARRAY* NewDoubleArray(const std::vector<double>& values, VARTYPE elementType
     return array;
 }
 
+// Visits the elements of a one-dimensional array in index order, whatever its lower bound.
+template <class Visit>
+void ForEachElement(const VARIANT& value, Visit&& visit) {
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(value, elementType);
+    LONG lower = 0;
+    LONG upper = -1;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    for (LONG i = lower; i <= upper; ++i) {
+        ScopedVariant element;
+        ReadElement(array, elementType, i, element);
+        visit(element.get());
+    }
+}
+
 }  // namespace
 
 const VARIANT& Deref(const VARIANT& value) {
@@ -149,18 +165,8 @@ IDispatch* ToObject(const VARIANT& value) {
 }
 
 Point ToPoint(const VARIANT& value) {
-    VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, elementType);
-    LONG lower = 0;
-    LONG upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
     Point point;
-    for (LONG i = lower; i <= upper; ++i) {
-        ScopedVariant element;
-        ReadElement(array, elementType, i, element);
-        point.push_back(ToDouble(element.get()));
-    }
+    ForEachElement(value, [&](const VARIANT& element) { point.push_back(ToDouble(element)); });
     return point;
 }
 
@@ -181,18 +187,8 @@ bool IsArrayOfArrays(const VARIANT& value) {
 }
 
 std::vector<Point> ToPoints(const VARIANT& value) {
-    VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, elementType);
-    LONG lower = 0;
-    LONG upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
     std::vector<Point> points;
-    for (LONG i = lower; i <= upper; ++i) {
-        ScopedVariant element;
-        ReadElement(array, elementType, i, element);
-        points.push_back(ToPoint(element.get()));
-    }
+    ForEachElement(value, [&](const VARIANT& element) { points.push_back(ToPoint(element)); });
     return points;
 }
 
