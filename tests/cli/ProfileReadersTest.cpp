@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <clocale>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -152,10 +153,16 @@ TEST(DxfProfiles, ReadPointDecimalsUnderACommaLocale) {
     const DxfFile file({LwPolyline("60", 1, {{0.5, 0.25}, {10.75, 0, -0.5}, {10, 5.5}})});
     const std::locale comma(std::locale::classic(), new DecimalComma);
     const std::locale previous = std::locale::global(comma);
+    // Switch the C library too where the machine has such a locale (scripts/setup makes one).
+    const bool cComma = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    if (cComma) {
+        EXPECT_STREQ(std::localeconv()->decimal_point, ",");
+    }
     const auto p = ReadDxfProfiles(file.path());
     const auto t = FromText("0.5 0.25\n10.75 0 -0.5\n");
     EXPECT_EQ(std::locale().name(), comma.name());
     std::locale::global(previous);
+    std::setlocale(LC_ALL, "C");
     ASSERT_EQ(p.size(), 1u);
     EXPECT_EQ(p[0].xy, (std::vector<double>{0.5, 0.25, 10.75, 0, 10, 5.5}));
     EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -0.5, 0}));

@@ -98,6 +98,9 @@ class DecimalCommaLocale : public ::testing::Test {
 };
 
 TEST_F(DecimalCommaLocale, NumbersStillUseAPoint) {
+    if (std::setlocale(LC_NUMERIC, nullptr) != std::string("C")) {
+        EXPECT_STREQ(std::localeconv()->decimal_point, ",");  // the C library really uses a comma
+    }
     EXPECT_EQ(FormatNumber(1234.5), "1234.5");
     EXPECT_EQ(FormatNumber(1234.5, 2), "1234.50");
     EXPECT_EQ(ReadNumber("2.5 cm"), 2.5);
