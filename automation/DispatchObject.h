@@ -50,6 +50,16 @@ public:
         return hr;
     }
 
+    // The automation object of a core object as the class's own interface; a null core object
+    // gives Nothing.
+    template <class Derived>
+    static HRESULT WrapOrNothing(std::shared_ptr<Native> native, Itf** result) noexcept {
+        if (!result) return E_POINTER;
+        *result = nullptr;
+        if (!native) return S_OK;
+        return CreateInstance<Derived>(std::move(native), __uuidof(Itf), reinterpret_cast<void**>(result));
+    }
+
     // IUnknown
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         if (!result) return E_POINTER;

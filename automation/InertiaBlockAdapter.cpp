@@ -137,11 +137,7 @@ public:
 }  // namespace
 
 HRESULT Wrap(std::shared_ptr<tgp::InertiaBlock> native, ::_InertiaBlock** result) noexcept {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    if (!native) return S_OK;
-    return InertiaBlockAdapter::CreateInstance<InertiaBlockAdapter>(std::move(native), __uuidof(::_InertiaBlock),
-                                                                    reinterpret_cast<void**>(result));
+    return InertiaBlockAdapter::WrapOrNothing<InertiaBlockAdapter>(std::move(native), result);
 }
 
 HRESULT CreateInertiaBlock(REFIID iid, void** result) {

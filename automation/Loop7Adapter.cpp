@@ -188,10 +188,7 @@ public:
 }  // namespace
 
 HRESULT Wrap(std::shared_ptr<tgp::Loop7> native, ::_Loop7** result) noexcept {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    if (!native) return S_OK;
-    return Loop7Adapter::CreateInstance<Loop7Adapter>(std::move(native), __uuidof(::_Loop7), reinterpret_cast<void**>(result));
+    return Loop7Adapter::WrapOrNothing<Loop7Adapter>(std::move(native), result);
 }
 
 HRESULT CreateLoop7(REFIID iid, void** result) {

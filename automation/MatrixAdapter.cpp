@@ -151,10 +151,7 @@ private:
 }  // namespace
 
 HRESULT Wrap(std::shared_ptr<tgp::Matrix> native, ::_Matrix** result) noexcept {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    if (!native) return S_OK;
-    return MatrixAdapter::CreateInstance<MatrixAdapter>(std::move(native), __uuidof(::_Matrix), reinterpret_cast<void**>(result));
+    return MatrixAdapter::WrapOrNothing<MatrixAdapter>(std::move(native), result);
 }
 
 HRESULT CreateMatrix(REFIID iid, void** result) {

@@ -104,10 +104,7 @@ private:
 }  // namespace
 
 HRESULT Wrap(std::shared_ptr<tgp::UCS> native, ::_UCS** result) noexcept {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    if (!native) return S_OK;
-    return UcsAdapter::CreateInstance<UcsAdapter>(std::move(native), __uuidof(::_UCS), reinterpret_cast<void**>(result));
+    return UcsAdapter::WrapOrNothing<UcsAdapter>(std::move(native), result);
 }
 
 HRESULT CreateUCS(REFIID iid, void** result) {
