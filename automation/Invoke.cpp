@@ -130,8 +130,10 @@ struct Shadow {
     VARIANT local;
 };
 
-// A failed member's error object, copied into EXCEPINFO for script hosts.
-HRESULT ExceptionFromErrorInfo(HRESULT hr, EXCEPINFO* exception) {
+// DispInvoke's result as the caller sees it: an object of another class where one is typed is a
+// type mismatch, and a failed member's error object is copied into EXCEPINFO for script hosts.
+HRESULT CallerResult(HRESULT hr, EXCEPINFO* exception) {
+    if (hr == E_NOINTERFACE) return DISP_E_TYPEMISMATCH;
     if (!FAILED(hr) || HRESULT_FACILITY(hr) != FACILITY_CONTROL || !exception) return hr;
     IErrorInfo* error = nullptr;
     *exception = EXCEPINFO{};
@@ -148,9 +150,7 @@ HRESULT ExceptionFromErrorInfo(HRESULT hr, EXCEPINFO* exception) {
 HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
                            VARIANT* result, EXCEPINFO* exception, UINT* argError) {
     if (!SpecialMembers::Contains(info, member)) {
-        HRESULT hr = DispInvoke(self, info, member, flags, params, result, exception, argError);
-        if (hr == E_NOINTERFACE) hr = DISP_E_TYPEMISMATCH;  // an object of another class where one is typed
-        return ExceptionFromErrorInfo(hr, exception);
+        return CallerResult(DispInvoke(self, info, member, flags, params, result, exception, argError), exception);
     }
     FunctionDescription desc(info, member, flags);
     std::vector<VARIANTARG> arguments;
@@ -185,7 +185,6 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
     }
 
     HRESULT hr = DispInvoke(self, info, member, flags, params ? &adjusted : nullptr, result, exception, argError);
-    if (hr == E_NOINTERFACE) hr = DISP_E_TYPEMISMATCH;  // an object of another class where one is typed
     if (packed) SafeArrayDestroy(packedSlot);
 
     for (Shadow& shadow : shadows) {
@@ -200,7 +199,7 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
         VariantClear(&shadow.local);
     }
 
-    return ExceptionFromErrorInfo(hr, exception);
+    return CallerResult(hr, exception);
 }
 
 }  // namespace tgp::automation
