@@ -139,16 +139,16 @@ ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr
     }
     auto loop = Loop7::Create();
     loop->InitFromCoordinates(profile.xy, profile.bulges);
-    std::vector<Point> crossings;
-    if (loop->IsSelfIntersect(&crossings)) {
-        outcome.error = "cuts itself" + PointText(crossings);
-        return outcome;
-    }
+    // The properties check the loop for crossings themselves (error 5); only a loop that fails
+    // that check is swept a second time, to name where it cuts itself.
     try {
         if (loop->Area() < 0) loop->Reverse();
         outcome.values = ValuesOf(*loop->InertiaBlock(), units);
     } catch (const Error& e) {
-        outcome.error = e.number() == 5 ? e.description() : "encloses no area";
+        std::vector<Point> crossings;
+        if (e.number() != 5) outcome.error = "encloses no area";
+        else if (loop->IsSelfIntersect(&crossings)) outcome.error = "cuts itself" + PointText(crossings);
+        else outcome.error = e.description();
     }
     return outcome;
 }
