@@ -93,11 +93,13 @@ std::vector<double> Loop7::Coordinates() const {
     return xy;
 }
 
-Point Loop7::MiddlePoint() const {
+PlanePoint Loop7::MeanVertex() const {
     PlanePoint sum{0, 0, 0};
     for (const LoopDLine& segment : segments_) sum = Plus(sum, segment.StartPoint());
-    return ToPoint(Scaled(sum, RuntimeDivide(1, static_cast<double>(segments_.size()))));
+    return Scaled(sum, RuntimeDivide(1, static_cast<double>(segments_.size())));
 }
+
+Point Loop7::MiddlePoint() const { return ToPoint(MeanVertex()); }
 
 std::vector<double> Loop7::Bulges() const {
     std::vector<double> bulges;
@@ -111,12 +113,8 @@ std::vector<double> Loop7::Bulges() const {
 void Loop7::ComputeInertia() {
     if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     double perimeter = 0;
-    PlanePoint vertexSum{0, 0, 0};
-    for (const LoopDLine& segment : segments_) {
-        perimeter += segment.Length();
-        vertexSum = Plus(vertexSum, segment.StartPoint());
-    }
-    const PlanePoint O = Scaled(vertexSum, RuntimeDivide(1, static_cast<double>(segments_.size())));
+    for (const LoopDLine& segment : segments_) perimeter += segment.Length();
+    const PlanePoint O = MeanVertex();
     SegmentIntegrals sum;
     for (const LoopDLine& segment : segments_) sum += segment.IntegralsAbout(O);
     const double A = sum.Area;

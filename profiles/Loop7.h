@@ -103,6 +103,8 @@ public:
     std::shared_ptr<Loop7> Copy() const;
 
 private:
+    // The mean of the segments' start points (error 11 for an empty loop).
+    PlanePoint MeanVertex() const;
     void ComputeInertia();
     void Changed() { block_.reset(); }
 
