@@ -98,14 +98,14 @@ public:
         return Server::TypeInfoOf(__uuidof(Itf), info);
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-        ITypeInfo* info = InterfaceInfo();
+        ITypeInfo* info = Interface().info();
         return info ? DispGetIDsOfNames(info, names, count, ids) : TYPE_E_CANTLOADLIBRARY;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO* exception, UINT* argError) override {
-        ITypeInfo* info = InterfaceInfo();
-        if (!info) return TYPE_E_CANTLOADLIBRARY;
-        return InvokeFromTypeInfo(static_cast<Itf*>(this), info, member, flags, params, result, exception, argError);
+        const TypeInfoInvoker& invoker = Interface();
+        if (!invoker.info()) return TYPE_E_CANTLOADLIBRARY;
+        return invoker.Invoke(static_cast<Itf*>(this), member, flags, params, result, exception, argError);
     }
 
     // ISupportErrorInfo
@@ -137,14 +137,14 @@ protected:
     virtual void* QueryExtra(REFIID) { return nullptr; }
 
 private:
-    // The interface's type information, loaded once per class.
-    static ITypeInfo* InterfaceInfo() {
-        static ITypeInfo* info = [] {
+    // The interface's type information and invoker, made once per class.
+    static const TypeInfoInvoker& Interface() {
+        static const TypeInfoInvoker invoker([] {
             ITypeInfo* loaded = nullptr;
             Server::TypeInfoOf(__uuidof(Itf), &loaded);
             return loaded;
-        }();
-        return info;
+        }());
+        return invoker;
     }
 
     std::atomic<long> references_{0};

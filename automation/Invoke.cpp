@@ -1,7 +1,5 @@
 #include "Invoke.h"
 
-#include <map>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -89,40 +87,14 @@ SAFEARRAY* PackParameterArray(const FUNCDESC& desc, const DISPPARAMS& params, st
     return array;
 }
 
-// The members of an interface that need more than DispInvoke: those with a parameter array or a
-// by-reference parameter of a fixed type. Found once per interface, so that every other call goes
-// straight to DispInvoke.
-class SpecialMembers {
-public:
-    static bool Contains(ITypeInfo* info, DISPID member) {
-        AcquireSRWLockExclusive(&lock_);
-        auto found = cache_.find(info);
-        if (found == cache_.end()) found = cache_.emplace(info, Scan(info)).first;
-        bool special = found->second.count(member) != 0;
-        ReleaseSRWLockExclusive(&lock_);
-        return special;
-    }
-
-private:
-    static std::set<DISPID> Scan(ITypeInfo* info) {
-        std::set<DISPID> special;
-        TYPEATTR* attributes = nullptr;
-        if (FAILED(info->GetTypeAttr(&attributes))) return special;
-        for (UINT i = 0; i < attributes->cFuncs; ++i) {
-            FUNCDESC* desc = nullptr;
-            if (FAILED(info->GetFuncDesc(i, &desc))) continue;
-            bool needed = desc->cParamsOpt == -1;
-            for (SHORT p = 0; p < desc->cParams && !needed; ++p) needed = ByReferenceType(desc->lprgelemdescParam[p]) != VT_EMPTY;
-            if (needed) special.insert(desc->memid);
-            info->ReleaseFuncDesc(desc);
-        }
-        info->ReleaseTypeAttr(attributes);
-        return special;
-    }
-
-    static inline SRWLOCK lock_ = SRWLOCK_INIT;
-    static inline std::map<ITypeInfo*, std::set<DISPID>> cache_;
-};
+// Whether a member needs more than DispInvoke: a parameter array or a by-reference parameter of a
+// fixed type.
+bool NeedsMoreThanDispInvoke(const FUNCDESC& desc) {
+    if (desc.cParamsOpt == -1) return true;
+    for (SHORT p = 0; p < desc.cParams; ++p)
+        if (ByReferenceType(desc.lprgelemdescParam[p]) != VT_EMPTY) return true;
+    return false;
+}
 
 // One shadowed argument: the local the member works on and the caller's VARIANT it came from.
 struct Shadow {
@@ -147,12 +119,24 @@ HRESULT CallerResult(HRESULT hr, EXCEPINFO* exception) {
 
 }  // namespace
 
-HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
-                           VARIANT* result, EXCEPINFO* exception, UINT* argError) {
-    if (!SpecialMembers::Contains(info, member)) {
-        return CallerResult(DispInvoke(self, info, member, flags, params, result, exception, argError), exception);
+TypeInfoInvoker::TypeInfoInvoker(ITypeInfo* info) : info_(info) {
+    TYPEATTR* attributes = nullptr;
+    if (!info || FAILED(info->GetTypeAttr(&attributes))) return;
+    for (UINT i = 0; i < attributes->cFuncs; ++i) {
+        FUNCDESC* desc = nullptr;
+        if (FAILED(info->GetFuncDesc(i, &desc))) continue;
+        if (NeedsMoreThanDispInvoke(*desc)) special_.insert(desc->memid);
+        info->ReleaseFuncDesc(desc);
     }
-    FunctionDescription desc(info, member, flags);
+    info->ReleaseTypeAttr(attributes);
+}
+
+HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
+                                EXCEPINFO* exception, UINT* argError) const {
+    if (!special_.count(member)) {
+        return CallerResult(DispInvoke(self, info_, member, flags, params, result, exception, argError), exception);
+    }
+    FunctionDescription desc(info_, member, flags);
     std::vector<VARIANTARG> arguments;
     std::vector<Shadow> shadows;
     DISPPARAMS adjusted = params ? *params : DISPPARAMS{};
@@ -184,7 +168,7 @@ HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD
         adjusted.rgvarg = arguments.data();
     }
 
-    HRESULT hr = DispInvoke(self, info, member, flags, params ? &adjusted : nullptr, result, exception, argError);
+    HRESULT hr = DispInvoke(self, info_, member, flags, params ? &adjusted : nullptr, result, exception, argError);
     if (packed) SafeArrayDestroy(packedSlot);
 
     for (Shadow& shadow : shadows) {

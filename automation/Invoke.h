@@ -1,17 +1,35 @@
 #pragma once
 
+#include <set>
+
 #include "OleBase.h"
 
 namespace tgp::automation {
 
-// IDispatch::Invoke served from the type library (DispInvoke), with two additions:
+// IDispatch::Invoke served from the type library (DispInvoke) of one interface, with two additions:
 //  - by-reference parameters of a fixed type (Double, Integer, Boolean, ...) also accept script
 //    variables (VT_BYREF|VT_VARIANT) and plain values: the argument is converted into a local of the
 //    declared type, the member runs on it and the result is written back into the caller's
 //    variable in the caller's own type;
 //  - a failed member's error object is copied into EXCEPINFO (DISP_E_EXCEPTION), which is where
 //    script hosts read Err.Number and Err.Description.
-HRESULT InvokeFromTypeInfo(IDispatch* self, ITypeInfo* info, DISPID member, WORD flags, DISPPARAMS* params,
-                           VARIANT* result, EXCEPINFO* exception, UINT* argError);
+// The members that need more than DispInvoke (a parameter array or a by-reference parameter of a
+// fixed type) are found once, when the interface's invoker is made, so that every other call goes
+// straight to DispInvoke.
+class TypeInfoInvoker {
+public:
+    // Keeps info (which may be nullptr: the type library could not be loaded) for the process.
+    explicit TypeInfoInvoker(ITypeInfo* info);
+    TypeInfoInvoker(const TypeInfoInvoker&) = delete;
+    TypeInfoInvoker& operator=(const TypeInfoInvoker&) = delete;
+
+    ITypeInfo* info() const { return info_; }
+    HRESULT Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
+                   EXCEPINFO* exception, UINT* argError) const;
+
+private:
+    ITypeInfo* info_;
+    std::set<DISPID> special_;
+};
 
 }  // namespace tgp::automation
