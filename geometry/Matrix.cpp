@@ -410,16 +410,20 @@ void Matrix::BuildInverse() {
     cachedInverse_->Array2D(inverse);
 }
 
+const Matrix& Matrix::CachedInverse() {
+    // A failure while building (a matrix narrower than tall) leaves the cached inverse without
+    // elements, as for a singular matrix.
+    try {
+        if (!cachedInverse_) BuildInverse();
+    } catch (const Error&) {
+    }
+    return *cachedInverse_;
+}
+
 std::shared_ptr<Matrix> Matrix::Inverse(double* ElapsedTime) {
     const double start = Timer();
     auto result = std::make_shared<Matrix>();
-    // A failure while building (a matrix narrower than tall) leaves the cached inverse, and with it the
-    // result, without elements.
-    try {
-        if (!cachedInverse_) BuildInverse();
-        result->Array2D(cachedInverse_->Array2D());
-    } catch (const Error&) {
-    }
+    result->Array2D(CachedInverse().Array2D());
     StoreElapsed(ElapsedTime, start);
     return result;
 }
@@ -438,12 +442,9 @@ std::optional<std::vector<double>> Matrix::SolveWithGaussMethod(const std::vecto
 
 std::optional<std::vector<double>> Matrix::Solve(const std::vector<double>& YVector, double* ElapsedTime) {
     const double start = Timer();
-    try {
-        if (!cachedInverse_) BuildInverse();
-    } catch (const Error&) {
-    }
+    const Matrix& inverse = CachedInverse();
     std::optional<std::vector<double>> x;
-    if (cachedInverse_->ColumnCount() != 0) x = cachedInverse_->MultiplyWithVector(YVector);
+    if (inverse.ColumnCount() != 0) x = inverse.MultiplyWithVector(YVector);
     StoreElapsed(ElapsedTime, start);
     return x;
 }

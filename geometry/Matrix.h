@@ -104,6 +104,8 @@ private:
     bool Contains(int i, int j) const { return i >= 0 && i < rowCount_ && j >= 0 && j < columnCount_; }
     void ClearCaches();
     void BuildInverse();
+    // The cached inverse, built on first use; without elements when there is none.
+    const Matrix& CachedInverse();
 
     int16_t rowCount_ = 0;
     int16_t columnCount_ = 0;
