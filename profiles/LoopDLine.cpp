@@ -235,9 +235,7 @@ PlanePoint LoopDLine::ArcPoint(double angle) const {
 void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint, double& TAngle) const {
     if (!IsArc()) {
         const PlanePoint d = VectorAB();
-        const double l2 = Dot2(d, d);
-        const double t = l2 == 0 ? 0.0 : std::clamp(Dot2(Minus(Point, start_), d) / l2, 0.0, 1.0);
-        HPoint = Plus(start_, Scaled(d, t));
+        HPoint = Plus(start_, Scaled(d, ChordParameter(Point)));
         Distance = Distance2(Point, HPoint);
         TAngle = PolarAngle(d);
         return;
@@ -425,12 +423,14 @@ void LoopDLine::Transformation(const PlanePoint& Displacement, double Rotation, 
     Init(transform(start_), transform(end_), mirrored ? -bulge_ : bulge_);
 }
 
+double LoopDLine::ChordParameter(const PlanePoint& Point) const {
+    const PlanePoint d = VectorAB();
+    const double l2 = Dot2(d, d);
+    return l2 == 0 ? 0.0 : std::clamp(Dot2(Minus(Point, start_), d) / l2, 0.0, 1.0);
+}
+
 double LoopDLine::ParameterOf(const PlanePoint& pointOnSegment) const {
-    if (!IsArc()) {
-        const PlanePoint d = VectorAB();
-        const double l2 = Dot2(d, d);
-        return l2 == 0 ? 0.0 : std::clamp(Dot2(Minus(pointOnSegment, start_), d) / l2, 0.0, 1.0);
-    }
+    if (!IsArc()) return ChordParameter(pointOnSegment);
     const double sweep = std::fabs(alfa_);
     const double direction = alfa_ > 0 ? 1.0 : -1.0;
     const double rel = NormalisedTurn((PolarAngle(Minus(pointOnSegment, center_)) - startAngle_) * direction);

@@ -139,6 +139,8 @@ private:
     // The part of the segment from parameter t0 to t1 (0 = start, 1 = end; arcs by angle).
     LoopDLine Piece(double t0, double t1) const;
     double ParameterOf(const PlanePoint& pointOnSegment) const;
+    // The parameter (0 = start, 1 = end) of the point of the chord nearest to Point.
+    double ChordParameter(const PlanePoint& Point) const;
 
     PlanePoint start_{};
     PlanePoint end_{};
