@@ -50,39 +50,54 @@ private:
     IDispatch* object_;
 };
 
-// Element i (counted from the lower bound) of a one-dimensional array as a VARIANT.
-void ReadElement(SAFEARRAY* array, VARTYPE elementType, LONG index, ScopedVariant& into) {
-    if (elementType == VT_VARIANT) {
-        if (FAILED(SafeArrayGetElement(array, &index, &into.get()))) throw Error::SubscriptOutOfRange();
-        return;
-    }
+// The element at indices (counted from the lower bounds, leftmost index first) as a VARIANT.
+void ReadElement(SAFEARRAY* array, VARTYPE elementType, LONG* indices, ScopedVariant& into) {
     VARIANT& element = into.get();
-    if (FAILED(SafeArrayGetElement(array, &index, &V_UI1(&element)))) throw Error::SubscriptOutOfRange();
-    V_VT(&element) = elementType;
+    void* slot = elementType == VT_VARIANT ? static_cast<void*>(&element) : static_cast<void*>(&V_UI1(&element));
+    if (FAILED(SafeArrayGetElement(array, indices, slot))) throw Error::SubscriptOutOfRange();
+    if (elementType != VT_VARIANT) V_VT(&element) = elementType;
 }
 
-SAFEARRAY* ArrayOf(const VARIANT& value, VARTYPE& elementType) {
+// Stores a number at indices of an array of Double or of Variants.
+void PutDouble(SAFEARRAY* array, VARTYPE elementType, LONG* indices, double value) {
+    VARIANT element;
+    V_VT(&element) = VT_R8;
+    V_R8(&element) = value;
+    SafeArrayPutElement(array, indices,
+                        elementType == VT_R8 ? static_cast<void*>(&V_R8(&element)) : static_cast<void*>(&element));
+}
+
+// The array a (possibly by-reference) Variant holds, with the given number of dimensions; 13 for
+// anything else.
+SAFEARRAY* ArrayOf(const VARIANT& value, UINT dimensions, VARTYPE& elementType) {
     const VARIANT& v = Deref(value);
     if (!(V_VT(&v) & VT_ARRAY)) throw Error::TypeMismatch();
     SAFEARRAY* array = (V_VT(&v) & VT_BYREF) ? *V_ARRAYREF(&v) : V_ARRAY(&v);
-    if (!array || SafeArrayGetDim(array) != 1) throw Error::TypeMismatch();
+    if (!array || SafeArrayGetDim(array) != dimensions) throw Error::TypeMismatch();
     elementType = V_VT(&v) & VT_TYPEMASK;
     return array;
+}
+
+// The index range of one dimension of an array (dimensions counted from 1, leftmost first); empty
+// when upper < lower.
+struct Bounds {
+    LONG lower = 0;
+    LONG upper = -1;
+    LONG count() const { return upper - lower + 1; }
+};
+
+Bounds BoundsOf(SAFEARRAY* array, UINT dimension) {
+    Bounds bounds;
+    SafeArrayGetLBound(array, dimension, &bounds.lower);
+    SafeArrayGetUBound(array, dimension, &bounds.upper);
+    return bounds;
 }
 
 SAFEARRAY* NewDoubleArray(const std::vector<double>& values, VARTYPE elementType) {
     SAFEARRAY* array = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(values.size()));
     if (!array) throw std::bad_alloc();
-    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
-        if (elementType == VT_R8) {
-            SafeArrayPutElement(array, &i, const_cast<double*>(&values[static_cast<std::size_t>(i)]));
-        } else {
-            VARIANT element;
-            V_VT(&element) = VT_R8;
-            V_R8(&element) = values[static_cast<std::size_t>(i)];
-            SafeArrayPutElement(array, &i, &element);
-        }
-    }
+    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i)
+        PutDouble(array, elementType, &i, values[static_cast<std::size_t>(i)]);
     return array;
 }
 
@@ -90,14 +105,11 @@ SAFEARRAY* NewDoubleArray(const std::vector<double>& values, VARTYPE elementType
 template <class Visit>
 void ForEachElement(const VARIANT& value, Visit&& visit) {
     VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, elementType);
-    LONG lower = 0;
-    LONG upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    for (LONG i = lower; i <= upper; ++i) {
+    SAFEARRAY* array = ArrayOf(value, 1, elementType);
+    Bounds bounds = BoundsOf(array, 1);
+    for (LONG i = bounds.lower; i <= bounds.upper; ++i) {
         ScopedVariant element;
-        ReadElement(array, elementType, i, element);
+        ReadElement(array, elementType, &i, element);
         visit(element.get());
     }
 }
@@ -174,15 +186,12 @@ bool IsArrayOfArrays(const VARIANT& value) {
     VARTYPE elementType = VT_EMPTY;
     const VARIANT& v = Deref(value);
     if (!(V_VT(&v) & VT_ARRAY)) return false;
-    SAFEARRAY* array = ArrayOf(v, elementType);
+    SAFEARRAY* array = ArrayOf(v, 1, elementType);
     if (elementType != VT_VARIANT) return false;
-    LONG lower = 0;
-    LONG upper = -1;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    if (upper < lower) return false;
+    Bounds bounds = BoundsOf(array, 1);
+    if (bounds.count() <= 0) return false;
     ScopedVariant first;
-    ReadElement(array, elementType, lower, first);
+    ReadElement(array, elementType, &bounds.lower, first);
     return (V_VT(&Deref(first.get())) & VT_ARRAY) != 0;
 }
 
@@ -193,29 +202,20 @@ std::vector<Point> ToPoints(const VARIANT& value) {
 }
 
 Array2DData ToArray2D(const VARIANT& value) {
-    const VARIANT& v = Deref(value);
-    if (!(V_VT(&v) & VT_ARRAY)) throw Error::TypeMismatch();
-    SAFEARRAY* array = (V_VT(&v) & VT_BYREF) ? *V_ARRAYREF(&v) : V_ARRAY(&v);
-    if (!array || SafeArrayGetDim(array) != 2) throw Error::TypeMismatch();
-    VARTYPE elementType = V_VT(&v) & VT_TYPEMASK;
-    LONG rowLower = 0, rowUpper = -1, colLower = 0, colUpper = -1;
-    SafeArrayGetLBound(array, 1, &rowLower);
-    SafeArrayGetUBound(array, 1, &rowUpper);
-    SafeArrayGetLBound(array, 2, &colLower);
-    SafeArrayGetUBound(array, 2, &colUpper);
-    long rows = rowUpper - rowLower + 1;
-    long cols = colUpper - colLower + 1;
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(value, 2, elementType);
+    Bounds rowBounds = BoundsOf(array, 1);
+    Bounds colBounds = BoundsOf(array, 2);
+    long rows = rowBounds.count();
+    long cols = colBounds.count();
     if (rows > 32767 || cols > 32767) throw Error::Overflow();
     Array2DData result(static_cast<int>(rows), static_cast<int>(cols));
     for (LONG i = 0; i < rows; ++i) {
         for (LONG j = 0; j < cols; ++j) {
-            LONG indices[2] = {rowLower + i, colLower + j};  // leftmost (row) index first
+            LONG indices[2] = {rowBounds.lower + i, colBounds.lower + j};  // leftmost (row) index first
             ScopedVariant element;
-            VARIANT& e = element.get();
-            void* slot = elementType == VT_VARIANT ? static_cast<void*>(&e) : static_cast<void*>(&V_UI1(&e));
-            if (FAILED(SafeArrayGetElement(array, indices, slot))) throw Error::SubscriptOutOfRange();
-            if (elementType != VT_VARIANT) V_VT(&e) = elementType;
-            result(static_cast<int>(i), static_cast<int>(j)) = ToDouble(e);
+            ReadElement(array, elementType, indices, element);
+            result(static_cast<int>(i), static_cast<int>(j)) = ToDouble(element.get());
         }
     }
     return result;
@@ -337,20 +337,12 @@ void WritePointBack(VARIANT* target, const Point& point) {
     VARIANT& slot = Deref(*target);
     if (V_VT(&slot) & VT_ARRAY) {
         VARTYPE elementType = VT_EMPTY;
-        SAFEARRAY* array = ArrayOf(slot, elementType);
-        LONG lower = 0;
-        LONG upper = -1;
-        SafeArrayGetLBound(array, 1, &lower);
-        SafeArrayGetUBound(array, 1, &upper);
-        if (upper - lower + 1 == static_cast<LONG>(point.size()) &&
-            (elementType == VT_R8 || elementType == VT_VARIANT)) {
+        SAFEARRAY* array = ArrayOf(slot, 1, elementType);
+        Bounds bounds = BoundsOf(array, 1);
+        if (bounds.count() == static_cast<LONG>(point.size()) && (elementType == VT_R8 || elementType == VT_VARIANT)) {
             for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i) {
-                LONG index = lower + i;
-                VARIANT element;
-                V_VT(&element) = VT_R8;
-                V_R8(&element) = point[static_cast<std::size_t>(i)];
-                SafeArrayPutElement(array, &index, elementType == VT_R8 ? static_cast<void*>(&V_R8(&element))
-                                                                        : static_cast<void*>(&element));
+                LONG index = bounds.lower + i;
+                PutDouble(array, elementType, &index, point[static_cast<std::size_t>(i)]);
             }
             return;
         }
