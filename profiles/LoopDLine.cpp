@@ -304,13 +304,17 @@ bool LoopDLine::ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Poin
         Append(Points, line.StartPoint());
         return true;
     }
-    const PlanePoint e = Scaled(line.VectorAB(), 1 / l);
+    return ArcMeetsLine(line.StartPoint(), Scaled(line.VectorAB(), 1 / l), 0, l, Points);
+}
+
+bool LoopDLine::ArcMeetsLine(const PlanePoint& A, const PlanePoint& e, double first, double last,
+                             std::vector<PlanePoint>* Points) const {
     double tau[2];
-    const int n = LineCircle(line.StartPoint(), e, center_, radius_, tau);
+    const int n = LineCircle(A, e, center_, radius_, tau);
     bool found = false;
     for (int i = 0; i < n; ++i) {
-        if (tau[i] < -kTol || tau[i] > l + kTol) continue;
-        const PlanePoint x = Plus(line.StartPoint(), Scaled(e, std::clamp(tau[i], 0.0, l)));
+        if (tau[i] < first - kTol || tau[i] > last + kTol) continue;
+        const PlanePoint x = Plus(A, Scaled(e, std::clamp(tau[i], first, last)));
         if (!AngleIsOnArc(PolarAngle(Minus(x, center_)), kTol / radius_)) continue;
         Append(Points, x);
         found = true;
@@ -369,16 +373,7 @@ bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoi
         Append(Points, Plus(start_, Scaled(VectorAB(), t)));
         return true;
     }
-    double tau[2];
-    const int n = LineCircle(P1, e, center_, radius_, tau);
-    bool found = false;
-    for (int i = 0; i < n; ++i) {
-        const PlanePoint x = Plus(P1, Scaled(e, tau[i]));
-        if (!AngleIsOnArc(PolarAngle(Minus(x, center_)), kTol / radius_)) continue;
-        Append(Points, x);
-        found = true;
-    }
-    return found;
+    return ArcMeetsLine(P1, e, -HUGE_VAL, HUGE_VAL, Points);
 }
 
 void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint, PlanePoint& BottomPoint) const {

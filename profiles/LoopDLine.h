@@ -132,6 +132,10 @@ private:
     SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
     SegmentIntegrals ArcIntegrals(double cx, double cy) const;
     bool ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Points) const;
+    // Points of the arc on the line A + τ·e (e a unit vector) with τ within kOnLineTolerance of
+    // [first, last], τ clamped to that range.
+    bool ArcMeetsLine(const PlanePoint& A, const PlanePoint& e, double first, double last,
+                      std::vector<PlanePoint>* Points) const;
     bool ArcWithArc(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
     bool SameCircleOverlap(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
     bool AngleIsOnArc(double angle, double angleTolerance) const;
