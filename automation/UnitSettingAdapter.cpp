@@ -55,12 +55,7 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE CopyTo(::_UnitSetting* exUS) override {
-        return Run([&] {
-            if (!exUS) throw Error::ObjectRequired();
-            auto target = NativeOf<tgp::UnitSetting>(exUS);
-            if (!target) throw Error::TypeMismatch();
-            native().CopyTo(*target);
-        });
+        return Run([&] { native().CopyTo(*RequiredNative<tgp::UnitSetting>(exUS)); });
     }
     HRESULT STDMETHODCALLTYPE get_UnitID(::DimensionObjectType DimensionType, short* result) override {
         return Run([&] { Out(result) = native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType)); });
