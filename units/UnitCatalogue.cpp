@@ -191,11 +191,19 @@ const std::array<KindEntry, kKindCount>& Catalogue() {
     return catalogue;
 }
 
+// The kind's rule for the id, or null when the id is not a unit of the kind.
+const UnitRule* FindRule(const KindEntry& entry, int id) {
+    if (id < 0 || id >= kUnitIdCount) return nullptr;
+    const UnitRule& rule = entry.rules[static_cast<std::size_t>(id)];
+    return rule.valid ? &rule : nullptr;
+}
+
 const UnitRule& RuleOf(const KindEntry& entry, DimensionObjectType kind, int id) {
-    if (id < 0 || id >= kUnitIdCount || !entry.rules[static_cast<std::size_t>(id)].valid)
+    const UnitRule* rule = FindRule(entry, id);
+    if (!rule)
         throw Error(Error::kInvalidUnit,
                     std::to_string(id) + " is an invalid UnitID for " + std::string(KindName(kind)));
-    return entry.rules[static_cast<std::size_t>(id)];
+    return *rule;
 }
 
 const KindEntry& EntryOf(DimensionObjectType kind) {
@@ -231,8 +239,7 @@ std::string_view KindName(DimensionObjectType kind) {
 }
 
 bool IsValidUnit(DimensionObjectType kind, int id) {
-    return IsKnownKind(kind) && id >= 0 && id < kUnitIdCount &&
-           Catalogue()[static_cast<std::size_t>(kind)].rules[static_cast<std::size_t>(id)].valid;
+    return IsKnownKind(kind) && FindRule(EntryOf(kind), id) != nullptr;
 }
 
 std::vector<int16_t> ValidUnitIds(DimensionObjectType kind) {
