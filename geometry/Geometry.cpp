@@ -163,8 +163,7 @@ double Geometry::Volume_4Points(const Point& A, const Point& b, const Point& C, 
     const double area = Area_3Points(b, C, D);
     if (area == 0) return 0;
     double distance = 0;
-    std::string desc;
-    Analyse_Point_Plane(A, b, C, D, distance, nullptr, &desc);
+    Analyse_Point_Plane(A, b, C, D, distance);
     return distance * area / 3;
 }
 
