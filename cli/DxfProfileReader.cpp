@@ -77,8 +77,10 @@ private:
     // A polyline is complete when the next entity starts or its vertex sequence ends.
     void Flush() {
         if (!pending_) return;
-        if (mesh_) pending_->name += " (a mesh, not a profile)";
-        if (mesh_) pending_->closed = false;
+        if (mesh_) {
+            pending_->name += " (a mesh, not a profile)";
+            pending_->closed = false;
+        }
         if (!pending_->closed && pending_->VertexCount() > 2) {
             const auto& xy = pending_->xy;
             pending_->closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];

@@ -46,8 +46,9 @@ public:
 
     void Line(std::string_view raw) {
         ++lineNumber_;
-        std::string_view line = Trimmed(raw.substr(0, raw.find('#')));
-        const bool comment = raw.find('#') != std::string_view::npos;
+        const std::size_t hash = raw.find('#');
+        const std::string_view line = Trimmed(raw.substr(0, hash));
+        const bool comment = hash != std::string_view::npos;
         if (line.empty()) {
             if (!comment) Finish();  // a blank line ends a profile; a comment line does not
             return;
