@@ -52,10 +52,7 @@ std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
     return copy;
 }
 
-void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy) {
-    if (!ocs_) ocs_ = UCS::Create();
-    ocs_->SetUCS(origin, ux, uy);
-}
+void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy) { OCS()->SetUCS(origin, ux, uy); }
 
 std::shared_ptr<UCS> InertiaBlock::OCS() {
     if (!ocs_) ocs_ = UCS::Create();
