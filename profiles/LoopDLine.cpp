@@ -6,6 +6,7 @@
 #include "core/Constants.h"
 #include "core/Equality.h"
 #include "core/Error.h"
+#include "profiles/CircularSegment.h"
 
 namespace tgp {
 
@@ -13,33 +14,10 @@ namespace {
 
 constexpr double kTol = LoopDLine::kOnLineTolerance;
 
-// Antiderivatives in the polar angle u of the monomials in s = sin u, c = cos u that the arc
-// integrands expand into (∫ s du, ∫ s² du, ∫ s c du, ...). Written in powers of sin and cos, which
-// are the multiple-angle forms rearranged, so one sin/cos pair per end serves all six integrals.
-struct ArcBasis {
-    double s1, s2, sc, s3, s2c, sc2, s4, s3c, s2c2;
-};
-
-ArcBasis ArcBasisAt(double u) {
-    const double c = std::cos(u), s = std::sin(u);
-    const double ss = s * s, cc = c * c, sc = s * c;
-    return {
-        -c,                                    // ∫ s
-        (u - sc) / 2,                          // ∫ s²
-        ss / 2,                                // ∫ s c
-        -c + cc * c / 3,                       // ∫ s³
-        ss * s / 3,                            // ∫ s² c
-        -cc * c / 3,                           // ∫ s c²
-        3 * u / 8 - 3 * sc / 8 - ss * sc / 4,  // ∫ s⁴
-        ss * ss / 4,                           // ∫ s³ c
-        u / 8 - sc / 8 + ss * sc / 4,          // ∫ s² c²
-    };
-}
-
-ArcBasis Difference(const ArcBasis& to, const ArcBasis& from) {
-    return {to.s1 - from.s1,   to.s2 - from.s2,   to.sc - from.sc,     to.s3 - from.s3,    to.s2c - from.s2c,
-            to.sc2 - from.sc2, to.s4 - from.s4,   to.s3c - from.s3c,   to.s2c2 - from.s2c2};
-}
+// Bulge magnitudes between which radius, centre and length follow the published construction
+// (phi = (pi - Alfa) / 2 with the shortened pi, r = L / (2 cos phi)). Outside them 2 cos(phi) is so
+// small that the shortened pi would put more than 1E-12 relative error into the radius.
+constexpr double kShortenedPiBulges[2] = {1e-3, 1e3};
 
 // The angle brought into [0, 2 pi). Segment angles stay within a few turns, so stepping by whole
 // turns is cheaper than a division; anything farther out takes the remainder.
@@ -128,12 +106,24 @@ void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, d
         return;
     }
     alfa_ = 4 * std::atan(Bulge);
-    const double phi = (kPi - alfa_) / 2;
-    const double r = chord / (std::cos(phi) + std::cos(phi));  // signed: negative for a negative bulge
-    const double theta = phi + PolarAngle(dx, dy);
-    center_ = {start_[0] + r * std::cos(theta), start_[1] + r * std::sin(theta), 0};
-    length_ = std::fabs(std::fabs(r) * alfa_);
-    radius_ = std::fabs(r);
+    const double magnitude = std::fabs(Bulge);
+    if (chord == 0 || (magnitude >= kShortenedPiBulges[0] && magnitude <= kShortenedPiBulges[1])) {
+        const double phi = (kPi - alfa_) / 2;
+        const double r = chord / (std::cos(phi) + std::cos(phi));  // signed: negative for a negative bulge
+        const double theta = phi + PolarAngle(dx, dy);
+        center_ = {start_[0] + r * std::cos(theta), start_[1] + r * std::sin(theta), 0};
+        length_ = std::fabs(std::fabs(r) * alfa_);
+        radius_ = std::fabs(r);
+    } else {
+        // Nearly straight (or nearly full-circle) arcs: cos(phi) is then a small difference in which
+        // the shortened pi is a large error, so radius, centre and length come from the half angle.
+        const double halfAngle = std::fabs(alfa_) / 2;
+        const double halfChord = chord / 2;
+        const double towardsCentre = halfChord / std::tan(alfa_ / 2);  // signed: left of A-to-B when > 0
+        center_ = {start_[0] + dx / 2 - dy / chord * towardsCentre, start_[1] + dy / 2 + dx / chord * towardsCentre, 0};
+        radius_ = halfChord / std::sin(halfAngle);
+        length_ = chord * ArcToChordRatio(halfAngle);
+    }
     startAngle_ = PolarAngle(start_[0] - center_[0], start_[1] - center_[1]);
     endAngle_ = startAngle_ + alfa_;
     // One wrap only: an angle pair that would need two turns keeps the second.
@@ -168,8 +158,9 @@ SegmentIntegrals LoopDLine::Integrals() const {
 }
 
 SegmentIntegrals LoopDLine::IntegralsAbout(const PlanePoint& Origin) const {
-    if (IsArc()) return ArcIntegrals(center_[0] - Origin[0], center_[1] - Origin[1]);
-    return LineIntegrals(Minus(start_, Origin), Minus(end_, Origin));
+    SegmentIntegrals s = LineIntegrals(Minus(start_, Origin), Minus(end_, Origin));
+    if (IsArc()) s += SegmentRegionIntegrals(Origin);
+    return s;
 }
 
 // The integrals along the chord, from its end points: the antiderivatives in x of the line
@@ -191,21 +182,28 @@ SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint&
     return s;
 }
 
-// With x = cx + R cos u, y = cy + R sin u and dx = −R sin u du, every integrand is a polynomial in
-// sin u and cos u; its antiderivative is taken between StartAngle and EndAngle.
-SegmentIntegrals LoopDLine::ArcIntegrals(double cx, double cy) const {
-    const ArcBasis d = Difference(ArcBasisAt(endAngle_), ArcBasisAt(startAngle_));
-    const double R = radius_, R2 = R * R, R3 = R2 * R;
-    SegmentIntegrals s;
-    s.Area = -R * (cy * d.s1 + R * d.s2);
-    s.StaticMomentX = -R / 2 * (cy * cy * d.s1 + 2 * cy * R * d.s2 + R2 * d.s3);
-    s.StaticMomentY = -R * (cx * cy * d.s1 + cx * R * d.s2 + cy * R * d.sc + R2 * d.s2c);
-    s.MomentOfInertiaX = -R / 3 * (cy * cy * cy * d.s1 + 3 * cy * cy * R * d.s2 + 3 * cy * R2 * d.s3 + R3 * d.s4);
-    s.MomentOfInertiaY = -R * (cx * cx * cy * d.s1 + cx * cx * R * d.s2 + 2 * cx * cy * R * d.sc +
-                               2 * cx * R2 * d.s2c + cy * R2 * d.sc2 + R3 * d.s2c2);
-    s.ProductOfInertiaXY = -R / 2 * (cx * cy * cy * d.s1 + 2 * cx * cy * R * d.s2 + cx * R2 * d.s3 +
-                                     cy * cy * R * d.sc + 2 * cy * R2 * d.s2c + R3 * d.s3c);
-    return s;
+// What the arc adds to the integrals of its chord: going A to B along the arc and back along the
+// chord encloses the circular segment, counter-clockwise for a positive bulge, and by Green's theorem
+// the closed integral of P dx is minus the area integral of dP/dy (plus for clockwise). The segment's
+// moments are known in the chord's frame and carried over to the global axes exactly.
+SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& Origin) const {
+    const double dx = end_[0] - start_[0], dy = end_[1] - start_[1];
+    const double chord = std::sqrt(dx * dx + dy * dy);
+    if (chord == 0) return {};
+    const CircularSegment region = CircularSegment::Of(chord / 2, std::fabs(alfa_) / 2);
+    const double tx = dx / chord, ty = dy / chord;
+    const double sign = alfa_ > 0 ? 1.0 : -1.0;
+    const double wx = sign * ty, wy = -sign * tx;  // towards the arc: right of A-to-B for a positive bulge
+    // Relative to the origin first: the midpoint of two far-off points would lose the last bits.
+    const double mx = ((start_[0] - Origin[0]) + (end_[0] - Origin[0])) / 2;
+    const double my = ((start_[1] - Origin[1]) + (end_[1] - Origin[1])) / 2;
+    const double A = region.area, Q = region.qv, Iu = region.iuu, Iv = region.ivv;
+    const double xDA = mx * A + wx * Q, yDA = my * A + wy * Q;
+    const double xxDA = mx * mx * A + 2 * mx * wx * Q + tx * tx * Iu + wx * wx * Iv;
+    const double yyDA = my * my * A + 2 * my * wy * Q + ty * ty * Iu + wy * wy * Iv;
+    const double xyDA = mx * my * A + (mx * wy + my * wx) * Q + tx * ty * Iu + wx * wy * Iv;
+    const double k = -sign;
+    return {k * A, k * yDA, k * xDA, k * yyDA, k * xxDA, k * xyDA};
 }
 
 double LoopDLine::AngleTo(const PlanePoint& Point) const {
