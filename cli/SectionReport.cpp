@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "core/Error.h"
 #include "profiles/Loop7.h"
@@ -42,9 +43,9 @@ std::string PointText(const std::vector<Point>& points) {
 
 // Rounding noise (a centroid 1E-15 off the axis, a product of 1E-55) would print as digits and
 // turn the principal axes of a symmetric figure at random: values below 1E-12 of their scale are 0.
-// With no product left, or principal moments that agree that closely, the x and y axes are
-// principal and the angle is 0.
-void DropRoundingNoise(SectionValues& v) {
+// I1 is the larger principal moment and the angle turns x onto its axis, in (-90°, 90°]; with
+// principal moments that agree that closely every axis is principal and the angle is 0.
+void DropRoundingNoiseAndFindPrincipalAxes(SectionValues& v, const Units& units) {
     constexpr double kNoise = 1e-12;
     auto snap = [](double& value, double scale) {
         if (std::fabs(value) <= kNoise * scale) value = 0;
@@ -53,11 +54,18 @@ void DropRoundingNoise(SectionValues& v) {
     snap(v.yc, v.perimeter);
     const double momentScale = std::max(std::fabs(v.ix), std::fabs(v.iy));
     snap(v.ixy, momentScale);
-    if (v.ixy == 0 || std::fabs(v.i1 - v.i2) <= kNoise * momentScale) {
-        v.i1 = v.ix;
-        v.i2 = v.iy;
-        v.angle = 0;
+    const PrincipalMoments p = MajorAndMinor(v.ix, v.iy, v.ixy);
+    v.i1 = p.Major;
+    v.i2 = p.Minor;
+    double angle = p.Angle;
+    if (v.ixy == 0) {  // the x and y axes are principal: report their own moments exactly
+        v.i1 = std::max(v.ix, v.iy);
+        v.i2 = std::min(v.ix, v.iy);
     }
+    if (std::fabs(v.i1 - v.i2) <= kNoise * momentScale) angle = 0;
+    // The tool's own angle, converted with the full-precision pi (the quantity classes keep the
+    // library's shortened one): a quarter turn reads exactly 90 degrees.
+    v.angle = units->UnitID(DAngleObject) == Degree_UnitID ? angle * (180 / std::numbers::pi) : angle;
 }
 
 SectionValues ValuesOf(InertiaBlock& block, const Units& units) {
@@ -69,12 +77,12 @@ SectionValues ValuesOf(InertiaBlock& block, const Units& units) {
                     In(block.MomentOfInertiaX(), units),
                     In(block.MomentOfInertiaY(), units),
                     In(block.ProductOfInertiaXY(), units),
-                    In(block.PMomentOfInertiaX(), units),
-                    In(block.PMomentOfInertiaY(), units),
-                    In(block.PrincipalAngle(), units),
+                    0,
+                    0,
+                    0,
                     In(block.RadiusOfGyrationX(), units),
                     In(block.RadiusOfGyrationY(), units)};
-    DropRoundingNoise(v);
+    DropRoundingNoiseAndFindPrincipalAxes(v, units);
     return v;
 }
 

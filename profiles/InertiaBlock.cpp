@@ -9,6 +9,15 @@
 
 namespace tgp {
 
+// The moment about an axis at angle t is (Ix + Iy)/2 + R cos(2t − 2t0) with
+// cos 2t0 = (Ix − Iy) / 2R and sin 2t0 = −Ixy / R: largest at t0. Adding +0.0 turns a −0 into +0,
+// so that atan2 gives 0 rather than −pi for a product of −0.
+PrincipalMoments MajorAndMinor(double Ix, double Iy, double Ixy) {
+    const double mean = (Ix + Iy) / 2, half = (Ix - Iy) / 2;
+    const double R = std::hypot(half, Ixy);
+    return {mean + R, mean - R, std::atan2(-Ixy + 0.0, half + 0.0) / 2};
+}
+
 namespace {
 
 template <class Q>

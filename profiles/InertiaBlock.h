@@ -12,6 +12,14 @@
 
 namespace tgp {
 
+// The principal moments as engineers read them: Major >= Minor, and Angle (radians, full-precision
+// pi, in (-pi/2, pi/2]) turning the x axis counter-clockwise onto the axis of Major. The published
+// PMomentOfInertiaX/PrincipalAngle follow their own rule, which may name either moment first.
+struct PrincipalMoments {
+    double Major, Minor, Angle;
+};
+PrincipalMoments MajorAndMinor(double Ix, double Iy, double Ixy);
+
 // Section properties of a plane figure: signed area (negative for a void), perimeter, and the
 // second moments and product of area about the block's own axes through the centroid, held with
 // that coordinate system (OCS). Lengths are millimetres; results come back as quantity objects set

@@ -6,6 +6,7 @@
 #include "core/Constants.h"
 #include "core/Equality.h"
 #include "core/Error.h"
+#include "profiles/ChordFrame.h"
 #include "profiles/CircularSegment.h"
 
 namespace tgp {
@@ -19,35 +20,36 @@ constexpr double kTol = LoopDLine::kOnLineTolerance;
 // small that the shortened pi would put more than 1E-12 relative error into the radius.
 constexpr double kShortenedPiBulges[2] = {1e-3, 1e3};
 
-// The angle brought into [0, 2 pi). Segment angles stay within a few turns, so stepping by whole
-// turns is cheaper than a division; anything farther out takes the remainder.
-double NormalisedTurn(double angle) {
-    if (std::fabs(angle) > 8 * kTwoPi) angle = std::fmod(angle, kTwoPi);
-    while (angle < 0) angle += kTwoPi;
-    while (angle >= kTwoPi) angle -= kTwoPi;
-    return angle;
-}
-
 void Append(std::vector<PlanePoint>* points, const PlanePoint& p) {
     if (points) points->push_back(p);
 }
 
-// Positions along the line A + τ·e (e a unit vector) where it meets the circle (center, radius);
-// a line within tolerance of touching gives the one touching position.
-int LineCircle(const PlanePoint& A, const PlanePoint& e, const PlanePoint& center, double radius, double tau[2]) {
-    const double foot = Dot2(Minus(center, A), e);
-    const PlanePoint F = Plus(A, Scaled(e, foot));
-    const double dist = Distance2(F, center);
-    if (dist > radius + kTol) return 0;
-    if (radius - dist <= kTol) {
-        tau[0] = foot;
-        return 1;
+PlanePoint UnitDirection(const PlanePoint& from, const PlanePoint& to) { return Scaled(Minus(to, from), 1 / Distance2(from, to)); }
+
+// Candidate common points, each kept when it passes the test and is not a repeat (within the
+// tolerance) of one already kept. Without an output list the first kept one ends the search.
+class CommonPoints {
+public:
+    explicit CommonPoints(std::vector<PlanePoint>* out) : out_(out) {}
+
+    template <class Test>
+    bool Offer(const PlanePoint& candidate, Test&& onBoth) {
+        for (int i = 0; i < count_; ++i) {
+            if (Distance2(kept_[i], candidate) <= kTol) return false;
+        }
+        if (!onBoth(candidate)) return false;
+        if (count_ < kMax) kept_[count_++] = candidate;
+        Append(out_, candidate);
+        return out_ == nullptr;
     }
-    const double h = std::sqrt(radius * radius - dist * dist);
-    tau[0] = foot - h;
-    tau[1] = foot + h;
-    return 2;
-}
+    bool Any() const { return count_ > 0; }
+
+private:
+    static constexpr int kMax = 8;
+    std::vector<PlanePoint>* out_;
+    PlanePoint kept_[kMax];
+    int count_ = 0;
+};
 
 bool LineLine(const LoopDLine& p, const LoopDLine& q, std::vector<PlanePoint>* points) {
     const PlanePoint& A = p.StartPoint();
@@ -221,13 +223,15 @@ void LoopDLine::Move(const PlanePoint& Displacement) {
     inertiaDone_ = false;
 }
 
-bool LoopDLine::AngleIsOnArc(double angle, double angleTolerance) const {
-    const double rel = NormalisedTurn(angle - std::min(startAngle_, endAngle_));
-    return rel <= std::fabs(alfa_) + angleTolerance || rel >= kTwoPi - angleTolerance;
-}
+ChordFrame LoopDLine::Frame() const { return ChordFrame::Of(start_, end_, alfa_); }
 
-PlanePoint LoopDLine::ArcPoint(double angle) const {
-    return {center_[0] + radius_ * std::cos(angle), center_[1] + radius_ * std::sin(angle), 0};
+bool LoopDLine::OnOnePoint() const { return start_[0] == end_[0] && start_[1] == end_[1]; }
+
+double LoopDLine::DistanceTo(const PlanePoint& Point) const {
+    double distance = 0, tangent = 0;
+    PlanePoint nearest{};
+    PointAnalysis(Point, distance, nearest, tangent);
+    return distance;
 }
 
 void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint, double& TAngle) const {
@@ -238,29 +242,33 @@ void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePo
         TAngle = PolarAngle(d);
         return;
     }
-    const PlanePoint v = Minus(Point, center_);
-    double phi = startAngle_;
-    HPoint = start_;
-    if (Length2(v) != 0) {
-        const double polar = PolarAngle(v);
-        if (AngleIsOnArc(polar, 0)) {
-            phi = polar;
-            HPoint = ArcPoint(polar);
-        } else if (Distance2(Point, end_) < Distance2(Point, start_)) {
-            phi = endAngle_;
-            HPoint = end_;
-        }
+    const double turn = alfa_ > 0 ? 1.0 : -1.0;
+    if (OnOnePoint()) {  // an arc of radius 0: its one point
+        HPoint = start_;
+        Distance = Distance2(Point, start_);
+        TAngle = PolarAngle(-std::sin(startAngle_) * turn, std::cos(startAngle_) * turn);
+        return;
+    }
+    const ChordFrame f = Frame();
+    ChordFrame::Projection q{};
+    double nu = -f.s, nv = f.c;  // the outward normal at the start point
+    if (f.Project(f.U(Point), f.V(Point), q) && q.v >= 0) {
+        HPoint = f.World(q.u, q.v);
+        nu = q.nu;
+        nv = q.nv;
+    } else if (Distance2(Point, end_) < Distance2(Point, start_)) {
+        HPoint = end_;
+        nu = f.s;
+    } else {
+        HPoint = start_;
     }
     Distance = Distance2(Point, HPoint);
-    const double turn = alfa_ > 0 ? 1.0 : -1.0;
-    TAngle = PolarAngle(-std::sin(phi) * turn, std::cos(phi) * turn);
+    const PlanePoint n = f.WorldDirection(nu, nv);
+    TAngle = PolarAngle(-n[1] * turn, n[0] * turn);
 }
 
 bool LoopDLine::PointIsOnDline(const PlanePoint& Point, double Tolerance) const {
-    double distance = 0, tangent = 0;
-    PlanePoint nearest{};
-    PointAnalysis(Point, distance, nearest, tangent);
-    return distance <= Tolerance;
+    return DistanceTo(Point) <= Tolerance;
 }
 
 bool LoopDLine::PointIsInOAB(const PlanePoint& Point, const PlanePoint& O) const {
@@ -279,86 +287,95 @@ bool LoopDLine::PointIsInOAB(const PlanePoint& Point, const PlanePoint& O) const
 }
 
 bool LoopDLine::PointIsInArcArea(const PlanePoint& Point) const {
-    if (!IsArc()) return false;
-    const PlanePoint v = Minus(Point, center_);
-    return Length2(v) < radius_ && AngleIsOnArc(PolarAngle(v), 0);
+    if (!IsArc() || OnOnePoint()) return false;
+    const ChordFrame f = Frame();
+    ChordFrame::Projection q{};
+    return f.Project(f.U(Point), f.V(Point), q) && q.gap < 0 && q.v >= 0;
 }
 
 bool LoopDLine::PointIsInDlineArea(const PlanePoint& Point) const {
-    if (!IsArc()) return false;
-    return Distance2(Point, center_) < radius_ && Cross2(VectorAB(), Minus(Point, start_)) * bulge_ < 0;
+    if (!IsArc() || OnOnePoint()) return false;
+    const ChordFrame f = Frame();
+    const double u = f.U(Point), v = f.V(Point);
+    return v > 0 && f.F(u, v) < 0;
 }
 
 bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
     if (!IsArc() && !Other.IsArc()) return LineLine(*this, Other, Points);
-    if (IsArc() && Other.IsArc()) return ArcWithArc(Other, Points);
-    return IsArc() ? ArcWithLine(Other, Points) : Other.ArcWithLine(*this, Points);
+    return IsArc() ? ArcIntersections(Other, Points) : Other.ArcIntersections(*this, Points);
 }
 
-bool LoopDLine::ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Points) const {
-    const double l = line.Length();
-    if (l == 0) {
-        if (!PointIsOnDline(line.StartPoint())) return false;
-        Append(Points, line.StartPoint());
-        return true;
-    }
-    return ArcMeetsLine(line.StartPoint(), Scaled(line.VectorAB(), 1 / l), 0, l, Points);
-}
-
-bool LoopDLine::ArcMeetsLine(const PlanePoint& A, const PlanePoint& e, double first, double last,
-                             std::vector<PlanePoint>* Points) const {
-    double tau[2];
-    const int n = LineCircle(A, e, center_, radius_, tau);
-    bool found = false;
-    for (int i = 0; i < n; ++i) {
-        if (tau[i] < first - kTol || tau[i] > last + kTol) continue;
-        const PlanePoint x = Plus(A, Scaled(e, std::clamp(tau[i], first, last)));
-        if (!AngleIsOnArc(PolarAngle(Minus(x, center_)), kTol / radius_)) continue;
-        Append(Points, x);
-        found = true;
-    }
-    return found;
-}
-
-bool LoopDLine::ArcWithArc(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
-    const PlanePoint dc = Minus(Other.center_, center_);
-    const double d = Length2(dc), r1 = radius_, r2 = Other.radius_;
-    if (d <= kTol && std::fabs(r1 - r2) <= kTol) return SameCircleOverlap(Other, Points);
-    if (d == 0 || d > r1 + r2 + kTol || d < std::fabs(r1 - r2) - kTol) return false;
-    const double a = (r1 * r1 - r2 * r2 + d * d) / (2 * d);
-    const double h2 = r1 * r1 - a * a;
-    const PlanePoint base = Plus(center_, Scaled(dc, a / d));
-    const PlanePoint normal = {-dc[1] / d, dc[0] / d, 0};
-    const bool touching = h2 <= 2 * std::max(r1, r2) * kTol;
-    const double h = touching ? 0.0 : std::sqrt(h2);
-    bool found = false;
-    for (double side : {-1.0, 1.0}) {
-        const PlanePoint x = Plus(base, Scaled(normal, side * h));
-        if (AngleIsOnArc(PolarAngle(Minus(x, center_)), kTol / r1) &&
-            Other.AngleIsOnArc(PolarAngle(Minus(x, Other.center_)), kTol / r2)) {
-            Append(Points, x);
-            found = true;
+// Candidates: where the other segment's line or circle meets this arc's circle (the radical line of
+// two circles, cut with this one), where they come closest (a tangent), and the four end points
+// (touching ends, overlaps along one circle or line). A candidate counts when it lies within the
+// tolerance of both segments, which settles every range, angle and tangency question at once.
+bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
+    CommonPoints common(Points);
+    auto onBoth = [&](const PlanePoint& x) { return DistanceTo(x) <= kTol && Other.DistanceTo(x) <= kTol; };
+    auto offerLine = [&](const ChordFrame& f, const PlanePoint& X0, const PlanePoint& e) {
+        double tau[3];
+        const int n = f.LinePositions(X0, e, tau);
+        for (int i = 0; i < n; ++i) {
+            if (common.Offer(Plus(X0, Scaled(e, tau[i])), onBoth)) return true;
         }
-        if (touching) break;
+        return false;
+    };
+    if (!OnOnePoint() && !(Other.IsArc() && Other.OnOnePoint())) {
+        const ChordFrame f = Frame();
+        if (AlongCircleOf(f, Other)) {
+            // One circle (or an arc straighter than the tolerance along a line): the common part
+            // runs between end points, which are offered below.
+        } else if (!Other.IsArc()) {
+            if (Other.Length() > 0 && offerLine(f, Other.start_, UnitDirection(Other.start_, Other.end_))) return true;
+        } else {
+            PlanePoint X0{}, e{};
+            if (RadicalLine(f, Other.Frame(), X0, e) && offerLine(f, X0, e)) return true;
+        }
     }
-    return found;
+    for (const PlanePoint* end : {&start_, &end_, &Other.start_, &Other.end_}) {
+        if (common.Offer(*end, onBoth)) return true;
+    }
+    return common.Any();
 }
 
-// Two arcs of one circle share the ends of their common part: every end of one lying on the other.
-bool LoopDLine::SameCircleOverlap(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
-    bool found = false;
-    for (const auto& [arc, point] : {std::pair{this, &Other.start_}, std::pair{this, &Other.end_},
-                                     std::pair{&Other, &start_}, std::pair{&Other, &end_}}) {
-        if (!arc->AngleIsOnArc(PolarAngle(Minus(*point, arc->center_)), kTol / arc->radius_)) continue;
-        Append(Points, *point);
-        found = true;
+// Whether Other's ends and middle all lie on the circle of this arc, within the tolerance.
+bool LoopDLine::AlongCircleOf(const ChordFrame& f, const LoopDLine& Other) {
+    for (const PlanePoint& p : {Other.start_, Other.Middle(), Other.end_}) {
+        ChordFrame::Projection q{};
+        if (!f.Project(f.U(p), f.V(p), q) || !(std::fabs(q.gap) <= kTol)) return false;
     }
-    return found;
+    return true;
+}
+
+PlanePoint LoopDLine::Middle() const {
+    if (!IsArc() || OnOnePoint()) return Scaled(Plus(start_, end_), 0.5);
+    const ChordFrame f = Frame();
+    double u = 0, v = 0;
+    f.PointAt(0, u, v);
+    return f.World(u, v);
+}
+
+// The line through the common points of two circles, each written as k|p|² + 2 L·p + K about the
+// first arc's chord midpoint: k2 (first) − k1 (second) leaves a line. Concentric circles have none.
+bool LoopDLine::RadicalLine(const ChordFrame& f, const ChordFrame& g, PlanePoint& X0, PlanePoint& e) {
+    const double Dx = g.m[0] - f.m[0], Dy = g.m[1] - f.m[1];
+    const double kf = f.kappa, kg = g.kappa;
+    const double Kf = -kf * f.a * f.a;
+    const double Kg = kg * ((Dx * Dx + Dy * Dy) - g.a * g.a) - 2 * g.c * (Dx * g.wx + Dy * g.wy);
+    const double Nx = kg * f.c * f.wx - kf * (g.c * g.wx - kg * Dx);
+    const double Ny = kg * f.c * f.wy - kf * (g.c * g.wy - kg * Dy);
+    const double k = (kg * Kf - kf * Kg) / 2;
+    const double N2 = Nx * Nx + Ny * Ny;
+    if (!(N2 > 0) || !std::isfinite(N2)) return false;
+    X0 = {f.m[0] - k / N2 * Nx, f.m[1] - k / N2 * Ny, 0};
+    const double N = std::sqrt(N2);
+    e = {-Ny / N, Nx / N, 0};
+    return std::isfinite(X0[0]) && std::isfinite(X0[1]);
 }
 
 bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoint& P2,
                                             std::vector<PlanePoint>* Points) const {
-    const PlanePoint e = Scaled(Minus(P2, P1), 1 / Distance2(P1, P2));
+    const PlanePoint e = UnitDirection(P1, P2);
     if (!IsArc()) {
         const double sa = Cross2(e, Minus(start_, P1)), sb = Cross2(e, Minus(end_, P1));
         if (std::fabs(sa) <= kTol && std::fabs(sb) <= kTol) {
@@ -371,16 +388,30 @@ bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoi
         Append(Points, Plus(start_, Scaled(VectorAB(), t)));
         return true;
     }
-    return ArcMeetsLine(P1, e, -HUGE_VAL, HUGE_VAL, Points);
+    CommonPoints common(Points);
+    auto onBoth = [&](const PlanePoint& x) {
+        return std::fabs(Cross2(e, Minus(x, P1))) <= kTol && DistanceTo(x) <= kTol;
+    };
+    if (OnOnePoint()) {
+        common.Offer(start_, onBoth);
+        return common.Any();
+    }
+    double tau[3];
+    const int n = Frame().LinePositions(P1, e, tau);
+    for (int i = 0; i < n; ++i) {
+        if (common.Offer(Plus(P1, Scaled(e, tau[i])), onBoth)) return true;
+    }
+    return common.Any();
 }
 
 void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint, PlanePoint& BottomPoint) const {
     PlanePoint candidates[4] = {start_, end_};
     int count = 2;
-    if (IsArc()) {
-        const double toward = PolarAngle(uVector);
-        for (double angle : {toward, toward + kPi}) {
-            if (AngleIsOnArc(angle, 0)) candidates[count++] = ArcPoint(angle);
+    if (IsArc() && !OnOnePoint()) {
+        const ChordFrame f = Frame();
+        const PlanePoint e = Scaled(uVector, 1 / Length2(uVector));
+        for (const PlanePoint& direction : {e, Scaled(e, -1)}) {
+            if (f.ExtremeTowards(direction, candidates[count])) ++count;
         }
     }
     TopPoint = BottomPoint = candidates[0];
@@ -394,11 +425,13 @@ void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoi
 SegmentBox LoopDLine::BoundingBox() const {
     SegmentBox box{std::min(start_[0], end_[0]), std::min(start_[1], end_[1]), std::max(start_[0], end_[0]),
                    std::max(start_[1], end_[1])};
-    if (!IsArc()) return box;
-    if (AngleIsOnArc(0, 0)) box.xmax = center_[0] + radius_;
-    if (AngleIsOnArc(kHalfPi, 0)) box.ymax = center_[1] + radius_;
-    if (AngleIsOnArc(kPi, 0)) box.xmin = center_[0] - radius_;
-    if (AngleIsOnArc(-kHalfPi, 0)) box.ymin = center_[1] - radius_;
+    if (!IsArc() || OnOnePoint()) return box;
+    const ChordFrame f = Frame();
+    PlanePoint extreme{};
+    if (f.ExtremeTowards({1, 0, 0}, extreme)) box.xmax = std::max(box.xmax, extreme[0]);
+    if (f.ExtremeTowards({0, 1, 0}, extreme)) box.ymax = std::max(box.ymax, extreme[1]);
+    if (f.ExtremeTowards({-1, 0, 0}, extreme)) box.xmin = std::min(box.xmin, extreme[0]);
+    if (f.ExtremeTowards({0, -1, 0}, extreme)) box.ymin = std::min(box.ymin, extreme[1]);
     return box;
 }
 
@@ -424,18 +457,22 @@ double LoopDLine::ChordParameter(const PlanePoint& Point) const {
 
 double LoopDLine::ParameterOf(const PlanePoint& pointOnSegment) const {
     if (!IsArc()) return ChordParameter(pointOnSegment);
-    const double sweep = std::fabs(alfa_);
-    const double direction = alfa_ > 0 ? 1.0 : -1.0;
-    const double rel = NormalisedTurn((PolarAngle(Minus(pointOnSegment, center_)) - startAngle_) * direction);
-    if (rel <= sweep) return rel / sweep;
-    return rel - sweep < kTwoPi - rel ? 1.0 : 0.0;
+    if (OnOnePoint()) return 0;
+    const ChordFrame f = Frame();
+    const double phi = f.AngleOf(f.U(pointOnSegment), f.V(pointOnSegment));
+    return std::clamp((phi + f.theta) / (2 * f.theta), 0.0, 1.0);
 }
 
 LoopDLine LoopDLine::Piece(double t0, double t1) const {
+    const bool curved = IsArc() && !OnOnePoint();
+    const ChordFrame f = curved ? Frame() : ChordFrame{};
     auto at = [&](double t) {
         if (t == 0) return start_;
         if (t == 1) return end_;
-        return IsArc() ? ArcPoint(startAngle_ + alfa_ * t) : Plus(start_, Scaled(VectorAB(), t));
+        if (!curved) return Plus(start_, Scaled(VectorAB(), t));
+        double u = 0, v = 0;
+        f.PointAt(f.theta * (2 * t - 1), u, v);
+        return f.World(u, v);
     };
     LoopDLine piece;
     piece.Init(at(t0), at(t1), IsArc() ? std::tan(alfa_ * (t1 - t0) / 4) : 0.0);

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "profiles/ChordFrame.h"
 #include "profiles/PlanePoint.h"
 
 namespace tgp {
@@ -140,15 +141,16 @@ public:
 private:
     SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
     SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& Origin) const;
-    bool ArcWithLine(const LoopDLine& line, std::vector<PlanePoint>* Points) const;
-    // Points of the arc on the line A + τ·e (e a unit vector) with τ within kOnLineTolerance of
-    // [first, last], τ clamped to that range.
-    bool ArcMeetsLine(const PlanePoint& A, const PlanePoint& e, double first, double last,
-                      std::vector<PlanePoint>* Points) const;
-    bool ArcWithArc(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
-    bool SameCircleOverlap(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
-    bool AngleIsOnArc(double angle, double angleTolerance) const;
-    PlanePoint ArcPoint(double angle) const;
+    // The arc seen from its chord: the frame all arc geometry is done in (see ChordFrame).
+    ChordFrame Frame() const;
+    // An arc whose end points coincide: radius 0, a single point.
+    bool OnOnePoint() const;
+    double DistanceTo(const PlanePoint& Point) const;
+    bool ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>* Points) const;
+    static bool AlongCircleOf(const ChordFrame& f, const LoopDLine& Other);
+    // The middle of the segment, computed in the chord frame (MidPoint keeps the published angles).
+    PlanePoint Middle() const;
+    static bool RadicalLine(const ChordFrame& f, const ChordFrame& g, PlanePoint& X0, PlanePoint& e);
     // The part of the segment from parameter t0 to t1 (0 = start, 1 = end; arcs by angle).
     LoopDLine Piece(double t0, double t1) const;
     double ParameterOf(const PlanePoint& pointOnSegment) const;

@@ -185,14 +185,96 @@ TEST(SectionCommand, ExamplesRun) {
     EXPECT_EQ(text.out.substr(text.out.find("\"area\": 2")), dxf.out.substr(dxf.out.find("\"area\": 2")));
 }
 
-// ---- the published tables through the executable ----------------------------------------------
-
 // The number after "key": in one line of the JSON output.
 double JsonNumber(const std::string& line, const std::string& key) {
     const auto at = line.find("\"" + key + "\": ");
     if (at == std::string::npos) return NAN;
     return testing::ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
 }
+
+// ---- principal axes of turned sections -------------------------------------------------------
+
+// An L 150 x 90 x 10 angle (corner at the origin), a channel with its web on the y axis and an
+// IPE 200, each turned about the origin; printed through the command as JSON.
+std::vector<double> Turned(const std::vector<double>& xy, double degrees) {
+    const double c = std::cos(degrees * M_PI / 180), s = std::sin(degrees * M_PI / 180);
+    std::vector<double> out;
+    for (std::size_t i = 0; i + 1 < xy.size(); i += 2) {
+        out.push_back(xy[i] * c - xy[i + 1] * s);
+        out.push_back(xy[i] * s + xy[i + 1] * c);
+    }
+    return out;
+}
+
+TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
+    struct Shape {
+        const char* name;
+        std::vector<double> xy, bulges;
+        double angleUnturned;  // degrees; NAN where only the rotation rule is checked
+    };
+    const testing::Outline ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    const std::vector<Shape> shapes = {
+        {"angle", {0, 0, 150, 0, 150, 10, 10, 10, 10, 90, 0, 90}, {0, 0, 0, 0, 0, 0}, NAN},
+        {"channel", {0, -100, 75, -100, 75, -88.5, 8.5, -88.5, 8.5, 88.5, 75, 88.5, 75, 100, 0, 100},
+         std::vector<double>(8, 0.0), 0},
+        {"ipe", ipe.xy, ipe.bulges, 0}};
+    std::ostringstream text;
+    const double turns[] = {0, 30, 90, 135, -60, 180, -89};
+    for (const Shape& shape : shapes) {
+        for (double turn : turns) {
+            text << "profile " << shape.name << ' ' << turn << "\n";
+            const std::vector<double> xy = Turned(shape.xy, turn);
+            for (std::size_t i = 0; i < shape.bulges.size(); ++i)
+                text << FormatNumber(xy[2 * i]) << ' ' << FormatNumber(xy[2 * i + 1]) << ' ' << FormatNumber(shape.bulges[i]) << "\n";
+            text << "end\n";
+        }
+    }
+    const std::string file = TempText("turned.txt", text.str());
+    const CommandRun r = RunCommand({file, "--json"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    std::map<std::string, std::string> lines;  // by profile name, without the file's
+    std::istringstream json(r.out);
+    const std::string prefix = "\"name\": \"" + file + ": ";
+    for (std::string line; std::getline(json, line);) {
+        const auto at = line.find(prefix);
+        if (at == std::string::npos) continue;
+        const auto start = at + prefix.size();
+        lines[line.substr(start, line.find('"', start) - start)] = line;
+    }
+    for (const Shape& shape : shapes) {
+        const std::string& first = lines[std::string(shape.name) + " 0"];
+        const double i1 = JsonNumber(first, "i1"), i2 = JsonNumber(first, "i2"), angle0 = JsonNumber(first, "principal_angle");
+        if (!std::isnan(shape.angleUnturned)) {
+            EXPECT_NEAR(angle0, shape.angleUnturned, 1e-9) << shape.name;
+        }
+        for (double turn : turns) {
+            const std::string& line = lines[std::string(shape.name) + " " + FormatNumber(turn)];
+            ASSERT_FALSE(line.empty()) << shape.name << ' ' << turn << r.out;
+            const double ix = JsonNumber(line, "ix"), iy = JsonNumber(line, "iy"), ixy = JsonNumber(line, "ixy");
+            const double got1 = JsonNumber(line, "i1"), got2 = JsonNumber(line, "i2");
+            const double angle = JsonNumber(line, "principal_angle");
+            EXPECT_GE(got1, got2) << shape.name << ' ' << turn;
+            EXPECT_NEAR(got1, i1, 1e-9 * i1) << shape.name << ' ' << turn;
+            EXPECT_NEAR(got2, i2, 1e-9 * i1) << shape.name << ' ' << turn;
+            EXPECT_GT(angle, -90) << shape.name << ' ' << turn;
+            EXPECT_LE(angle, 90) << shape.name << ' ' << turn;
+            // The angle is the old one turned along, folded into (-90, 90].
+            double expected = std::fmod(angle0 + turn, 180.0);
+            if (expected <= -90) expected += 180;
+            if (expected > 90) expected -= 180;
+            EXPECT_NEAR(std::remainder(angle - expected, 180.0), 0, 1e-7) << shape.name << ' ' << turn;
+            // The moment about the axis at that angle is I1.
+            const double t = angle * M_PI / 180, c = std::cos(t), s = std::sin(t);
+            EXPECT_NEAR(ix * c * c + iy * s * s - 2 * ixy * s * c, got1, 1e-8 * i1) << shape.name << ' ' << turn;
+        }
+    }
+    // The report that found the fault: the angle turned by +30 printed its minor moment as I1.
+    EXPECT_NEAR(JsonNumber(lines["angle 30"], "i2"), JsonNumber(lines["angle 0"], "i2"), 1);
+    EXPECT_GT(JsonNumber(lines["angle 30"], "i1"), 3 * JsonNumber(lines["angle 30"], "i2"));
+    EXPECT_NEAR(JsonNumber(lines["channel 90"], "principal_angle"), 90, 1e-9);
+}
+
+// ---- the published tables through the executable ----------------------------------------------
 
 TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
     const auto rows = testing::ReadSectionTable();

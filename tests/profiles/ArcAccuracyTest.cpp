@@ -70,21 +70,26 @@ void AddLine(Sums& s, quad xa, quad ya, quad xb, quad yb) {
     }
 }
 
+// The arc by its angle phi in [-theta, theta] seen from the centre, measured from the chord's normal:
+// P(phi) = M + R sin(phi) t + R (cos phi - cos theta) w, with the last factor written as a product of
+// sines so that a nearly straight arc (R of 1E12) costs no digits.
 void AddArc(Sums& s, quad xa, quad ya, quad xb, quad yb, double bulge) {
     const quad dx = xb - xa, dy = yb - ya, chord = sqrtq(dx * dx + dy * dy);
     const quad alfa = 4 * atanq(static_cast<quad>(bulge));
-    const quad towards = chord / 2 / tanq(alfa / 2);
-    const quad cx = xa + dx / 2 - dy / chord * towards, cy = ya + dy / 2 + dx / chord * towards;
-    const quad radius = chord / 2 / fabsq(sinq(alfa / 2));
-    s.length += radius * fabsq(alfa);
-    const quad u0 = atan2q(ya - cy, xa - cx);
-    const int pieces = 1 + static_cast<int>((5 * fabsq(alfa)));
+    const quad theta = fabsq(alfa) / 2, radius = chord / 2 / sinq(theta);
+    const quad tx = dx / chord, ty = dy / chord;
+    const quad wx = alfa > 0 ? ty : -ty, wy = alfa > 0 ? -tx : tx;  // towards the arc
+    const quad mx = xa + dx / 2, my = ya + dy / 2;
+    s.length += radius * 2 * theta;
+    const int pieces = 1 + static_cast<int>(10 * theta);
     for (int p = 0; p < pieces; ++p) {
-        const quad from = u0 + alfa * p / pieces, half = alfa / pieces / 2;
+        const quad from = -theta + 2 * theta * p / pieces, half = theta / pieces;
         for (int i = 0; i < GaussLegendre::kPoints; ++i) {
-            const quad u = from + half * (Rule().node[i] + 1);
-            const quad x = cx + radius * cosq(u), y = cy + radius * sinq(u);
-            const quad w = Rule().weight[i] * half * (-radius * sinq(u));  // dx = −R sin u du
+            const quad phi = from + half * (Rule().node[i] + 1);
+            const quad along = radius * sinq(phi), across = 2 * radius * sinq((theta + phi) / 2) * sinq((theta - phi) / 2);
+            const quad x = mx + along * tx + across * wx, y = my + along * ty + across * wy;
+            const quad dxdphi = radius * cosq(phi) * tx - radius * sinq(phi) * wx;
+            const quad w = Rule().weight[i] * half * dxdphi;
             s.a += w * y;
             s.sx += w * y * y / 2;
             s.sy += w * x * y;
@@ -195,18 +200,16 @@ TEST(ArcAccuracy, EveryBulgeChordAndOffsetAgreesWithQuadratureIn113Bits) {
                         shape.build(chord, offset, sign * magnitude, xy, bulges);
                         const std::string what = std::string(shape.name) + " bulge " + std::to_string(sign * magnitude) +
                                                  " chord " + std::to_string(chord) + " offset " + std::to_string(offset);
-                        if (shape.build == Lens && chord * magnitude < 1e-5) {
-                            // Thinner than the on-line tolerance (1E-6) of the crossing test: its two
-                            // arcs count as touching, and such a sliver is refused as cutting itself.
-                            EXPECT_THROW(Computed(xy, bulges), tgp::Error) << what;
-                            continue;
-                        }
                         const Properties want = Reference(xy, bulges);
                         const double extent = std::max(chord, std::sqrt(std::fabs(want.area)));
                         try {
                             ExpectClose(Computed(xy, bulges), want, extent, what);
                         } catch (const tgp::Error& e) {
-                            ADD_FAILURE() << what << ": " << e.description();
+                            // A lens thinner than about ten times the on-line tolerance (1E-6) may
+                            // have its two arcs within that tolerance somewhere between its ends:
+                            // touching, refused as cutting itself. Anything else must compute.
+                            const bool sliver = shape.build == Lens && chord * magnitude < 1e-5;
+                            EXPECT_TRUE(sliver && e.number() == 5) << what << ": " << e.description();
                         }
                         ++checked;
                     }
