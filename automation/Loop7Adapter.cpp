@@ -39,15 +39,29 @@ void WritePoints(VARIANT* target, const std::vector<Point>& points) {
     WriteBack(target, list.get());
 }
 
+void CheckVertexCount(std::size_t vertices) {
+    if (vertices > 32767) throw Error::Overflow();
+}
+
 class Loop7Adapter final : public DispatchObject<::_Loop7, ::Loop7, tgp::Loop7> {
 public:
     using DispatchObject::DispatchObject;
 
+    // The published loop walks its vertices with 16-bit counters: more than 32767 of them overflow
+    // when the loop is built (the native class takes any number).
     HRESULT STDMETHODCALLTYPE InitFromCoordinates(VARIANT Coordinates, VARIANT Bulges, VARIANT_BOOL NoClose) override {
-        return Run([&] { native().InitFromCoordinates(ToPoint(Coordinates), ToPoint(Bulges), NoClose != VARIANT_FALSE); });
+        return Run([&] {
+            const Point xy = ToPoint(Coordinates);
+            CheckVertexCount(xy.size() / 2);
+            native().InitFromCoordinates(xy, ToPoint(Bulges), NoClose != VARIANT_FALSE);
+        });
     }
     HRESULT STDMETHODCALLTYPE InitFromPoints(VARIANT Vertices) override {
-        return Run([&] { native().InitFromPoints(ToPoints(Vertices)); });
+        return Run([&] {
+            const std::vector<Point> points = ToPoints(Vertices);
+            CheckVertexCount(points.size());
+            native().InitFromPoints(points);
+        });
     }
     HRESULT STDMETHODCALLTYPE Reverse() override { return Run([&] { native().Reverse(); }); }
     HRESULT STDMETHODCALLTYPE get_Count(short* result) override {

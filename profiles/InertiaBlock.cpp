@@ -38,7 +38,9 @@ void InertiaBlock::Init(double Ix, double Iy, double Ixy, const Point& Centroid,
                         std::optional<double> Perimeter, const Point* Ux, const Point* Uy) {
     const Point ux = Ux ? *Ux : Point{1, 0, 0};
     const Point uy = Uy ? *Uy : Point{0, 1, 0};
-    if ((ux.size() > 2 && ux[2] != 0) || (uy.size() > 2 && uy[2] != 0)) {
+    // z is read from both axes, so a plane (two-element) axis is out of range, as in vxv.
+    if (ux.size() < 3 || uy.size() < 3) throw Error::SubscriptOutOfRange();
+    if (ux[2] != 0 || uy[2] != 0) {
         ThrowLibraryError("InertiaBlock should be on World Coordinates System Plan XY");
     }
     ix_ = Ix;

@@ -30,7 +30,8 @@ public:
 
     // Stores the values and sets the OCS to (Centroid, Ux, Uy); missing axes are the world x and y.
     // An axis with a non-zero z raises 2411 "InertiaBlock should be on World Coordinates System Plan XY"
-    // and stores nothing. A missing Perimeter stores 0.
+    // and stores nothing; an axis of fewer than three elements raises 9 "Subscript out of range" (its z
+    // is read, and the normal is their cross product). A missing Perimeter stores 0.
     void Init(double Ix, double Iy, double Ixy, const Point& Centroid, double Area,
               std::optional<double> Perimeter = std::nullopt, const Point* Ux = nullptr, const Point* Uy = nullptr);
     std::shared_ptr<InertiaBlock> Copy() const;

@@ -155,6 +155,17 @@ bool Loop7::PointIsInside(const Point& point, bool* PointIsOn) const {
     return IsEqual(std::fabs(winding), kTwoPi);
 }
 
+bool Loop7::Encloses(const Point& point, bool* OnBoundary) const {
+    const PlanePoint p = ToPlanePoint(point);
+    const bool on = std::any_of(segments_.begin(), segments_.end(),
+                                [&](const LoopDLine& segment) { return segment.PointIsOnDline(p); });
+    if (OnBoundary) *OnBoundary = on;
+    if (on) return false;
+    double winding = 0;
+    for (const LoopDLine& segment : segments_) winding += segment.SubtendedAngle(p);
+    return std::fabs(winding) > kPi;  // a whole turn or none: anything in between is rounding
+}
+
 bool Loop7::IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections) const {
     const PlanePoint p1 = ToPlanePoint(SP), p2 = ToPlanePoint(EP);
     if (Distance2(p1, p2) == 0) throw Error::InvalidProcedureCall();

@@ -76,6 +76,11 @@ public:
 
     // Inside by the winding angle. A point on the boundary is not inside; PointIsOn tells it apart.
     bool PointIsInside(const Point& point, bool* PointIsOn = nullptr) const;
+    // The containment test the library itself relies on (grouping loops into sections): a point
+    // within kOnLineTolerance of the boundary is on it (OnBoundary), otherwise it is inside when the
+    // loop winds around it. Unlike the published PointIsInside it holds for drawings placed anywhere,
+    // 1E7 from the origin as well as at it.
+    bool Encloses(const Point& point, bool* OnBoundary = nullptr) const;
     // Common points with the infinite line through SP and EP (SP = EP raises error 5).
     bool IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections = nullptr) const;
     // Common points with another loop (touching counts).

@@ -216,6 +216,12 @@ double LoopDLine::AngleTo(const PlanePoint& Point) const {
     return a;
 }
 
+double LoopDLine::SubtendedAngle(const PlanePoint& Point) const {
+    const double a = TurnAngle(Minus(start_, Point), Minus(end_, Point));
+    if (!PointIsInDlineArea(Point)) return a;
+    return a <= 0 ? a + kTwoPi : a - kTwoPi;
+}
+
 void LoopDLine::Move(const PlanePoint& Displacement) {
     start_ = Plus(start_, Displacement);
     end_ = Plus(end_, Displacement);

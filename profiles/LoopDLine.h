@@ -93,6 +93,10 @@ public:
     // end of a straight segment, Alfa/2 at an end of an arc, ±pi on the chord, and the chord's
     // angle corrected by a full turn when Point lies between the chord and the arc.
     double AngleTo(const PlanePoint& Point) const;
+    // The same angle for the library's own decisions, exact wherever the drawing lies: no
+    // relative-tolerance snaps (a relative 1E-06 is a whole unit at 1E6 from the origin). The caller
+    // has ruled out points on the segment.
+    double SubtendedAngle(const PlanePoint& Point) const;
     // Shifts the end points and the centre; radius, angles and length stay, the integrals are
     // recomputed on the next read.
     void Move(const PlanePoint& Displacement);

@@ -1,6 +1,6 @@
 ' Loop7 and InertiaBlock through the COM runtime: construction, section properties of a closed
 ' profile against closed forms, point and loop tests, the attached CAD entity, errors and limits.
-Dim lp, inner, apart, bow, empty1, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges
+Dim lp, inner, apart, bow, empty1, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges, bigPoints
 
 Class FakeEntity
     Public moves
@@ -116,8 +116,22 @@ For i = 0 To 39999
 Next
 Set c = Library("Loop7")
 c.InitFromCoordinates big, bigBulges, True
-t = c.Count
-CheckError "Count beyond 32767", 6, "Overflow"
+CheckError "InitFromCoordinates with more vertices than a 16-bit counter", 6, "Overflow"
+ReDim big(65533)
+ReDim bigBulges(32766)
+For i = 0 To 32766
+    big(2 * i) = i
+    big(2 * i + 1) = (i Mod 2)
+    bigBulges(i) = 0
+Next
+c.InitFromCoordinates big, bigBulges, True
+Check "32767 vertices still count", c.Count, 32766
+ReDim bigPoints(32768)
+For i = 0 To 32768
+    bigPoints(i) = Array(i, i Mod 2)
+Next
+c.InitFromPoints bigPoints
+CheckError "InitFromPoints with more vertices than a 16-bit counter", 6, "Overflow"
 
 ' InertiaBlock on its own.
 Set ib = Library("InertiaBlock")
@@ -159,3 +173,7 @@ ib.Move Array(1, 1, 0)
 CheckPoint "Move", ib.Centroid, Array(11, 21, 0)
 ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0, 1)
 CheckError "Init with an axis off the XY plane", 2411, "InertiaBlock should be on World Coordinates System Plan XY"
+ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0)
+CheckError "Init with a plane (two-element) Ux", 9, "Subscript out of range"
+ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0, 0), Array(0, 1)
+CheckError "Init with a plane (two-element) Uy", 9, "Subscript out of range"

@@ -136,6 +136,35 @@ INSTANTIATE_TEST_SUITE_P(
                       InsideCase{"on_chord_line", {2, 2}, true, false}),
     [](const auto& info) { return info.param.name; });
 
+// The library's own containment test gives the same answers wherever the drawing lies.
+TEST_P(PointInLoop, EnclosesHoldsFarFromTheOrigin) {
+    const InsideCase& c = GetParam();
+    for (double offset : {0.0, 1e6, -3e6, 1e7}) {
+        auto loop = Loop7::Create();
+        std::vector<double> xy{0, 0, 4, 0, 4, 2, 3, 2, 1, 2, 0, 2};
+        for (double& v : xy) v += offset;
+        loop->InitFromCoordinates(xy, std::vector<double>{0, 0, 0, 1, 0, 0});
+        const Point p{c.point[0] + offset, c.point[1] + offset};
+        for (int direction = 0; direction < 2; ++direction) {
+            bool on = !c.on;
+            EXPECT_EQ(loop->Encloses(p, &on), c.inside) << c.name << " at " << offset;
+            EXPECT_EQ(on, c.on) << c.name << " at " << offset;
+            loop->Reverse();
+        }
+    }
+}
+
+TEST(PointInLoopFarAway, PublishedTestKeepsItsRelativeVertexToleranceWhileEnclosesDoesNot) {
+    // A 100 x 100 square at (1E6, 1E6): (1E6 + 0.5, 1E6 + 0.5) is within a relative 1E-06 of the
+    // corner, so the published rule takes it for the vertex itself; the library's own test does not.
+    auto square = Square(1e6, 1e6, 100);
+    const Point p{1e6 + 0.5, 1e6 + 0.5};
+    EXPECT_FALSE(square->PointIsInside(p));
+    EXPECT_TRUE(square->Encloses(p));
+    EXPECT_FALSE(square->Encloses({1e6 - 0.5, 1e6 + 0.5}));
+    EXPECT_TRUE(square->Encloses({1e6 + 1e-5, 1e6 + 50}));  // 10 µm inside: beyond the 1 nm tolerance
+}
+
 // ---- intersections and relationships -----------------------------------------------------------
 
 TEST(LoopIntersections, WithALineAndAnotherLoop) {
