@@ -74,6 +74,10 @@ public:
     }
     HRESULT STDMETHODCALLTYPE vLength(VARIANT* A, VARIANT* b, double* result) override {
         return Run([&] {
+            if (Deref(*A).vt == VT_EMPTY) {  // an Empty vector has length 0, whatever b is
+                Out(result) = 0;
+                return;
+            }
             Point other;
             const Point* second = OptionalPoint(*b, other);
             Out(result) = second ? V::vLength(ToPoint(*A), *second) : V::vLength(ToPoint(*A));

@@ -1,10 +1,13 @@
 #include "cli/DxfProfileReader.h"
+#include "cli/DxfTags.h"
 
 #include <dl_creationadapter.h>
 #include <dl_dxf.h>
 #include <fmt/format.h>
 
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <locale>
 #include <memory>
 #include <optional>
@@ -98,11 +101,14 @@ private:
 }  // namespace
 
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path) {
-    if (!std::ifstream(path)) throw ProfileFileError(path + ": cannot open the file");
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw ProfileFileError(path + ": cannot open the file");
+    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::istringstream normalised(WithTrustedCounts(text, path));
     ClassicLocaleScope classic;
     ProfileCollector collector;
     DL_Dxf dxf;
-    if (!dxf.in(path, &collector)) throw ProfileFileError(path + ": not a readable DXF file");
+    if (!dxf.in(normalised, &collector)) throw ProfileFileError(path + ": not a readable DXF file");
     return collector.Result();
 }
 

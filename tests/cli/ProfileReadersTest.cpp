@@ -132,6 +132,23 @@ TEST(DxfProfiles, PolylinesCirclesAndTheirNames) {
     EXPECT_TRUE(p[4].closed);   // no closed flag, but back on the first vertex
 }
 
+// A count in the file is a claim, not a fact: a polyline (or spline, or leader) may declare two
+// billion items and hold four. Reading it takes memory for what is there.
+TEST(DxfProfiles, DeclaredCountsAreNotTrusted) {
+    for (const char* declared : {"2000000000", "99999999", "-5", "0", "2"}) {
+        std::string polyline = LwPolyline("7A", 1, {{0, 0}, {10, 0}, {10, 5}, {0, 5}});
+        polyline.replace(polyline.find("90\n4\n"), 5, std::string("90\n") + declared + "\n");
+        const std::string spline =
+            std::string("0\nSPLINE\n8\n0\n70\n8\n71\n3\n72\n") + declared + "\n73\n" + declared + "\n74\n" + declared +
+            "\n40\n0\n40\n1\n10\n0\n20\n0\n30\n0\n";
+        const std::string leader = std::string("0\nLEADER\n8\n0\n76\n") + declared + "\n10\n0\n20\n0\n30\n0\n";
+        const DxfFile file({polyline, spline, leader});
+        const auto p = ReadDxfProfiles(file.path());
+        ASSERT_EQ(p.size(), 1u) << declared;
+        EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5})) << declared;
+    }
+}
+
 TEST(DxfProfiles, BlockDefinitionsAreNotProfiles) {
     const DxfFile file({});
     std::ofstream(file.path()) << "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nB1\n10\n0\n20\n0\n"

@@ -18,6 +18,8 @@ CheckNear "vAngle from (1, 0) to (0, 1)", v.vAngle(Array(1, 0), Array(0, 1)), ha
 Check "vLength of (3, 4)", v.vLength(Array(3, 4)), 5
 Check "vLength between two points", v.vLength(Array(1, 1), Array(4, 5)), 5
 Check "vLength of an empty array", v.vLength(Array()), 0
+Check "vLength of Empty", v.vLength(Empty), 0
+Check "vLength of Empty with a second point", v.vLength(Empty, Array(3, 4)), 0
 f = halfPi
 r = v.vRotate(Array(2, 0), f)
 CheckNear "vRotate x (Variant array)", r(0), 0, 1E-12
