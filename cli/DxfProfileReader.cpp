@@ -104,11 +104,15 @@ std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw ProfileFileError(path + ": cannot open the file");
     const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    std::istringstream normalised(WithTrustedCounts(text, path));
+    return ReadDxfText(text, path);
+}
+
+std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source) {
+    std::istringstream normalised(WithTrustedCounts(text, source));
     ClassicLocaleScope classic;
     ProfileCollector collector;
     DL_Dxf dxf;
-    if (!dxf.in(normalised, &collector)) throw ProfileFileError(path + ": not a readable DXF file");
+    if (!dxf.in(normalised, &collector)) throw ProfileFileError(source + ": not a readable DXF file");
     return collector.Result();
 }
 

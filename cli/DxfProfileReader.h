@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/DrawnProfile.h"
@@ -13,5 +14,7 @@ namespace tgp::cli {
 // named after its entity, e.g. "POLYLINE handle 2F on layer 0". A file that cannot be opened raises
 // ProfileFileError. Numbers are read with the classic "C" locale whatever the process has set.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path);
+// The same from the text of a drawing; `source` names it in messages.
+std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source);
 
 }  // namespace tgp::cli

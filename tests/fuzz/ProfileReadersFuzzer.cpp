@@ -1,0 +1,34 @@
+// The text and DXF profile readers followed by the section computation and both report forms, as
+// tgp-section runs them: a malformed file may be refused, nothing else may happen.
+#include <sstream>
+#include <string>
+
+#include "cli/DxfProfileReader.h"
+#include "cli/SectionReport.h"
+#include "cli/TextProfileReader.h"
+#include "core/Error.h"
+#include "units/UnitSetting.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    if (size < 1) return 0;
+    const std::string text(reinterpret_cast<const char*>(bytes) + 1, size - 1);
+    std::vector<tgp::cli::DrawnProfile> profiles;
+    try {
+        if (bytes[0] & 1) {
+            profiles = tgp::cli::ReadDxfText(text, "fuzz.dxf");
+        } else {
+            std::istringstream in(text);
+            profiles = tgp::cli::ReadTextProfiles(in, "fuzz.txt");
+        }
+    } catch (const tgp::cli::ProfileFileError&) {
+        return 0;
+    }
+    auto units = std::make_shared<tgp::UnitSetting>();
+    units->UnitID(tgp::DLengthObject, static_cast<int16_t>(bytes[0] >> 1) % 6);
+    const tgp::cli::ReportUnits report = tgp::cli::ReportUnits::From(units, 1 + bytes[0] % 15);
+    std::vector<tgp::cli::ProfileOutcome> outcomes;
+    for (const auto& profile : profiles) outcomes.push_back(tgp::cli::AnalyseProfile(profile, units));
+    (void)tgp::cli::FormatTable(outcomes, report);
+    (void)tgp::cli::FormatJson(outcomes, report);
+    return 0;
+}
