@@ -154,7 +154,7 @@ ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr
         outcome.values = ValuesOf(*loop->InertiaBlock(), units);
     } catch (const Error& e) {
         std::vector<Point> crossings;
-        if (e.number() != 5) outcome.error = "encloses no area";
+        if (e.number() != 5 || loop->Count() == 0) outcome.error = "encloses no area";
         else if (loop->IsSelfIntersect(&crossings)) outcome.error = "cuts itself" + PointText(crossings);
         else outcome.error = e.description();
     }

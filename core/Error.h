@@ -27,6 +27,7 @@ public:
     static Error DivisionByZero();        // 11
     static Error TypeMismatch();          // 13
     static Error ObjectRequired();        // 424
+    static Error OutOfMemory();           // 7
     static Error ApplicationDefined(int number = 713);
 
 private:
@@ -36,5 +37,20 @@ private:
 
 // Raises 2411 with the given description.
 [[noreturn]] void ThrowLibraryError(std::string description);
+
+// One rule for every number the library computes: finite input never gives an infinity or a NaN.
+// Where arithmetic overflows anyway, the result is refused with the runtime's 6 "Overflow", as the
+// runtime's own Double arithmetic does. Callers check before they store, so a refused result leaves
+// the object as it was.
+inline double CheckFinite(double value) {
+    if (!(value - value == 0)) throw Error::Overflow();  // false for infinities and NaN
+    return value;
+}
+
+template <class Container>
+const Container& CheckAllFinite(const Container& values) {
+    for (double v : values) CheckFinite(v);
+    return values;
+}
 
 }  // namespace tgp

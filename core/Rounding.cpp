@@ -2,9 +2,12 @@
 
 #include <cmath>
 
+#include "core/Error.h"
+
 namespace tgp {
 
 double RoundHalfEven(double value, int digits) {
+    if (digits < 0) throw Error::InvalidProcedureCall();  // the runtime's Round takes no negative count
     if (!std::isfinite(value)) return value;
     const double scale = std::pow(10.0, digits);
     const double scaled = value * scale;

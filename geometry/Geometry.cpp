@@ -12,6 +12,8 @@ namespace tgp {
 
 namespace {
 
+constexpr const char* kNoTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
+
 // The normalising loops run one step per full turn. Up to this many turns they run as written
 // (bit for bit); beyond, the angle is reduced with one remainder so that no input can hang them.
 constexpr double kMaxTurnsLooped = 1e6;
@@ -65,9 +67,9 @@ void BuildRotationFrame(const Point& point, const Point& Org, const Point& Uz, R
 
 double Geometry::pi() { return kPi; }
 
-double Geometry::DegToRad(double Angle) { return (Angle / 180) * pi(); }
+double Geometry::DegToRad(double Angle) { return CheckFinite((Angle / 180) * pi()); }
 
-double Geometry::DegFromRad(double Angle) { return (Angle / pi()) * 180; }
+double Geometry::DegFromRad(double Angle) { return CheckFinite((Angle / pi()) * 180); }
 
 void Geometry::FixAngle360(double& Angle) {
     const double twoPi = 2 * pi();
@@ -137,13 +139,15 @@ double Geometry::ACos(double& x) {
 }
 
 double Geometry::Area_3Distances(double A, double b, double C) {
-    const double s = (A + b + C) / 2;
+    // Heron's product of three negative factors is positive: negative lengths are no triangle.
+    if (A < 0 || b < 0 || C < 0) ThrowLibraryError(kNoTriangle);
+    const double s = CheckFinite((A + b + C) / 2);
     // Rounding the factors turns the round-off of a flat triangle into an exact 0.
     const double sa = RoundHalfEven((-A + b + C) / 2, 8);
     const double sb = RoundHalfEven((A - b + C) / 2, 8);
     const double sc = RoundHalfEven((A + b - C) / 2, 8);
-    const double p = s * sa * sb * sc;
-    if (p < 0) ThrowLibraryError("Function Area_3Distances fails: the given lengths do not form a triangle");
+    const double p = CheckFinite(s * sa * sb * sc);
+    if (p < 0) ThrowLibraryError(kNoTriangle);
     return std::sqrt(p);
 }
 
@@ -164,7 +168,7 @@ double Geometry::Volume_4Points(const Point& A, const Point& b, const Point& C, 
     if (area == 0) return 0;
     double distance = 0;
     Analyse_Point_Plane(A, b, C, D, distance);
-    return distance * area / 3;
+    return CheckFinite(distance * area / 3);
 }
 
 APlane_Result Geometry::Analyse_Point_Plane(const Point& P, const Point& A, const Point& b, const Point& C,
@@ -192,7 +196,7 @@ void Geometry::RotatePoint(const Point& point, const Point& Org, const Point& Uz
     const double phi = Vector::vAngle({a, b}) + Rotation;
     Point turned{r * std::cos(phi), r * std::sin(phi), c};
     frame.system.TranslateToUCS(turned, UCS{});
-    ReturnPoint = std::move(turned);
+    ReturnPoint = CheckAllFinite(std::move(turned));
 }
 
 }  // namespace tgp

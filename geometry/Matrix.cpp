@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "core/Error.h"
@@ -182,7 +183,12 @@ void Matrix::Reset(std::optional<int> RowCount, std::optional<int> ColumnCount) 
     if (rows <= 0 || columns <= 0) ThrowLibraryError("Matrix Reset fail: RowCount and ColumnCount must be greater than 0");
     const int16_t newRows = ToCount(rows);
     const int16_t newColumns = ToCount(columns);
-    data_.assign(static_cast<std::size_t>(newRows) * newColumns, 0.0);
+    // A new buffer rather than assign: shrinking from 32767 x 32767 gives the 8 GB back at once.
+    try {
+        std::vector<double>(static_cast<std::size_t>(newRows) * newColumns, 0.0).swap(data_);
+    } catch (const std::bad_alloc&) {
+        throw Error::OutOfMemory();
+    }
     rowCount_ = newRows;
     columnCount_ = newColumns;
 }
@@ -337,7 +343,7 @@ std::shared_ptr<Matrix> Matrix::Product(const Matrix& argMatrix) const {
         for (int j = 0; j < argMatrix.columnCount_; ++j) {
             double sum = 0;
             for (int k = 0; k < columnCount_; ++k) sum += At(i, k) * argMatrix.At(k, j);
-            result->At(i, j) = sum;
+            result->At(i, j) = CheckFinite(sum);
         }
     }
     return result;
@@ -351,14 +357,14 @@ std::vector<double> Matrix::MultiplyWithVector(const std::vector<double>& vector
     for (int i = 0; i < rowCount_; ++i) {
         double sum = 0;
         for (int k = 0; k < columnCount_; ++k) sum += At(i, k) * vectorU[k];
-        result[i] = sum;
+        result[i] = CheckFinite(sum);
     }
     return result;
 }
 
 std::shared_ptr<Matrix> Matrix::MultiplyWithNumber(double ScaleFactor) const {
     auto result = Copy();
-    for (double& value : result->data_) value *= ScaleFactor;
+    for (double& value : result->data_) value = CheckFinite(value * ScaleFactor);
     return result;
 }
 
@@ -367,14 +373,14 @@ std::shared_ptr<Matrix> Matrix::PlusWithMatrix(const Matrix& argMatrix, bool Sub
         ThrowLibraryError("PlucWithMatrix routine fails: the Matrixes donot have the same size");
     auto result = NewMatrix(rowCount_, columnCount_);
     for (std::size_t k = 0; k < data_.size(); ++k)
-        result->data_[k] = SubtractFlag ? data_[k] - argMatrix.data_[k] : data_[k] + argMatrix.data_[k];
+        result->data_[k] = CheckFinite(SubtractFlag ? data_[k] - argMatrix.data_[k] : data_[k] + argMatrix.data_[k]);
     return result;
 }
 
 std::shared_ptr<Matrix> Matrix::PlusWithNumber(double realNumber) const {
     if (realNumber == 0) return Copy();
     auto result = NewMatrix(rowCount_, columnCount_);
-    for (std::size_t k = 0; k < data_.size(); ++k) result->data_[k] = data_[k] + realNumber;
+    for (std::size_t k = 0; k < data_.size(); ++k) result->data_[k] = CheckFinite(data_[k] + realNumber);
     return result;
 }
 
@@ -384,7 +390,11 @@ double Matrix::Det(double* /*ElapsedTime*/, Array2DData* GaussMatrix) {
     if (cachedDeterminant_) return *cachedDeterminant_;
     Array2DData eliminated = Array2D();
     const EliminationResult result = ForwardElimination(eliminated.data.data(), rowCount_, columnCount_, nullptr).Run();
-    if (result.completed && GaussMatrix) *GaussMatrix = std::move(eliminated);
+    CheckFinite(result.determinant);  // an overflowing product of pivots is not a determinant
+    if (result.completed && GaussMatrix) {
+        CheckAllFinite(eliminated.data);
+        *GaussMatrix = std::move(eliminated);
+    }
     cachedDeterminant_ = result.determinant;
     return result.determinant;
 }
@@ -395,7 +405,7 @@ void Matrix::BuildInverse() {
     cachedInverse_ = std::make_shared<Matrix>();
     const int n = rowCount_;
     std::vector<double> work = data_;
-    const double determinant = ForwardElimination(work.data(), n, columnCount_, nullptr).Run().determinant;
+    const double determinant = CheckFinite(ForwardElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
     if (determinant == 0) return;
     Array2DData inverse(n, n);
     const std::size_t minorSide = n > 0 ? static_cast<std::size_t>(n - 1) : 0;
@@ -404,7 +414,7 @@ void Matrix::BuildInverse() {
         for (int j = 0; j < n; ++j) {
             FillMinor(data_, n, columnCount_, i, j, minor);
             const double minorDeterminant = ForwardElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
-            inverse(j, i) = std::pow(-1.0, i + j) * minorDeterminant / determinant;
+            inverse(j, i) = CheckFinite(std::pow(-1.0, i + j) * minorDeterminant / determinant);
         }
     }
     cachedInverse_->Array2D(inverse);
@@ -412,10 +422,15 @@ void Matrix::BuildInverse() {
 
 const Matrix& Matrix::CachedInverse() {
     // A failure while building (a matrix narrower than tall) leaves the cached inverse without
-    // elements, as for a singular matrix.
+    // elements, as for a singular matrix. An overflow is not a singular matrix: it is raised, and
+    // nothing is cached.
     try {
         if (!cachedInverse_) BuildInverse();
-    } catch (const Error&) {
+    } catch (const Error& e) {
+        if (e.number() == Error::Overflow().number()) {
+            cachedInverse_.reset();
+            throw;
+        }
     }
     return *cachedInverse_;
 }
@@ -435,7 +450,7 @@ std::optional<std::vector<double>> Matrix::SolveWithGaussMethod(const std::vecto
     std::vector<double> y = YVector;
     const double determinant = ForwardElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
     std::optional<std::vector<double>> x;
-    if (determinant != 0) x = BackSubstitute(eliminated, rowCount_, columnCount_, y);
+    if (CheckFinite(determinant) != 0) x = CheckAllFinite(BackSubstitute(eliminated, rowCount_, columnCount_, y));
     StoreElapsed(ElapsedTime, start);
     return x;
 }

@@ -75,6 +75,8 @@ public:
     std::shared_ptr<Matrix> PlusWithMatrix(const Matrix& argMatrix, bool SubtractFlag = false) const;
     std::shared_ptr<Matrix> PlusWithNumber(double realNumber) const;
     bool IsSquareMatrix() const { return rowCount_ == columnCount_; }
+    // Elements the storage holds room for: after a shrinking Reset, no more than the new size.
+    std::size_t StorageCapacity() const { return data_.capacity(); }
 
     // Determinant by forward elimination (rows exchanged only for an exact zero pivot), cached.
     // ElapsedTime is accepted and not changed. GaussMatrix receives the eliminated matrix; it is left

@@ -54,7 +54,11 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
             ThrowLibraryError("The Ux, Uy, Uz set to the UCS object are invalid");
         }
     } else {
-        uz_ = Vector::vxv(ux_, uy_);
+        // Parallel or opposite axes span no plane: their normal is the zero vector, which fails as
+        // UnitVec fails for it rather than leaving a system that collapses every point.
+        const Point normal = Vector::vxv(ux_, uy_);
+        if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
+        uz_ = normal;
     }
     origin_ = newOrg;
     axisMatrix_->LetColumn(ux_, 0);
@@ -68,9 +72,9 @@ void UCS::TranslateFromUCS(Point& point, const UCS& sourceUCS, bool ConvertAsVec
     ConvertLengths(point, sourceUCS.UnitID(), ParentUnitID);
     // Into the common parent frame.
     point = sourceUCS.axisMatrix_->MultiplyWithVector(point);
-    if (!ConvertAsVector) point = Vector::vplusv(point, sourceUCS.Origin());
+    if (!ConvertAsVector) point = Vector::vplusv(point, sourceUCS.OriginPoint());
     // Out of it into this system; the transpose is the inverse of orthonormal axes.
-    if (!ConvertAsVector) point = Vector::vminusv(point, origin_);
+    if (!ConvertAsVector) point = Vector::vminusv(point, OriginPoint());
     point = axisMatrix_->Transpose()->MultiplyWithVector(point);
     ConvertLengths(point, ParentUnitID, unitID_);
 }
@@ -94,7 +98,12 @@ void UCS::Reverse(bool XAxis, bool YAxis, bool ZAxis) {
 }
 
 void UCS::Move(const Point& BasePoint, const Point& DestPoint) {
-    origin_ = Vector::vplusv(origin_, Vector::VectorAB(BasePoint, DestPoint));
+    origin_ = Vector::vplusv(OriginPoint(), Vector::VectorAB(BasePoint, DestPoint));
+}
+
+const Point& UCS::OriginPoint() const {
+    if (origin_.size() < 3) throw Error::SubscriptOutOfRange();
+    return origin_;
 }
 
 void UCS::Rotate(double Rotation, bool XAxis, bool YAxis, bool ZAxis) {

@@ -24,7 +24,8 @@ public:
     const std::string& Label() const { return label_; }
     void Label(std::string value) { label_ = std::move(value); }
 
-    // Origin in the parent frame; (0, 0, 0) on creation.
+    // Origin in the parent frame; (0, 0, 0) on creation. Stored as given (a script may set any
+    // array); it must be a point of three elements where it is used (translations, Move), else 9.
     const Point& Origin() const { return origin_; }
     void Origin(Point value) { origin_ = std::move(value); }
 
@@ -47,7 +48,8 @@ public:
     // newUz given, Uz is its unit vector and Ux x Uy must equal newUz itself (tolerance 1E-06),
     // else error 2411 "The Ux, Uy, Uz set to the UCS object are invalid" is raised after the axes
     // were already replaced (origin, axis matrix and parent keep their old values). Without newUz,
-    // Uz = Ux x Uy. A non-null Parent replaces the parent.
+    // Uz = Ux x Uy, and parallel or opposite Ux and Uy (a zero Uz) raise 2411 "Vector unitvec(u) =
+    // u = 0" before anything is stored. A non-null Parent replaces the parent.
     void SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, const Point* newUz = nullptr,
                 std::shared_ptr<UCS> Parent = nullptr);
 
@@ -88,6 +90,8 @@ public:
     void RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const;
 
 private:
+    // The origin as a point of at least three elements (9 "Subscript out of range" otherwise).
+    const Point& OriginPoint() const;
     // Re-expresses the origin and axes of system, given in from's coordinates, in to's coordinates
     // (lengths in frameUnit) and sets them on it.
     static void ReexpressSystem(UCS& system, const UCS& from, const UCS& to, std::int16_t frameUnit);

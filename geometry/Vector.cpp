@@ -39,7 +39,7 @@ Point Vector::vplusv(std::span<const Point> parArr) {
     if (parArr.empty()) throw Error::SubscriptOutOfRange();
     Point sum = parArr.front();
     for (const Point& item : parArr.subspan(1)) sum = AddSharedIndices(sum, item);
-    return sum;
+    return CheckAllFinite(sum);
 }
 
 Point Vector::vplusv(const Point& V1, const Point& V2) {
@@ -51,7 +51,7 @@ Point Vector::vminusv(const Point& V1, const Point& V2) { return vplusv(V1, vxr(
 
 Point Vector::vxr(const Point& v, double r) {
     Point scaled(v);
-    for (double& element : scaled) element *= r;
+    for (double& element : scaled) element = CheckFinite(element * r);
     return scaled;
 }
 
@@ -83,7 +83,7 @@ double Vector::vAngle(const Point& v, const Point& V1) {
 double Vector::vLength(const Point& A) {
     double squares = 0;
     for (double element : A) squares += element * element;
-    return std::sqrt(squares);
+    return CheckFinite(std::sqrt(squares));
 }
 
 double Vector::vLength(const Point& A, const Point& b) { return vLength(vminusv(b, A)); }
@@ -92,19 +92,19 @@ Point Vector::vRotate(const Point& v, double r) {
     // A plane operation: z takes no part, neither in the angle nor in the length.
     const double length = vLength({Element(v, 0), Element(v, 1)});
     const double angle = vAngle(v) + r;
-    return {length * std::cos(angle), length * std::sin(angle)};
+    return CheckAllFinite(Point{length * std::cos(angle), length * std::sin(angle)});
 }
 
 Point Vector::vxv(const Point& V1, const Point& V2) {
     const double x1 = Element(V1, 0), y1 = Element(V1, 1), z1 = Element(V1, 2);
     const double x2 = Element(V2, 0), y2 = Element(V2, 1), z2 = Element(V2, 2);
-    return {y1 * z2 - z1 * y2, x2 * z1 - x1 * z2, x1 * y2 - y1 * x2};
+    return CheckAllFinite(Point{y1 * z2 - z1 * y2, x2 * z1 - x1 * z2, x1 * y2 - y1 * x2});
 }
 
 double Vector::vxxv(const Point& V1, const Point& V2) {
     double sum = 0;
     for (std::size_t i = 0; i < V1.size(); ++i) sum += V1[i] * Element(V2, i);
-    return sum;
+    return CheckFinite(sum);
 }
 
 Point Vector::vProjectTo(const Point& Vec, const Point& ToVector) {
@@ -132,8 +132,12 @@ double Vector::vAngle3D(const Point& uA, const Point& uX0, const Point* Uz) {
 }
 
 Point Vector::UnitVec(Point u) {
-    const double length = vLength(u);
-    if (length == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
+    // A length that overflows cannot be divided by either: scaled by 1/inf the vector would come
+    // back as zeros, so it fails as a zero vector does.
+    double squares = 0;
+    for (double element : u) squares += element * element;
+    const double length = std::sqrt(squares);
+    if (length == 0 || !std::isfinite(length)) ThrowLibraryError("Vector unitvec(u) = u = 0");
     return vxr(u, 1 / length);
 }
 

@@ -43,12 +43,14 @@ void InertiaBlock::Init(double Ix, double Iy, double Ixy, const Point& Centroid,
     if (ux[2] != 0 || uy[2] != 0) {
         ThrowLibraryError("InertiaBlock should be on World Coordinates System Plan XY");
     }
+    if (Centroid.size() < 2) throw Error::SubscriptOutOfRange();  // a centroid needs x and y
+    // The axes first: parallel axes fail there (no normal), and then nothing is stored.
+    SetAxes(Padded(Centroid), ux, uy);
     ix_ = Ix;
     iy_ = Iy;
     ixy_ = Ixy;
     area_ = Area;
     perimeter_ = Perimeter.value_or(0.0);
-    SetAxes(Centroid, ux, uy);
 }
 
 std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
@@ -90,26 +92,26 @@ std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaX(const std::shar
     if (!targetUCS) return InMillimetres<DMomentOfInertia>(ix_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (f.c * f.c) * ix_ + (f.s * f.s) * iy_ - f.S * ixy_;
-    return InMillimetres<DMomentOfInertia>(f.dy * area_ * f.dy + rotated);
+    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dy * area_ * f.dy + rotated));
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaY(const std::shared_ptr<UCS>& targetUCS) {
     if (!targetUCS) return InMillimetres<DMomentOfInertia>(iy_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (f.c * f.c) * iy_ + (f.s * f.s) * ix_ + f.S * ixy_;
-    return InMillimetres<DMomentOfInertia>(f.dx * area_ * f.dx + rotated);
+    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dx + rotated));
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::ProductOfInertiaXY(const std::shared_ptr<UCS>& targetUCS) {
     if (!targetUCS) return InMillimetres<DMomentOfInertia>(ixy_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (-f.S * iy_) / 2 + (f.S * ix_) / 2 + f.C * ixy_;
-    return InMillimetres<DMomentOfInertia>(f.dx * area_ * f.dy + rotated);
+    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dy + rotated));
 }
 
 std::shared_ptr<DLength> InertiaBlock::RadiusOf(double moment) const {
     if (area_ == 0) return InMillimetres<DLength>(0);
-    const double r = std::sqrt(std::fabs(moment / area_));
+    const double r = std::sqrt(std::fabs(CheckFinite(moment / area_)));
     return InMillimetres<DLength>(area_ < 0 ? -r : r);
 }
 
@@ -126,7 +128,7 @@ std::shared_ptr<DLength> InertiaBlock::RadiusOfGyrationY(const std::shared_ptr<U
 InertiaBlock::Principal InertiaBlock::PrincipalValues() const {
     if (ixy_ == 0) return {ix_, iy_, 0};
     const double d = (ix_ - iy_) / 2;
-    const double R = std::sqrt(std::pow(d, 2) + std::pow(ixy_, 2));
+    const double R = CheckFinite(std::sqrt(std::pow(d, 2) + std::pow(ixy_, 2)));
     const double cos2 = (ix_ - iy_) * 0.5 / R;
     const double sin2 = ixy_ / R;
     if (cos2 == 0) {
@@ -136,7 +138,7 @@ InertiaBlock::Principal InertiaBlock::PrincipalValues() const {
     const double v = t <= 0 ? t : t - kPi;
     const double theta = -v * 0.5;
     const double c = std::cos(theta), s = std::sin(theta), S = std::sin(2 * theta);
-    return {s * s * iy_ + c * c * ix_ - S * ixy_, c * c * iy_ + s * s * ix_ + S * ixy_, theta};
+    return {CheckFinite(s * s * iy_ + c * c * ix_ - S * ixy_), CheckFinite(c * c * iy_ + s * s * ix_ + S * ixy_), theta};
 }
 
 void InertiaBlock::GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0, std::shared_ptr<DMomentOfInertia>& Iy0,
@@ -172,11 +174,13 @@ std::shared_ptr<UCS> InertiaBlock::PCS() {
 
 void InertiaBlock::ElasticModulus(double value) {
     if (elasticModulus_ != 0 && value != 0) {
-        const double f = elasticModulus_ / value;
-        area_ *= f;
-        ix_ *= f;
-        iy_ *= f;
-        ixy_ *= f;
+        const double f = CheckFinite(elasticModulus_ / value);
+        const double area = CheckFinite(area_ * f), ix = CheckFinite(ix_ * f), iy = CheckFinite(iy_ * f);
+        const double ixy = CheckFinite(ixy_ * f);
+        area_ = area;
+        ix_ = ix;
+        iy_ = iy;
+        ixy_ = ixy;
     }
     elasticModulus_ = value;
 }
@@ -186,7 +190,9 @@ void InertiaBlock::RotateOCS(double Rotation) {
     const double S = std::sin(2 * Rotation), C = std::cos(2 * Rotation);
     const double ix = s * s * iy_ + c * c * ix_ - S * ixy_;
     const double iy = s * s * ix_ + c * c * iy_ + S * ixy_;
-    const double ixy = (-S * iy_) / 2 + (S * ix_) / 2 + C * ixy_;
+    const double ixy = CheckFinite((-S * iy_) / 2 + (S * ix_) / 2 + C * ixy_);
+    CheckFinite(ix);
+    CheckFinite(iy);
     ix_ = ix;
     iy_ = iy;
     ixy_ = ixy;

@@ -36,6 +36,7 @@ void ReportDistinct(const std::vector<PlanePoint>& found, std::vector<Point>* ou
 }  // namespace
 
 void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose) {
+    if (Coordinates.size() % 2 != 0) throw Error::SubscriptOutOfRange();  // an x without its y
     const std::size_t n = Coordinates.size() / 2;
     auto vertex = [&](std::size_t i) { return PlanePoint{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
     std::vector<LoopDLine> segments;
@@ -111,6 +112,12 @@ std::vector<double> Loop7::Bulges() const {
 // Sums the segments' integrals about the mean vertex O (small numbers, few lost digits), moves the
 // moments to the centroid by the parallel-axis rule and hands them to a new block.
 void Loop7::ComputeInertia() {
+    // Every side shorter than 1E-05 was dropped when the loop was built (a 1E-200 square keeps
+    // none): say so, rather than the division by a vertex count of 0 that would follow.
+    if (segments_.empty()) {
+        throw Error(5, "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than "
+                       "1E-05 are dropped)");
+    }
     if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     double perimeter = 0;
     for (const LoopDLine& segment : segments_) perimeter += segment.Length();
@@ -124,7 +131,8 @@ void Loop7::ComputeInertia() {
     const double iy = sum.MomentOfInertiaY - A * (xc * xc);
     const double ixy = sum.ProductOfInertiaXY - A * xc * yc;
     auto block = tgp::InertiaBlock::Create();
-    block->Init(ix, iy, ixy, {O[0] + xc, O[1] + yc, O[2]}, A, perimeter);
+    block->Init(CheckFinite(ix), CheckFinite(iy), CheckFinite(ixy), {CheckFinite(O[0] + xc), CheckFinite(O[1] + yc), O[2]},
+                CheckFinite(A), CheckFinite(perimeter));
     block_ = std::move(block);
 }
 
@@ -226,16 +234,32 @@ void Loop7::GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& Bot
 }
 
 void Loop7::Move(const Point& Displacement, bool MoveAcad) {
-    if (block_) block_->Move(Displacement);
     const PlanePoint d = ToPlanePoint(Displacement);
-    for (LoopDLine& segment : segments_) segment.Move(d);
+    // Everything is checked first and the entity moved before the loop, so that a refused move
+    // (an overflow, or the entity's own error) leaves the loop where it was.
+    for (const LoopDLine& segment : segments_) {
+        for (const PlanePoint& p : {segment.StartPoint(), segment.EndPoint(), segment.Center().value_or(PlanePoint{})}) {
+            CheckFinite(p[0] + d[0]);
+            CheckFinite(p[1] + d[1]);
+        }
+    }
     if (MoveAcad && entity_) entity_->Move({0, 0, 0}, Displacement);
+    if (block_) block_->Move(Displacement);
+    for (LoopDLine& segment : segments_) segment.Move(d);
 }
 
 void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
                            const Point& BasePoint) {
     if (entity_) ThrowLibraryError("Cannot Transformation Loop7 which has AcadEntity attached");
+    if (XScaleFactor == 0 || YScaleFactor == 0) {
+        ThrowLibraryError("Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
+    }
     const PlanePoint d = ToPlanePoint(Displacement), base = ToPlanePoint(BasePoint);
+    // A dry run first: a segment that would overflow raises before any segment has changed.
+    for (const LoopDLine& segment : segments_) {
+        LoopDLine trial = segment;
+        trial.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
+    }
     for (LoopDLine& segment : segments_) segment.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
     Changed();
 }

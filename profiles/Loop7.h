@@ -33,7 +33,8 @@ public:
 
     // One segment per vertex from x, y pairs and one bulge per vertex, closed back to the first vertex
     // unless NoClose. A segment of length 0 within 1E-05 is dropped together with its start vertex, so
-    // repeated vertices collapse into one. A bulge list shorter than needed raises error 9.
+    // repeated vertices collapse into one. A bulge list shorter than needed, or an odd number of
+    // coordinates, raises error 9.
     void InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose = false);
     // A closed polygon through the points (bulges 0).
     void InitFromPoints(std::span<const Point> Vertices);
@@ -62,8 +63,9 @@ public:
     void IsVoid(bool value) { isVoid_ = value; }
 
     // Section properties. The first request checks the loop for self-intersection (error 5
-    // "Invalid Loop to generate Inertia Properties: Loop should not cut itself"); an empty loop raises
-    // 11 "Division by zero" and a loop of area 0 raises 6 "Overflow", as the runtime's division does.
+    // "Invalid Loop to generate Inertia Properties: Loop should not cut itself"); an empty loop (every
+    // side shorter than 1E-05 is dropped) raises 5 saying so; a loop of area 0 raises 6 "Overflow" and
+    // moments beyond the range raise 6, as the runtime's arithmetic does.
     bool InitInertiaDone() const { return block_ != nullptr; }
     std::shared_ptr<tgp::InertiaBlock> InertiaBlock();
     double Length();
@@ -96,10 +98,13 @@ public:
     void GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& BottomPoint,
                             const Point* AlignToPoint = nullptr) const;
     // Moves the segments and an existing property block; with MoveAcad also the attached entity,
-    // through its Move from (0, 0, 0) to Displacement.
+    // through its Move from (0, 0, 0) to Displacement, first: when the entity refuses, or a moved
+    // coordinate would overflow (6), the loop stays where it was.
     void Move(const Point& Displacement, bool MoveAcad = false);
     // Applies the segment Transformation to every segment and drops the property block. Refused with
-    // 2411 "Cannot Transformation Loop7 which has AcadEntity attached" while an entity is attached.
+    // 2411 "Cannot Transformation Loop7 which has AcadEntity attached" while an entity is attached,
+    // with 2411 for a scale factor of 0 (the loop would collapse), and with 6 when a coordinate would
+    // overflow; a refused transformation changes nothing.
     void Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
                         const Point& BasePoint);
     // Distance from a point to the loop, the nearest point and the direction of travel there.

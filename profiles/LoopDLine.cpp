@@ -104,7 +104,7 @@ void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, d
         radius_ = 0;
         center_ = {};
         alfa_ = startAngle_ = endAngle_ = 0;
-        length_ = chord;
+        length_ = CheckFinite(chord);
         return;
     }
     alfa_ = 4 * std::atan(Bulge);
@@ -125,6 +125,12 @@ void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, d
         center_ = {start_[0] + dx / 2 - dy / chord * towardsCentre, start_[1] + dy / 2 + dx / chord * towardsCentre, 0};
         radius_ = halfChord / std::sin(halfAngle);
         length_ = chord * ArcToChordRatio(halfAngle);
+    }
+    // A bulge so small that the radius overflows (below about 1E-300 of the chord) is a floating
+    // fault, as the published construction's division is; so is a coordinate that is not finite.
+    if (!std::isfinite(radius_) || !std::isfinite(center_[0]) || !std::isfinite(center_[1]) ||
+        !std::isfinite(length_)) {
+        throw Error::Overflow();
     }
     startAngle_ = PolarAngle(start_[0] - center_[0], start_[1] - center_[1]);
     endAngle_ = startAngle_ + alfa_;
@@ -160,8 +166,9 @@ SegmentIntegrals LoopDLine::Integrals() const {
 }
 
 SegmentIntegrals LoopDLine::IntegralsAbout(const PlanePoint& Origin) const {
-    SegmentIntegrals s = LineIntegrals(Minus(start_, Origin), Minus(end_, Origin));
-    if (IsArc()) s += SegmentRegionIntegrals(Origin);
+    const PlanePoint a = Minus(start_, Origin), b = Minus(end_, Origin);
+    SegmentIntegrals s = LineIntegrals(a, b);
+    if (IsArc()) s += SegmentRegionIntegrals(a, b);
     return s;
 }
 
@@ -188,17 +195,15 @@ SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint&
 // chord encloses the circular segment, counter-clockwise for a positive bulge, and by Green's theorem
 // the closed integral of P dx is minus the area integral of dP/dy (plus for clockwise). The segment's
 // moments are known in the chord's frame and carried over to the global axes exactly.
-SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& Origin) const {
-    const double dx = end_[0] - start_[0], dy = end_[1] - start_[1];
+SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b) const {
+    const double dx = b[0] - a[0], dy = b[1] - a[1];
     const double chord = std::sqrt(dx * dx + dy * dy);
     if (chord == 0) return {};
     const CircularSegment region = CircularSegment::Of(chord / 2, std::fabs(alfa_) / 2);
     const double tx = dx / chord, ty = dy / chord;
     const double sign = alfa_ > 0 ? 1.0 : -1.0;
     const double wx = sign * ty, wy = -sign * tx;  // towards the arc: right of A-to-B for a positive bulge
-    // Relative to the origin first: the midpoint of two far-off points would lose the last bits.
-    const double mx = ((start_[0] - Origin[0]) + (end_[0] - Origin[0])) / 2;
-    const double my = ((start_[1] - Origin[1]) + (end_[1] - Origin[1])) / 2;
+    const double mx = (a[0] + b[0]) / 2, my = (a[1] + b[1]) / 2;
     const double A = region.area, Q = region.qv, Iu = region.iuu, Iv = region.ivv;
     const double xDA = mx * A + wx * Q, yDA = my * A + wy * Q;
     const double xxDA = mx * mx * A + 2 * mx * wx * Q + tx * tx * Iu + wx * wx * Iv;

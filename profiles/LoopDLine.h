@@ -41,6 +41,7 @@ public:
 
     // Stores the end points (x, y; z is carried along unread) and the bulge, clears the cached
     // integrals and derives radius, centre, angles and length. A bulge of exactly 0 is straight.
+    // Coordinates that are not finite, or a radius, centre or length that overflows, raise 6.
     // For 1E-3 <= |Bulge| <= 1E3 radius, centre and length follow the published construction
     // bit for bit (phi = (pi - Alfa) / 2 with the shortened pi, r = L / (2 cos phi)). Outside that
     // range 2 cos(phi) is a small difference and the shortened pi's error of 3E-15 grows into the
@@ -87,6 +88,7 @@ public:
     double ProductOfInertiaXY() const { return Integrals().ProductOfInertiaXY; }
     SegmentIntegrals Integrals() const;
     // The integrals of this segment moved by −Origin, without moving it or touching the cache.
+    // Subtracting the origin first keeps the digits of a drawing far from the origin.
     SegmentIntegrals IntegralsAbout(const PlanePoint& Origin) const;
 
     // The signed angle the segment subtends at Point (its contribution to a winding sum): 0 at an
@@ -144,7 +146,8 @@ public:
 
 private:
     SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
-    SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& Origin) const;
+    // What the arc adds to its chord's integrals, for the chord from a to b (already moved).
+    SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b) const;
     // The arc seen from its chord: the frame all arc geometry is done in (see ChordFrame).
     ChordFrame Frame() const;
     // An arc whose end points coincide: radius 0, a single point.

@@ -88,7 +88,7 @@ t = bow.Area
 CheckError "Area of a self-intersecting loop", 5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself"
 Set empty1 = Library("Loop7")
 t = empty1.Area
-CheckError "Area of an empty loop", 11, "Division by zero"
+CheckError "Area of an empty loop", 5, "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are dropped)"
 bow.InitFromCoordinates Array(0, 0, 10, 0, 10, 10), Array(0)
 CheckError "InitFromCoordinates with too few bulges", 9, "Subscript out of range"
 
