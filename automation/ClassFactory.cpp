@@ -1,12 +1,25 @@
 #include "ClassFactory.h"
 
+#include <memory>
+#include <vector>
+
 #include "Server.h"
 
 namespace tgp::automation {
 
-// A live class object keeps the DLL loaded like any other object.
-ClassFactory::ClassFactory(const ClassEntry& entry) : entry_(entry) { Server::ObjectCreated(); }
-ClassFactory::~ClassFactory() { Server::ObjectDestroyed(); }
+HRESULT ClassFactory::Get(const ClassEntry& entry, REFIID iid, void** result) {
+    // One per class, made together on first use (a function-local static is made once, whichever
+    // thread gets there first).
+    static const std::vector<std::unique_ptr<ClassFactory>> factories = [] {
+        std::vector<std::unique_ptr<ClassFactory>> all;
+        for (const ClassEntry& e : Classes()) all.push_back(std::make_unique<ClassFactory>(e));
+        return all;
+    }();
+    for (const auto& factory : factories) {
+        if (&factory->entry_ == &entry) return factory->QueryInterface(iid, result);
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
 
 HRESULT ClassFactory::QueryInterface(REFIID iid, void** result) {
     if (!result) return E_POINTER;
@@ -16,11 +29,16 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** result) {
     return S_OK;
 }
 
-ULONG ClassFactory::AddRef() { return static_cast<ULONG>(++references_); }
+// Held by a caller, the class object counts as a live object; it is never deleted.
+ULONG ClassFactory::AddRef() {
+    const long now = ++references_;
+    if (now == 1) Server::ObjectCreated();
+    return static_cast<ULONG>(now);
+}
 
 ULONG ClassFactory::Release() {
-    long left = --references_;
-    if (left == 0) delete this;
+    const long left = --references_;
+    if (left == 0) Server::ObjectDestroyed();
     return static_cast<ULONG>(left);
 }
 

@@ -6,11 +6,15 @@
 
 namespace tgp::automation {
 
-// The class object DllGetClassObject hands out for one class.
+// The class object DllGetClassObject hands out for one class: one per class for the life of the
+// process (script hosts that ask for it on every CreateObject and never release it would otherwise
+// leak one each time). While a caller holds a reference it keeps the DLL loaded like any object.
 class ClassFactory final : public IClassFactory {
 public:
-    explicit ClassFactory(const ClassEntry& entry);
-    ~ClassFactory();
+    // The class object of the entry, with a reference added for the caller.
+    static HRESULT Get(const ClassEntry& entry, REFIID iid, void** result);
+
+    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) {}
     ClassFactory(const ClassFactory&) = delete;
     ClassFactory& operator=(const ClassFactory&) = delete;
 
@@ -22,7 +26,7 @@ public:
 
 private:
     const ClassEntry& entry_;
-    std::atomic<long> references_{1};
+    std::atomic<long> references_{0};
 };
 
 }  // namespace tgp::automation

@@ -20,11 +20,7 @@ extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, 
     *result = nullptr;
     const ClassEntry* entry = FindClass(clsid);
     if (!entry) return CLASS_E_CLASSNOTAVAILABLE;
-    auto* factory = new (std::nothrow) ClassFactory(*entry);
-    if (!factory) return E_OUTOFMEMORY;
-    HRESULT hr = factory->QueryInterface(iid, result);
-    factory->Release();
-    return hr;
+    return ClassFactory::Get(*entry, iid, result);
 }
 
 extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() { return Server::CanUnload() ? S_OK : S_FALSE; }

@@ -18,7 +18,7 @@ namespace {
 #define TGP_QUANTITY_FACTORY(Name, UnitEnum)                                                        \
     HRESULT STDMETHODCALLTYPE Get##Name(double Value, ::UnitEnum Unit, ::_##Name** result) override { \
         return Run([&] {                                                                             \
-            auto quantity = tgp::Geometry_EXE::Get##Name(Finite(Value), tgp::ToInteger16(Unit));    \
+            auto quantity = tgp::Geometry_EXE::Get##Name(Finite(Value), tgp::ToInteger16(EnumValue(Unit)));    \
             Check(Wrap(std::move(quantity), &Out(result)));                                          \
         });                                                                                          \
     }

@@ -1,5 +1,6 @@
 #include "Invoke.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -126,13 +127,34 @@ TypeInfoInvoker::TypeInfoInvoker(ITypeInfo* info) : info_(info) {
         FUNCDESC* desc = nullptr;
         if (FAILED(info->GetFuncDesc(i, &desc))) continue;
         if (NeedsMoreThanDispInvoke(*desc)) special_.insert(desc->memid);
+        UINT arguments = 0;
+        for (SHORT p = 0; p < desc->cParams; ++p) {
+            const USHORT flags = desc->lprgelemdescParam[p].paramdesc.wParamFlags;
+            if (!(flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) ++arguments;
+        }
+        signatures_.push_back({desc->memid, static_cast<WORD>(desc->invkind), arguments, desc->cParamsOpt == -1});
         info->ReleaseFuncDesc(desc);
     }
     info->ReleaseTypeAttr(attributes);
+    std::stable_sort(signatures_.begin(), signatures_.end(),
+                     [](const Signature& a, const Signature& b) { return a.member < b.member; });
+}
+
+const TypeInfoInvoker::Signature* TypeInfoInvoker::Find(DISPID member, WORD flags) const {
+    auto it = std::lower_bound(signatures_.begin(), signatures_.end(), member,
+                               [](const Signature& s, DISPID m) { return s.member < m; });
+    for (; it != signatures_.end() && it->member == member; ++it) {
+        if (it->kinds & flags) return &*it;
+    }
+    return nullptr;
 }
 
 HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                                 EXCEPINFO* exception, UINT* argError) const {
+    if (const Signature* signature = Find(member, flags);
+        signature && params && !signature->parameterArray && params->cArgs > signature->arguments) {
+        return DISP_E_BADPARAMCOUNT;
+    }
     if (!special_.count(member)) {
         return CallerResult(DispInvoke(self, info_, member, flags, params, result, exception, argError), exception);
     }
@@ -154,6 +176,12 @@ HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISP
             VARTYPE type = ByReferenceType(desc.get()->lprgelemdescParam[index]);
             VARIANT& given = params->rgvarg[a];
             if (type == VT_EMPTY || V_VT(&given) == (VT_BYREF | type) || IsMissing(given)) continue;
+            const VARTYPE held = V_VT(&Deref(given));
+            if (held == VT_DISPATCH || held == VT_UNKNOWN) {  // not through its default member
+                for (Shadow& s : shadows) VariantClear(&s.local);
+                if (argError) *argError = a;
+                return DISP_E_TYPEMISMATCH;
+            }
             Shadow& shadow = shadows.emplace_back(Shadow{a, {}});
             VariantInit(&shadow.local);
             HRESULT hr = VariantChangeType(&shadow.local, &Deref(given), 0, type);

@@ -1,16 +1,20 @@
 #pragma once
 
 #include <set>
+#include <vector>
 
 #include "OleBase.h"
 
 namespace tgp::automation {
 
-// IDispatch::Invoke served from the type library (DispInvoke) of one interface, with two additions:
+// IDispatch::Invoke served from the type library (DispInvoke) of one interface, with these additions:
+//  - more arguments than a member takes raise 450 (DISP_E_BADPARAMCOUNT) for every kind of call:
+//    DispInvoke itself lets surplus arguments of property lets and of subs through unread;
 //  - by-reference parameters of a fixed type (Double, Integer, Boolean, ...) also accept script
 //    variables (VT_BYREF|VT_VARIANT) and plain values: the argument is converted into a local of the
 //    declared type, the member runs on it and the result is written back into the caller's
-//    variable in the caller's own type;
+//    variable in the caller's own type; an object offered there is a type mismatch (13), and the
+//    caller's variable keeps it (a conversion through its default member would overwrite it);
 //  - a failed member's error object is copied into EXCEPINFO (DISP_E_EXCEPTION), which is where
 //    script hosts read Err.Number and Err.Description.
 // The members that need more than DispInvoke (a parameter array or a by-reference parameter of a
@@ -28,8 +32,19 @@ public:
                    EXCEPINFO* exception, UINT* argError) const;
 
 private:
+    // How many arguments a member takes for one kind of call (retval and lcid parameters are not
+    // arguments); a parameter-array member takes any number.
+    struct Signature {
+        DISPID member;
+        WORD kinds;
+        UINT arguments;
+        bool parameterArray;
+    };
+    const Signature* Find(DISPID member, WORD flags) const;
+
     ITypeInfo* info_;
     std::set<DISPID> special_;
+    std::vector<Signature> signatures_;  // sorted by member
 };
 
 }  // namespace tgp::automation

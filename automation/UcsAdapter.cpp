@@ -48,7 +48,7 @@ public:
         return Run([&] {
             tgp::Point point = ToPoint(Out(Point));
             native().TranslateFromUCS(point, *RequiredNative<tgp::UCS>(sourceUCS), Flag(ConvertAsVector),
-                                      tgp::ToInteger16(ParentUnitID));
+                                      tgp::ToInteger16(EnumValue(ParentUnitID)));
             WritePointBack(Point, point);
         });
     }
@@ -57,7 +57,7 @@ public:
         return Run([&] {
             tgp::Point point = ToPoint(Out(MyPoint));
             native().TranslateToUCS(point, *RequiredNative<tgp::UCS>(targetUCS), Flag(ConvertAsVector),
-                                    tgp::ToInteger16(ParentUnitID));
+                                    tgp::ToInteger16(EnumValue(ParentUnitID)));
             WritePointBack(MyPoint, point);
         });
     }
@@ -65,7 +65,7 @@ public:
         return Run([&] { Out(result) = static_cast<::UnitIDLength>(native().UnitID()); });
     }
     HRESULT STDMETHODCALLTYPE put_UnitID(::UnitIDLength rhs) override {
-        return Run([&] { native().UnitID(tgp::ToInteger16(rhs)); });
+        return Run([&] { native().UnitID(tgp::ToInteger16(EnumValue(rhs))); });
     }
     HRESULT STDMETHODCALLTYPE Reverse(VARIANT_BOOL XAxis, VARIANT_BOOL YAxis, VARIANT_BOOL ZAxis) override {
         return Run([&] { native().Reverse(Flag(XAxis), Flag(YAxis), Flag(ZAxis)); });

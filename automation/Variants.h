@@ -73,6 +73,13 @@ void WriteBack(VARIANT* target, bool value);
 // bounds; anything else receives a new zero-based array of Double.
 void WritePointBack(VARIANT* target, const Point& point);
 
+// An enumeration argument as the signed 32-bit value it travels as: the C++ type widl gives an
+// enumeration whose members are all positive may be unsigned, which would turn -1 into 4294967295.
+template <class Enum>
+int32_t EnumValue(Enum value) {
+    return static_cast<int32_t>(static_cast<uint32_t>(value));
+}
+
 inline VARIANT_BOOL ToVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 // A VARIANT that clears itself.

@@ -7,6 +7,7 @@
 #include "geometry/Matrix.h"
 #include "geometry/Vector.h"
 #include "units/DLength.h"
+#include "units/UnitCatalogue.h"
 
 namespace tgp {
 
@@ -35,6 +36,11 @@ void ConvertLengths(Point& point, std::int16_t fromUnit, std::int16_t toUnit) {
 UCS::UCS() : axisMatrix_(std::make_shared<tgp::Matrix>()) {
     axisMatrix_->Reset(3, 3);
     for (int i = 0; i < 3; ++i) axisMatrix_->LetItem(i, i, 1);
+}
+
+void UCS::UnitID(std::int16_t value) {
+    RequireValidUnit(DLengthObject, value);
+    unitID_ = value;
 }
 
 std::shared_ptr<UCS> UCS::Parent() const { return parent_ ? parent_ : Create(); }

@@ -42,7 +42,8 @@ public:
 
     // Length unit of this system's coordinates (a UnitIDLength id; 0 = millimetres).
     std::int16_t UnitID() const { return unitID_; }
-    void UnitID(std::int16_t value) { unitID_ = value; }
+    // An id that is not a length unit raises 24111 "<id> is an invalid UnitID for Length".
+    void UnitID(std::int16_t value);
 
     // Sets origin and axes. Ux and Uy are made unit length (Uy is not made perpendicular). With
     // newUz given, Uz is its unit vector and Ux x Uy must equal newUz itself (tolerance 1E-06),

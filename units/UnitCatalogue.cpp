@@ -259,4 +259,6 @@ StoredAmount WriteAmount(DimensionObjectType kind, int id, double value) {
     return amount;
 }
 
+void RequireValidUnit(DimensionObjectType kind, int id) { RuleOf(EntryOf(kind), kind, id); }
+
 }  // namespace tgp

@@ -22,6 +22,8 @@ std::string_view KindName(DimensionObjectType kind);
 // Whether the id is a unit of the kind, and the kind's units in ascending id order.
 bool IsValidUnit(DimensionObjectType kind, int id);
 std::vector<int16_t> ValidUnitIds(DimensionObjectType kind);
+// Raises 24111 "<id> is an invalid UnitID for <kind>" unless the id is a unit of the kind.
+void RequireValidUnit(DimensionObjectType kind, int id);
 
 // The amount read in, or written from, the given unit, with the catalogue's exact sequence of
 // operations. An id that is not a unit of the kind fails with 24111 "<id> is an invalid UnitID for

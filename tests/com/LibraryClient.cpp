@@ -168,6 +168,10 @@ CLIENT_TEST(LifetimeAndUnloading) {
     getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
     Check(factory != nullptr, "class factory");
     if (!factory) return;
+    IClassFactory* again = nullptr;
+    getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&again));
+    Check(again == factory, "one class object per class, handed out again rather than made anew");
+    if (again) again->Release();
     Check(canUnload() == S_FALSE, "a live class factory keeps the DLL");
     factory->LockServer(TRUE);
     IDispatch* object = nullptr;
