@@ -47,11 +47,14 @@ public:
             V_ARRAY(result) = array;
         });
     }
+    // Elements 0 to 10 are read and stored one at a time: a failing element stops the let there,
+    // with the ones before it already stored (nothing is rolled back); elements past 10 are not read.
     HRESULT STDMETHODCALLTYPE put_UnitIDs(VARIANT rhs) override {
         return Run([&] {
-            std::vector<int32_t> ids;
-            for (double id : ToPoint(rhs)) ids.push_back(ToInteger32(id));
-            native().UnitIDs(ids);
+            constexpr std::size_t kIds = 11;
+            std::size_t position = 0;
+            VisitElements(rhs, kIds, [&](const VARIANT& id) { native().StoreUnitID(position++, ToInteger32(id)); });
+            if (position < kIds) throw Error::SubscriptOutOfRange();
         });
     }
     HRESULT STDMETHODCALLTYPE CopyTo(::_UnitSetting* exUS) override {

@@ -155,8 +155,29 @@ double ToDouble(const VARIANT& value) {
 
 int16_t ToInteger16(const VARIANT& value) {
     const VARIANT& v = Deref(value);
-    if (V_VT(&v) == VT_BSTR) return TextToInteger16(ToUtf8(V_BSTR(&v)));
+    ScopedVariant converted;
+    if (V_VT(&v) == VT_BSTR) return V_I2(&Converted(v, VT_I2, converted).get());
     return tgp::ToInteger16(ToDouble(v));
+}
+
+int32_t ToInteger32(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    ScopedVariant converted;
+    if (V_VT(&v) == VT_BSTR) return V_I4(&Converted(v, VT_I4, converted).get());
+    return tgp::ToInteger32(ToDouble(v));
+}
+
+std::size_t VisitElements(const VARIANT& value, std::size_t limit, const std::function<void(const VARIANT&)>& visit) {
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(value, 1, elementType);
+    const Bounds bounds = BoundsOf(array, 1);
+    std::size_t visited = 0;
+    for (LONG i = bounds.lower; i <= bounds.upper && visited < limit; ++i, ++visited) {
+        ScopedVariant element;
+        ReadElement(array, elementType, &i, element);
+        visit(element.get());
+    }
+    return visited;
 }
 
 bool ToBool(const VARIANT& value) {
@@ -240,7 +261,7 @@ void SetArray2D(VARIANT* result, const Array2DData& data) {
 UnitArg ToUnitArg(const VARIANT& value) {
     const VARIANT& v = Deref(value);
     if (IsMissing(v) || IsNothing(v)) return {};
-    if (V_VT(&v) == VT_BSTR) return UnitArg(ToUtf8(V_BSTR(&v)));
+    if (V_VT(&v) == VT_BSTR) return UnitArg(ToInteger16(v));  // the runtime's conversion: "&H3" is 3
     if (!IsObject(v) && V_VT(&v) != (VT_BYREF | VT_DISPATCH)) return UnitArg(ToDouble(v));
     IDispatch* object = ToObject(v);
     if (auto setting = NativeOf<UnitSetting>(object)) return UnitArg(setting);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,10 @@ bool IsOmitted(const VARIANT* value);
 bool IsNothing(const VARIANT& value);
 
 double ToDouble(const VARIANT& value);
+// Numbers to the runtime's Integer and Long, text included, through the runtime's own conversion
+// (VariantChangeType): "&H3" is 3 and "1,000" is 1000, as CInt reads them.
 int16_t ToInteger16(const VARIANT& value);
+int32_t ToInteger32(const VARIANT& value);
 bool ToBool(const VARIANT& value);
 std::string ToText(const VARIANT& value);
 // The IDispatch of an object argument (not AddRef'd); nullptr for Nothing; 13 for a non-object.
@@ -43,6 +47,11 @@ double Finite(double value);
 // allowed, else 13.
 Point ToPoint(const VARIANT& value);
 bool HasValue(const VARIANT& value);  // present and not Nothing
+
+// Visits the elements of a one-dimensional array from its lower bound, at most `limit` of them, as
+// the runtime reads them one at a time (an element that fails to convert stops the caller there).
+// Returns how many were visited; 13 for anything but a one-dimensional array.
+std::size_t VisitElements(const VARIANT& value, std::size_t limit, const std::function<void(const VARIANT&)>& visit);
 
 // A two-dimensional array (first index the row), read from its lower bounds; 13 for anything else.
 Array2DData ToArray2D(const VARIANT& value);

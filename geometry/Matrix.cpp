@@ -137,13 +137,13 @@ std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int colu
     return x;
 }
 
-// Copies the leading n x n block of `source` (row stride `columns`) without row `skipRow` and column
+// Copies the leading n x n block at `source` (row stride `columns`) without row `skipRow` and column
 // `skipCol` into `minor`.
-void FillMinor(const std::vector<double>& source, int n, int columns, int skipRow, int skipCol, std::vector<double>& minor) {
+void FillMinor(const double* source, int n, int columns, int skipRow, int skipCol, std::vector<double>& minor) {
     double* out = minor.data();
     for (int p = 0; p < n; ++p) {
         if (p == skipRow) continue;
-        const double* row = source.data() + static_cast<std::size_t>(p) * columns;
+        const double* row = source + static_cast<std::size_t>(p) * columns;
         for (int q = 0; q < n; ++q) {
             if (q != skipCol) *out++ = row[q];
         }
@@ -171,6 +171,15 @@ Array2DData::Array2DData(std::initializer_list<std::initializer_list<double>> ro
 
 // --- Storage ----------------------------------------------------------------------------------
 
+template <class T>
+T* Matrix::ZeroPageAllocator<T>::allocate(std::size_t n) {
+    if (n > std::size_t(-1) / sizeof(T)) throw std::bad_alloc();
+    void* memory = std::calloc(n ? n : 1, sizeof(T));
+    if (!memory) throw std::bad_alloc();
+    return static_cast<T*>(memory);
+}
+template struct Matrix::ZeroPageAllocator<double>;
+
 void Matrix::ClearCaches() {
     cachedInverse_.reset();
     cachedDeterminant_.reset();
@@ -185,7 +194,7 @@ void Matrix::Reset(std::optional<int> RowCount, std::optional<int> ColumnCount) 
     const int16_t newColumns = ToCount(columns);
     // A new buffer rather than assign: shrinking from 32767 x 32767 gives the 8 GB back at once.
     try {
-        std::vector<double>(static_cast<std::size_t>(newRows) * newColumns, 0.0).swap(data_);
+        Storage(static_cast<std::size_t>(newRows) * newColumns).swap(data_);
     } catch (const std::bad_alloc&) {
         throw Error::OutOfMemory();
     }
@@ -199,7 +208,7 @@ void Matrix::Array2D(const Array2DData& newArray) {
         throw Error::TypeMismatch();
     const int16_t rows = ToCount(newArray.rows);
     const int16_t columns = ToCount(newArray.cols);
-    data_ = newArray.data;
+    data_.assign(newArray.data.begin(), newArray.data.end());
     rowCount_ = rows;
     columnCount_ = columns;
     ClearCaches();
@@ -252,7 +261,7 @@ void Matrix::LetColumn(const std::vector<double>& newColumn, int colIndex, bool 
     ClearCaches();
 }
 
-Array2DData Matrix::Array2D() const { return {rowCount_, columnCount_, data_}; }
+Array2DData Matrix::Array2D() const { return {rowCount_, columnCount_, std::vector<double>(data_.begin(), data_.end())}; }
 
 std::vector<double> Matrix::Row(int Index) const {
     if (Index < 0 || Index >= rowCount_ || columnCount_ == 0) ThrowLibraryError(kRowIndexOutOfRange);
@@ -404,7 +413,7 @@ double Matrix::Det(double* /*ElapsedTime*/, Array2DData* GaussMatrix) {
 void Matrix::BuildInverse() {
     cachedInverse_ = std::make_shared<Matrix>();
     const int n = rowCount_;
-    std::vector<double> work = data_;
+    std::vector<double> work(data_.begin(), data_.end());
     const double determinant = CheckFinite(ForwardElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
     if (determinant == 0) return;
     Array2DData inverse(n, n);
@@ -412,7 +421,7 @@ void Matrix::BuildInverse() {
     std::vector<double> minor(minorSide * minorSide);
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < n; ++j) {
-            FillMinor(data_, n, columnCount_, i, j, minor);
+            FillMinor(data_.data(), n, columnCount_, i, j, minor);
             const double minorDeterminant = ForwardElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
             inverse(j, i) = CheckFinite(std::pow(-1.0, i + j) * minorDeterminant / determinant);
         }
@@ -446,7 +455,7 @@ std::shared_ptr<Matrix> Matrix::Inverse(double* ElapsedTime) {
 std::optional<std::vector<double>> Matrix::SolveWithGaussMethod(const std::vector<double>& YVector,
                                                                 double* ElapsedTime) const {
     const double start = Timer();
-    std::vector<double> eliminated = data_;
+    std::vector<double> eliminated(data_.begin(), data_.end());
     std::vector<double> y = YVector;
     const double determinant = ForwardElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
     std::optional<std::vector<double>> x;

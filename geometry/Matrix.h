@@ -5,6 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <cstdlib>
+#include <new>
+#include <utility>
 #include <vector>
 
 namespace tgp {
@@ -111,7 +114,27 @@ private:
 
     int16_t rowCount_ = 0;
     int16_t columnCount_ = 0;
-    std::vector<double> data_;                 // row-major, rowCount_ * columnCount_
+    // Storage whose fresh elements are the zero pages the system hands out (calloc), not zeros
+    // written one by one: a 32767 x 32767 Reset costs no time and no memory until it is used, and
+    // fails with 7 "Out of memory" only where the system cannot promise that much.
+    template <class T>
+    struct ZeroPageAllocator {
+        using value_type = T;
+        ZeroPageAllocator() = default;
+        template <class U>
+        ZeroPageAllocator(const ZeroPageAllocator<U>&) {}
+        T* allocate(std::size_t n);
+        void deallocate(T* p, std::size_t) { std::free(p); }
+        template <class U, class... Args>
+        void construct(U* p, Args&&... args) {
+            if constexpr (sizeof...(Args) > 0) ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
+            // value-initialisation: the memory is already zero
+        }
+        bool operator==(const ZeroPageAllocator&) const { return true; }
+    };
+    using Storage = std::vector<double, ZeroPageAllocator<double>>;
+
+    Storage data_;  // row-major, rowCount_ * columnCount_
     std::shared_ptr<Matrix> cachedInverse_;    // null until built; 0 x 0 when singular
     std::optional<double> cachedDeterminant_;  // nullopt until computed
 };

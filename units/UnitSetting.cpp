@@ -59,8 +59,13 @@ std::vector<int16_t> UnitSetting::UnitIDs() const {
 void UnitSetting::UnitIDs(std::span<const int32_t> ids) {
     for (std::size_t i = 0; i < kStorageOrder.size(); ++i) {
         if (i >= ids.size()) throw Error::SubscriptOutOfRange();
-        ids_[Slot(kStorageOrder[i])] = ids[i];
+        StoreUnitID(i, ids[i]);
     }
+}
+
+void UnitSetting::StoreUnitID(std::size_t position, int32_t id) {
+    if (position >= kStorageOrder.size()) throw Error::SubscriptOutOfRange();
+    ids_[Slot(kStorageOrder[position])] = id;
 }
 
 void UnitSetting::CopyTo(UnitSetting& exUS) const {

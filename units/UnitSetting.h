@@ -37,6 +37,9 @@ class UnitSetting : public UnitIdSource, public std::enable_shared_from_this<Uni
     // fewer than eleven elements fail with 9 "Subscript out of range" after storing those given.
     std::vector<int16_t> UnitIDs() const;
     void UnitIDs(std::span<const int32_t> ids);
+    // One element of the UnitIDs let: the id at `position` (0 to 10) of the storage order, stored
+    // without a test and without an event, as the let stores each element it reads.
+    void StoreUnitID(std::size_t position, int32_t id);
 
     // Sets every id of the target through its UnitID let inside one freeze, so it raises Modified once.
     void CopyTo(UnitSetting& exUS) const;

@@ -124,6 +124,42 @@ CLIENT_TEST(TypeLibraryContents) {
     Check(types.find(L"LoopDLine") == types.end() && types.find(L"_LoopDLine") == types.end(), "LoopDLine stays private");
 }
 
+// The published order of accessors: UnitSetting and DAngle list a property's let before its get.
+CLIENT_TEST(PublishedAccessorOrder) {
+    ITypeLib* library = nullptr;
+    LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);
+    if (!library) return;
+    const std::pair<const wchar_t*, const wchar_t*> letFirst[] = {
+        {L"_UnitSetting", L"UnitID"}, {L"_DAngle", L"Radians"}, {L"_DAngle", L"Degrees"}};
+    for (const auto& [interfaceName, property] : letFirst) {
+        ITypeInfo* info = nullptr;
+        MEMBERID id = 0;
+        USHORT found = 1;
+        std::wstring text = interfaceName;
+        library->FindName(text.data(), 0, &info, &id, &found);
+        int let = -1, get = -1;
+        TYPEATTR* attributes = nullptr;
+        if (found && info && SUCCEEDED(info->GetTypeAttr(&attributes))) {
+            for (UINT i = 0; i < attributes->cFuncs; ++i) {
+                FUNCDESC* desc = nullptr;
+                if (FAILED(info->GetFuncDesc(i, &desc))) continue;
+                BSTR name = nullptr;
+                info->GetDocumentation(desc->memid, &name, nullptr, nullptr, nullptr);
+                if (name && std::wstring(name) == property) {
+                    if (desc->invkind == INVOKE_PROPERTYPUT && let < 0) let = static_cast<int>(i);
+                    if (desc->invkind == INVOKE_PROPERTYGET && get < 0) get = static_cast<int>(i);
+                }
+                SysFreeString(name);
+                info->ReleaseFuncDesc(desc);
+            }
+            info->ReleaseTypeAttr(attributes);
+        }
+        if (info) info->Release();
+        Check(let >= 0 && get > let, Narrow(interfaceName) + "." + Narrow(property) + " lists its let before its get");
+    }
+    library->Release();
+}
+
 CLIENT_TEST(GlobalClasses) {
     ITypeLib* library = nullptr;
     LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);

@@ -94,6 +94,14 @@ TEST(NonsenseRefused, RoundingToANegativeDigitCountIsAnInvalidCall) {
 
 TEST(MatrixMemory, ShrinkingGivesTheStorageBack) {
     Matrix m;
+    // The largest matrix (8 GB) is promised by the system or refused with 7, and costs nothing
+    // until its elements are written.
+    try {
+        m.Reset(32767, 32767);
+        EXPECT_EQ(m.Item(32766, 32766), 0);
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 7);
+    }
     m.Reset(2000, 2000);
     m.Reset(1, 1);
     EXPECT_EQ(m.RowCount(), 1);
