@@ -51,6 +51,34 @@ VARTYPE ByReferenceType(const ELEMDESC& element) {
     }
 }
 
+// Whether a user-defined type is an enumeration (rather than an interface).
+bool IsEnumeration(ITypeInfo* info, HREFTYPE reference) {
+    ITypeInfo* referenced = nullptr;
+    if (FAILED(info->GetRefTypeInfo(reference, &referenced)) || !referenced) return false;
+    TYPEATTR* attributes = nullptr;
+    bool enumeration = false;
+    if (SUCCEEDED(referenced->GetTypeAttr(&attributes))) {
+        enumeration = attributes->typekind == TKIND_ENUM;
+        referenced->ReleaseTypeAttr(attributes);
+    }
+    referenced->Release();
+    return enumeration;
+}
+
+// A parameter of a number, text, Boolean or enumeration type, by value or by reference.
+bool IsScalar(ITypeInfo* info, const TYPEDESC& type) {
+    const TYPEDESC& held = (type.vt == VT_PTR && type.lptdesc) ? *type.lptdesc : type;
+    switch (held.vt) {
+        case VT_R8: case VT_R4: case VT_I2: case VT_I4: case VT_BOOL: case VT_BSTR: case VT_UI1: case VT_CY:
+        case VT_DATE:
+            return true;
+        case VT_USERDEFINED:
+            return IsEnumeration(info, held.hreftype);
+        default:
+            return false;
+    }
+}
+
 // The parameter an argument of DISPPARAMS stands for: named arguments carry their index (the
 // property-put value is the last parameter); positional ones come last-first.
 int ParameterIndex(const DISPPARAMS& params, UINT argument, const FUNCDESC& desc) {
@@ -128,11 +156,14 @@ TypeInfoInvoker::TypeInfoInvoker(ITypeInfo* info) : info_(info) {
         if (FAILED(info->GetFuncDesc(i, &desc))) continue;
         if (NeedsMoreThanDispInvoke(*desc)) special_.insert(desc->memid);
         UINT arguments = 0;
+        std::vector<bool> scalar;
         for (SHORT p = 0; p < desc->cParams; ++p) {
             const USHORT flags = desc->lprgelemdescParam[p].paramdesc.wParamFlags;
             if (!(flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) ++arguments;
+            scalar.push_back(IsScalar(info, desc->lprgelemdescParam[p].tdesc));
         }
-        signatures_.push_back({desc->memid, static_cast<WORD>(desc->invkind), arguments, desc->cParamsOpt == -1});
+        signatures_.push_back({desc->memid, static_cast<WORD>(desc->invkind), arguments, desc->cParamsOpt == -1,
+                               std::move(scalar)});
         info->ReleaseFuncDesc(desc);
     }
     info->ReleaseTypeAttr(attributes);
@@ -151,9 +182,18 @@ const TypeInfoInvoker::Signature* TypeInfoInvoker::Find(DISPID member, WORD flag
 
 HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                                 EXCEPINFO* exception, UINT* argError) const {
-    if (const Signature* signature = Find(member, flags);
-        signature && params && !signature->parameterArray && params->cArgs > signature->arguments) {
-        return DISP_E_BADPARAMCOUNT;
+    if (const Signature* signature = Find(member, flags); signature && params) {
+        if (!signature->parameterArray && params->cArgs > signature->arguments) return DISP_E_BADPARAMCOUNT;
+        for (UINT a = 0; a < params->cArgs; ++a) {
+            const int index = params->cNamedArgs && a < params->cNamedArgs && params->rgdispidNamedArgs[a] == DISPID_PROPERTYPUT
+                                  ? static_cast<int>(signature->arguments) - 1
+                                  : static_cast<int>(params->cArgs - 1 - a);
+            if (index < 0 || index >= static_cast<int>(signature->scalar.size()) || !signature->scalar[index]) continue;
+            if (IsNothing(params->rgvarg[a])) {
+                if (argError) *argError = a;
+                return DISP_E_TYPEMISMATCH;
+            }
+        }
     }
     if (!special_.count(member)) {
         return CallerResult(DispInvoke(self, info_, member, flags, params, result, exception, argError), exception);

@@ -15,6 +15,8 @@ namespace tgp::automation {
 //    declared type, the member runs on it and the result is written back into the caller's
 //    variable in the caller's own type; an object offered there is a type mismatch (13), and the
 //    caller's variable keeps it (a conversion through its default member would overwrite it);
+//  - Nothing offered for a number, text or Boolean is a type mismatch (13), not the "type not
+//    supported" DispInvoke's conversion of a null object reports;
 //  - a failed member's error object is copied into EXCEPINFO (DISP_E_EXCEPTION), which is where
 //    script hosts read Err.Number and Err.Description.
 // The members that need more than DispInvoke (a parameter array or a by-reference parameter of a
@@ -39,6 +41,7 @@ private:
         WORD kinds;
         UINT arguments;
         bool parameterArray;
+        std::vector<bool> scalar;  // per parameter: a number, text, Boolean or enumeration
     };
     const Signature* Find(DISPID member, WORD flags) const;
 
