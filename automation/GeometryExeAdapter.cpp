@@ -30,7 +30,7 @@ public:
     HRESULT STDMETHODCALLTYPE EditEnum(VARIANT*, BSTR, BSTR, BSTR, VARIANT_BOOL*) override {
         return Run([] { DialogsUnavailable(); });
     }
-    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT*, VARIANT, BSTR, BSTR, VARIANT*, VARIANT, VARIANT_BOOL*) override {
+    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT*, VARIANT, BSTR, BSTR, short*, IDispatch*, VARIANT_BOOL*) override {
         return Run([] { DialogsUnavailable(); });
     }
     HRESULT STDMETHODCALLTYPE EditUnitSetting(::_UnitSetting**, VARIANT_BOOL, VARIANT_BOOL, VARIANT_BOOL*) override {

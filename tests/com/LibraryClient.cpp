@@ -160,6 +160,67 @@ CLIENT_TEST(PublishedAccessorOrder) {
     library->Release();
 }
 
+// The published signatures of the dialog members: optional Booleans that are False when omitted,
+// an optional by-reference Integer for the chosen unit and an optional object for the owner.
+CLIENT_TEST(DialogMemberSignatures) {
+    ITypeLib* library = nullptr;
+    LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);
+    if (!library) return;
+    ITypeInfo* info = nullptr;
+    MEMBERID id = 0;
+    USHORT found = 1;
+    std::wstring text = L"_Geometry_EXE";
+    library->FindName(text.data(), 0, &info, &id, &found);
+    library->Release();
+    if (!found || !info) {
+        Check(false, "_Geometry_EXE found");
+        return;
+    }
+    struct Expected {
+        const wchar_t* member;
+        int parameter;
+        VARTYPE type;      // VT_PTR | x for by reference
+        bool defaultFalse;  // optional with a default of 0 / False
+    };
+    const Expected expected[] = {{L"EditUnitSetting", 1, VT_BOOL, true},
+                                 {L"EditUnitSetting", 2, VT_BOOL, true},
+                                 {L"EditQuantity", 4, static_cast<VARTYPE>(VT_PTR | VT_I2), true},
+                                 {L"EditQuantity", 5, VT_DISPATCH, true}};
+    TYPEATTR* attributes = nullptr;
+    info->GetTypeAttr(&attributes);
+    for (const Expected& e : expected) {
+        bool ok = false;
+        std::string seen = "member not found";
+        for (UINT i = 0; attributes && i < attributes->cFuncs && !ok; ++i) {
+            FUNCDESC* desc = nullptr;
+            if (FAILED(info->GetFuncDesc(i, &desc))) continue;
+            BSTR name = nullptr;
+            info->GetDocumentation(desc->memid, &name, nullptr, nullptr, nullptr);
+            if (name && std::wstring(name) == e.member && e.parameter < desc->cParams) {
+                const ELEMDESC& p = desc->lprgelemdescParam[e.parameter];
+                VARTYPE type = p.tdesc.vt;
+                if (type == VT_PTR && p.tdesc.lptdesc) type = static_cast<VARTYPE>(VT_PTR | p.tdesc.lptdesc->vt);
+                const USHORT flags = p.paramdesc.wParamFlags;
+                bool defaultZero = (flags & PARAMFLAG_FOPT) && (flags & PARAMFLAG_FHASDEFAULT) && p.paramdesc.pparamdescex;
+                if (defaultZero) {  // 0, False or Nothing
+                    VARIANT& given = p.paramdesc.pparamdescex->varDefaultValue;
+                    VARIANT zero;
+                    VariantInit(&zero);
+                    const bool nothing = (V_VT(&given) == VT_DISPATCH || V_VT(&given) == VT_UNKNOWN) && !V_UNKNOWN(&given);
+                    defaultZero = nothing || (SUCCEEDED(VariantChangeType(&zero, &given, 0, VT_I4)) && V_I4(&zero) == 0);
+                }
+                ok = type == e.type && defaultZero == e.defaultFalse;
+                seen = "type " + std::to_string(type) + " flags " + std::to_string(flags);
+            }
+            SysFreeString(name);
+            info->ReleaseFuncDesc(desc);
+        }
+        Check(ok, Narrow(e.member) + " parameter " + std::to_string(e.parameter) + " has its published type and default", seen);
+    }
+    if (attributes) info->ReleaseTypeAttr(attributes);
+    info->Release();
+}
+
 CLIENT_TEST(GlobalClasses) {
     ITypeLib* library = nullptr;
     LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);

@@ -55,6 +55,14 @@ Check "Value() omitted is unit 0", q.Value(), 2000
 Check "Value(Nothing) is unit 0", q.Value(Nothing), 2000
 Check "Value(""3"") is metres", q.Value("3"), 2
 Check "Value("" 3 "") with blanks", q.Value(" 3 "), 2
+Check "Value(""&H3"") reads the hexadecimal id as the runtime does", q.Value("&H3"), 2
+q.Value("&H3") = 5
+Check "Value(""&H3"") let", q.Millimetres, 5000
+q.Metres = 2
+Check "Value(""1,000"") reads the thousands separator as the runtime does", q.Value("1,000"), Empty
+CheckError "Value(""1,000"") is unit 1000, not a unit of length", 24111, "1000 is an invalid UnitID for Length"
+Check "ValueToString(""&H1"")", q.ValueToString("&H1"), "200 (cm)"
+Check "GetUnitString with ""&H2""", Library("Geometry_EXE").GetUnitString(1, "&H2"), "dm"
 Check "Value(2.5) rounds half to even", q.Value(2.5), 20
 Check "Value(3.6) rounds to 4 (inches)", q.Value(3.6), 2000 / 25.4
 Check "Value(True) is -1", q.Value(True), Empty

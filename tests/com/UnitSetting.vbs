@@ -58,3 +58,14 @@ us.UnitIDs = Array(0, 1, 2)
 CheckError "UnitIDs let with three elements", 9, "Subscript out of range"
 us.UnitIDs = 5
 CheckError "UnitIDs let with a number", 13, "Type mismatch"
+' Elements are read and stored one at a time: a failure keeps what came before it.
+us.UnitIDs = Array(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)
+us.UnitIDs = Array(1, 2, 3, 4, 5, 1E+20, 1, 1, 1, 1, 1)
+CheckError "UnitIDs let with an element beyond a Long", 6, "Overflow"
+Check "the elements before the failing one are stored (Length)", us.UnitID(1), 2
+Check "the elements before the failing one are stored (MomentOfInertia)", us.UnitID(4), 5
+Check "the failing element and those after it are not (Force)", us.UnitID(5), 0
+us.UnitIDs = Array(0, 3, 0, 0, 0, 0, 6, 7, 7, 7, 7, "x")
+Check "UnitIDs let reads elements 0 to 10 only", us.UnitID(1), 3
+us.UnitIDs = Array("&H2", 1, 0, 0, 0, 0, 6, 7, 7, 7, 7)
+Check "UnitIDs let converts text as the runtime does", us.UnitID(0), 2
