@@ -146,7 +146,14 @@ ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr
         return outcome;
     }
     auto loop = Loop7::Create();
-    loop->InitFromCoordinates(profile.xy, profile.bulges);
+    try {
+        loop->InitFromCoordinates(profile.xy, profile.bulges);
+    } catch (const Error&) {
+        // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
+        // of 0) that its radius passes the number range.
+        outcome.error = "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)";
+        return outcome;
+    }
     // The properties check the loop for crossings themselves (error 5); only a loop that fails
     // that check is swept a second time, to name where it cuts itself.
     try {

@@ -37,8 +37,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     a = angle;
     G::FixAngle9090(a, &rotate, &mirror);
     if (finite) Require(!mirror);
-    (void)G::DegToRad(angle);
-    (void)G::DegFromRad(angle);
+    for (auto convert : {&G::DegToRad, &G::DegFromRad}) {
+        try {
+            Require(std::isfinite(convert(angle)));
+        } catch (const tgp::Error& e) {
+            Require(e.number() == 6);  // not finite, or overflowing: refused
+        }
+    }
     for (auto f : {&G::ASin, &G::ACos}) {
         double x = angle;
         try {

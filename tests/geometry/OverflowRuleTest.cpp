@@ -37,6 +37,7 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
         {"vxxv", [&] { Vector::vxxv(big, big); }},
         {"vRotate", [&] { Vector::vRotate({1e308, 1e308}, 0.5); }},
         {"DegFromRad", [&] { Geometry::DegFromRad(1e308); }},
+        {"DegToRad of an infinity", [&] { Geometry::DegToRad(HUGE_VAL); }},
         {"Area_3Distances", [&] { Geometry::Area_3Distances(1e200, 1e200, 1e200); }},
         {"Area_3Points", [&] { Geometry::Area_3Points({0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0}); }},
         {"Volume_4Points", [&] { Geometry::Volume_4Points({0, 0, 1e200}, {0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0}); }},
