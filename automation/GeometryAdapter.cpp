@@ -69,8 +69,18 @@ public:
     HRESULT STDMETHODCALLTYPE RotatePoint(VARIANT* Point, VARIANT* Org, VARIANT Uz, VARIANT* Rotation,
                                           VARIANT* ReturnPoint) override {
         return Run([&] {
+            // The member's own trap covers its first steps, reading the three arrays among them:
+            // an unreadable one fails with its 713, not with the conversion's own error.
+            tgp::Point point, origin, axis;
+            try {
+                point = ToPoint(*Point);
+                origin = ToPoint(*Org);
+                axis = ToPoint(Uz);
+            } catch (const Error&) {
+                throw Error(713, "Method RotatePoint of Geometry module fails");
+            }
             tgp::Point turned;
-            G::RotatePoint(ToPoint(*Point), ToPoint(*Org), ToPoint(Uz), ToDouble(*Rotation), turned);
+            G::RotatePoint(point, origin, axis, ToDouble(*Rotation), turned);
             WritePointBack(ReturnPoint, turned);
         });
     }

@@ -10,16 +10,58 @@ namespace {
 
 bool Flag(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
 
+// Three Integer zeros, as a new system's Origin.
+void SetIntegerZeros(VARIANT* result) {
+    SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, 3);
+    if (!array) throw std::bad_alloc();
+    for (LONG i = 0; i < 3; ++i) {
+        VARIANT zero;
+        V_VT(&zero) = VT_I2;
+        V_I2(&zero) = 0;
+        SafeArrayPutElement(array, &i, &zero);
+    }
+    V_VT(result) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(result) = array;
+}
+
+// Runs a translation of the point and writes the point back into the caller's variable even when
+// the translation fails part of the way: a failing unit conversion comes after the point was
+// already partly converted, and the caller sees it so.
+template <class Translate>
+void WritingBackWhatever(VARIANT* target, tgp::Point& point, Translate&& translate) {
+    const tgp::Point given = point;
+    try {
+        translate();
+    } catch (const Error&) {
+        if (point != given) WritePointBack(target, point);
+        throw;
+    }
+    WritePointBack(target, point);
+}
+
+// Origin is a public Variant of the published class: it reads back what the script last put there
+// (three Integer zeros on a new system, the caller's own Variant after SetUCS, anything at all after
+// a let), until the system itself moves it, after which it is a point array of Double. The adapter
+// keeps the Variant and the native origin's version it belongs to.
 class UcsAdapter final : public DispatchObject<::_UCS, ::UCS, tgp::UCS> {
 public:
-    using DispatchObject::DispatchObject;
+    explicit UcsAdapter(std::shared_ptr<tgp::UCS> native) : DispatchObject(std::move(native)) {
+        originVersion_ = this->native().OriginVersion();
+        if (originVersion_ == 0) SetIntegerZeros(&origin_.get());
+    }
 
     HRESULT STDMETHODCALLTYPE get_Label(BSTR* result) override { return Run([&] { Out(result) = ToBstr(native().Label()); }); }
     HRESULT STDMETHODCALLTYPE put_Label(BSTR rhs) override { return Run([&] { native().Label(ToUtf8(rhs)); }); }
     HRESULT STDMETHODCALLTYPE get_Origin(VARIANT* result) override {
-        return Run([&] { SetDoubleArray(&Out(result), native().Origin()); });
+        return Run([&] {
+            VariantInit(&Out(result));
+            if (native().OriginVersion() == originVersion_ && V_VT(&origin_.get()) != VT_EMPTY)
+                Check(VariantCopy(result, &origin_.get()));
+            else
+                SetDoubleArray(result, native().Origin());
+        });
     }
-    HRESULT STDMETHODCALLTYPE put_Origin(VARIANT rhs) override { return Run([&] { native().Origin(ToPoint(rhs)); }); }
+    HRESULT STDMETHODCALLTYPE put_Origin(VARIANT rhs) override { return Run([&] { KeepOrigin(rhs); }); }
     HRESULT STDMETHODCALLTYPE putref_Origin(VARIANT rhs) override { return put_Origin(rhs); }
     HRESULT STDMETHODCALLTYPE get_Parent(::_UCS** result) override {
         return Run([&] { Check(Wrap(native().Parent(), &Out(result))); });
@@ -41,24 +83,27 @@ public:
             if (HasValue(Parent)) parent = RequiredNative<tgp::UCS>(ToObject(Parent));
             native().SetUCS(ToPoint(*newOrg), ToPoint(*newUx), ToPoint(*newUy), HasValue(newUz) ? &uz : nullptr,
                             std::move(parent));
+            Remember(*newOrg);
         });
     }
     HRESULT STDMETHODCALLTYPE TranslateFromUCS(VARIANT* Point, ::_UCS* sourceUCS, VARIANT_BOOL ConvertAsVector,
                                                ::UnitIDLength ParentUnitID) override {
         return Run([&] {
             tgp::Point point = ToPoint(Out(Point));
-            native().TranslateFromUCS(point, *RequiredNative<tgp::UCS>(sourceUCS), Flag(ConvertAsVector),
-                                      tgp::ToInteger16(EnumValue(ParentUnitID)));
-            WritePointBack(Point, point);
+            WritingBackWhatever(Point, point, [&] {
+                native().TranslateFromUCS(point, *RequiredNative<tgp::UCS>(sourceUCS), Flag(ConvertAsVector),
+                                          tgp::ToInteger16(EnumValue(ParentUnitID)));
+            });
         });
     }
     HRESULT STDMETHODCALLTYPE TranslateToUCS(VARIANT* MyPoint, ::_UCS* targetUCS, VARIANT_BOOL ConvertAsVector,
                                              ::UnitIDLength ParentUnitID) override {
         return Run([&] {
             tgp::Point point = ToPoint(Out(MyPoint));
-            native().TranslateToUCS(point, *RequiredNative<tgp::UCS>(targetUCS), Flag(ConvertAsVector),
-                                    tgp::ToInteger16(EnumValue(ParentUnitID)));
-            WritePointBack(MyPoint, point);
+            WritingBackWhatever(MyPoint, point, [&] {
+                native().TranslateToUCS(point, *RequiredNative<tgp::UCS>(targetUCS), Flag(ConvertAsVector),
+                                        tgp::ToInteger16(EnumValue(ParentUnitID)));
+            });
         });
     }
     HRESULT STDMETHODCALLTYPE get_UnitID(::UnitIDLength* result) override {
@@ -96,6 +141,24 @@ public:
     }
 
 private:
+    // Origin let: the Variant is kept as given; the system works with it as a point, or raises when
+    // it is used if it is none (13 for a value that is not an array, 9 for a short array).
+    void KeepOrigin(const VARIANT& value) {
+        try {
+            native().Origin(ToPoint(value));
+        } catch (const Error&) {
+            native().OriginNotAPoint();
+        }
+        Remember(value);
+    }
+    void Remember(const VARIANT& value) {
+        Check(VariantCopy(&origin_.get(), const_cast<VARIANT*>(&Deref(value))));
+        originVersion_ = native().OriginVersion();
+    }
+
+    ScopedVariant origin_;
+    std::uint64_t originVersion_ = 0;
+
     HRESULT Axis(VARIANT* result, const Point& axis) {
         return Run([&] { SetDoubleArray(&Out(result), axis); });
     }

@@ -353,31 +353,93 @@ void WriteBack(VARIANT* target, bool value) {
     WriteBack(target, v);
 }
 
+namespace {
+
+// Stores a value at indices of an array, converted to the array's element type.
+void PutConverted(SAFEARRAY* array, VARTYPE elementType, LONG* indices, const VARIANT& value) {
+    if (elementType == VT_VARIANT) {
+        if (FAILED(SafeArrayPutElement(array, indices, const_cast<VARIANT*>(&value)))) throw Error::SubscriptOutOfRange();
+        return;
+    }
+    ScopedVariant converted;
+    Converted(value, elementType, converted);
+    VARIANT& c = converted.get();
+    void* data = elementType == VT_BSTR ? static_cast<void*>(V_BSTR(&c)) : static_cast<void*>(&V_UI1(&c));
+    if (FAILED(SafeArrayPutElement(array, indices, data))) throw Error::SubscriptOutOfRange();
+}
+
+VARIANT DoubleValue(double value) {
+    VARIANT v;
+    V_VT(&v) = VT_R8;
+    V_R8(&v) = value;
+    return v;
+}
+
+}  // namespace
+
+// A Variant variable receives a new array of Double, whatever it held before; a typed array variable
+// (VT_BYREF|VT_ARRAY of a type) is filled in its own type, in place when it has the point's length,
+// else given a new array of its type (a fixed-size one cannot be, and raises 9).
 void WritePointBack(VARIANT* target, const Point& point) {
     if (!target) return;
     VARIANT& slot = Deref(*target);
-    if (V_VT(&slot) & VT_ARRAY) {
-        VARTYPE elementType = VT_EMPTY;
-        SAFEARRAY* array = ArrayOf(slot, 1, elementType);
-        Bounds bounds = BoundsOf(array, 1);
-        if (bounds.count() == static_cast<LONG>(point.size()) && (elementType == VT_R8 || elementType == VT_VARIANT)) {
-            for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i) {
-                LONG index = bounds.lower + i;
-                PutDouble(array, elementType, &index, point[static_cast<std::size_t>(i)]);
-            }
-            return;
-        }
-        if (V_VT(&slot) & VT_BYREF) {  // a typed array variable: give it a new array of its type
-            if (elementType != VT_R8 && elementType != VT_VARIANT) throw Error::TypeMismatch();
-            SAFEARRAY* fresh = NewDoubleArray(point, elementType);
-            SafeArrayDestroy(*V_ARRAYREF(&slot));
-            *V_ARRAYREF(&slot) = fresh;
-            return;
-        }
+    if (!(V_VT(&slot) & VT_BYREF)) {
+        VariantClear(&slot);
+        SetDoubleArray(&slot, point);
+        return;
     }
-    if (V_VT(&slot) & VT_BYREF) throw Error::TypeMismatch();
-    VariantClear(&slot);
-    SetDoubleArray(&slot, point);
+    if (!(V_VT(&slot) & VT_ARRAY)) throw Error::TypeMismatch();  // a typed scalar cannot hold a point
+    const VARTYPE elementType = V_VT(&slot) & VT_TYPEMASK;
+    SAFEARRAY*& array = *V_ARRAYREF(&slot);
+    if (array && SafeArrayGetDim(array) == 1 && BoundsOf(array, 1).count() == static_cast<LONG>(point.size())) {
+        const LONG lower = BoundsOf(array, 1).lower;
+        for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i) {
+            LONG index = lower + i;
+            PutConverted(array, elementType, &index, DoubleValue(point[static_cast<std::size_t>(i)]));
+        }
+        return;
+    }
+    if (array && (array->fFeatures & (FADF_FIXEDSIZE | FADF_STATIC | FADF_EMBEDDED))) throw Error::SubscriptOutOfRange();
+    SAFEARRAY* fresh = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(point.size()));
+    if (!fresh) throw std::bad_alloc();
+    try {
+        for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i)
+            PutConverted(fresh, elementType, &i, DoubleValue(point[static_cast<std::size_t>(i)]));
+    } catch (...) {
+        SafeArrayDestroy(fresh);
+        throw;
+    }
+    if (array) SafeArrayDestroy(array);
+    array = fresh;
+}
+
+void ExchangeVariables(VARIANT* first, VARIANT* second, const Point& firstNow, const Point& secondNow) {
+    VARIANT& a = Deref(*first);
+    VARIANT& b = Deref(*second);
+    if (!(V_VT(&a) & VT_BYREF) && !(V_VT(&b) & VT_BYREF)) {  // two Variants: their contents trade places
+        std::swap(a, b);
+        return;
+    }
+    if (V_VT(&a) == V_VT(&b) && (V_VT(&a) & VT_ARRAY)) {  // two array variables of one type
+        std::swap(*V_ARRAYREF(&a), *V_ARRAYREF(&b));
+        return;
+    }
+    WritePointBack(first, firstNow);
+    WritePointBack(second, secondNow);
+}
+
+void ZeroElements(VARIANT* target, const std::vector<std::size_t>& positions) {
+    if (!target || positions.empty()) return;
+    VARTYPE elementType = VT_EMPTY;
+    SAFEARRAY* array = ArrayOf(*target, 1, elementType);
+    const LONG lower = BoundsOf(array, 1).lower;
+    VARIANT zero;
+    V_VT(&zero) = VT_I2;  // what `v(i) = 0` stores in a Variant element
+    V_I2(&zero) = 0;
+    for (std::size_t position : positions) {
+        LONG index = lower + static_cast<LONG>(position);
+        PutConverted(array, elementType, &index, zero);
+    }
 }
 
 std::shared_ptr<Quantity> QuantityOf(IUnknown* object) {

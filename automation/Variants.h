@@ -78,9 +78,15 @@ void SetBool(VARIANT* result, bool value);
 void WriteBack(VARIANT* target, const VARIANT& value);
 void WriteBack(VARIANT* target, double value);
 void WriteBack(VARIANT* target, bool value);
-// A point array written back: an array variable of the same length keeps its element type and
-// bounds; anything else receives a new zero-based array of Double.
+// A point array written back: a Variant variable receives a new zero-based array of Double,
+// whatever it held; a typed array variable is filled in its own type.
 void WritePointBack(VARIANT* target, const Point& point);
+// Exchanges what two of the caller's variables hold (their Variants, or the arrays of two array
+// variables of one type); other pairs are written back as the given points.
+void ExchangeVariables(VARIANT* first, VARIANT* second, const Point& firstNow, const Point& secondNow);
+// Sets the elements at the given positions (counted from the lower bound) of the caller's array to
+// 0 in the array's own type, leaving every other element as it was.
+void ZeroElements(VARIANT* target, const std::vector<std::size_t>& positions);
 
 // An enumeration argument as the signed 32-bit value it travels as: the C++ type widl gives an
 // enumeration whose members are all positive may be unsigned, which would turn -1 into 4294967295.

@@ -110,20 +110,31 @@ public:
     }
     HRESULT STDMETHODCALLTYPE RoundZeroVector(VARIANT* v, VARIANT* fuzz) override {
         return Run([&] {
-            Point point = ToPoint(Out(v));
-            if (!IsOmitted(fuzz)) {
-                double tolerance = IsMissing(*fuzz) ? 0.0 : ToDouble(*fuzz);
-                V::RoundZeroVector(point, tolerance);
-                WriteBack(fuzz, tolerance);
-            } else {
-                V::RoundZeroVector(point);
-            }
-            WritePointBack(v, point);
+            const Point point = ToPoint(Out(v));
+            double tolerance = IsOmitted(fuzz) || IsMissing(*fuzz) ? 0.0 : ToDouble(*fuzz);
+            Point rounded = point;
+            V::RoundZeroVector(rounded, tolerance);
+            if (!IsOmitted(fuzz)) WriteBack(fuzz, tolerance);
+            // Only the elements it zeroes change, in place and in the array's own type.
+            std::vector<std::size_t> zeroed;
+            for (std::size_t i = 0; i < point.size(); ++i)
+                if (rounded[i] == 0 && point[i] != 0) zeroed.push_back(i);
+            ZeroElements(v, zeroed);
         });
     }
     HRESULT STDMETHODCALLTYPE AssocVector(VARIANT Fvector, VARIANT* u, VARIANT* v, VARIANT* w, VARIANT* result) override {
         return Run([&] {
-            SetDoubleArray(&Out(result), V::AssocVector(ToPoint(Fvector), ToPoint(*u), ToPoint(*v), ToPoint(*w)));
+            // Any failure inside the member, reading its arrays included, is its one 2411.
+            Point f, a, b, c;
+            try {
+                f = ToPoint(Fvector);
+                a = ToPoint(*u);
+                b = ToPoint(*v);
+                c = ToPoint(*w);
+            } catch (const Error&) {
+                ThrowLibraryError("AssocVector fails: The Inverse Matrix method return Null");
+            }
+            SetDoubleArray(&Out(result), V::AssocVector(f, a, b, c));
         });
     }
     HRESULT STDMETHODCALLTYPE VectorAB(VARIANT* A, VARIANT* b, VARIANT* result) override {
@@ -144,10 +155,7 @@ public:
             Point end = ToPoint(Out(EP));
             double offset = HasValue(*OffsetAngle) ? ToDouble(*OffsetAngle) : 0.0;
             bool exchanged = V::Fix_NegativeVector(start, end, offset);
-            if (exchanged) {
-                WritePointBack(SP, start);
-                WritePointBack(EP, end);
-            }
+            if (exchanged) ExchangeVariables(SP, EP, start, end);
             Out(result) = ToVariantBool(exchanged);
         });
     }

@@ -1,6 +1,8 @@
 #include "geometry/Geometry.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "core/Constants.h"
 #include "core/Equality.h"
@@ -14,14 +16,41 @@ namespace {
 
 constexpr const char* kNoTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
 
-// The normalising loops run one step per full turn. Up to this many turns they run as written
-// (bit for bit); beyond, the angle is reduced with one remainder so that no input can hang them.
-constexpr double kMaxTurnsLooped = 1e6;
-
-// An infinite angle has no direction: the remainder of an infinity is NaN, which is kept.
+// The library's own choice where the published loop would never end (an angle so large that
+// subtracting a turn no longer changes it, or an infinity): one remainder. NaN stays NaN.
 void ReduceByRemainder(double& angle) {
     angle = std::fmod(angle, kTwoPi);
     if (angle < 0) angle += kTwoPi;
+}
+
+// `while (x > limit) x -= step;` for step > 0 and limit >= 0, with the result the loop itself would
+// leave, in time that does not grow with x; nothing when the loop would never end.
+//
+// Within one binade [2^(e-1), 2^e) the doubles are the multiples of u = 2^(e-53), so x - step,
+// rounded to nearest, is x less a whole number d of u's: d is step / u rounded to nearest, the same
+// for every subtraction that stays in the binade. Only a tie (step / u = m + 1/2) depends on x: it
+// goes to the even neighbour, so the first subtraction makes x an even multiple of u and from then on
+// d is whichever of m and m + 1 is even. One ordinary subtraction first, then all the subtractions
+// that stay in the binade and keep x above the limit at once; the step that leaves the binade, or
+// ends the loop, is again an ordinary one.
+std::optional<double> SubtractWhileAbove(double x, double step, double limit) {
+    while (x > limit) {
+        int exponent = 0;
+        std::frexp(x, &exponent);
+        const double low = std::ldexp(1.0, exponent - 1), u = std::ldexp(1.0, exponent - 53);
+        const double next = x - step;
+        if (next == x) return std::nullopt;  // the subtraction changes nothing: no end
+        x = next;
+        if (x < low || x <= limit) continue;  // left the binade, or the loop is over
+        const double q = step / u, whole = std::floor(q), fraction = q - whole;
+        const double d = fraction < 0.5 ? whole : fraction > 0.5 ? whole + 1 : (std::fmod(whole, 2) == 0 ? whole : whole + 1);
+        if (d == 0) return std::nullopt;
+        const double n = x / u, nLow = low / u;  // whole numbers below 2^53
+        double steps = std::floor((n - nLow) / d);                       // staying in the binade
+        if (limit >= low) steps = std::min(steps, std::ceil((n - limit / u) / d));  // until x <= limit
+        x = (n - steps * d) * u;
+    }
+    return x;
 }
 
 void ClearFlags(bool* Rotate180, bool* XMirror) {
@@ -71,14 +100,34 @@ double Geometry::DegToRad(double Angle) { return CheckFinite((Angle / 180) * pi(
 
 double Geometry::DegFromRad(double Angle) { return CheckFinite((Angle / pi()) * 180); }
 
+// Subtract the turn while above it, then add it while below 0, exactly as those loops do, whatever
+// the size of the angle.
 void Geometry::FixAngle360(double& Angle) {
     const double twoPi = 2 * pi();
-    if (!(std::fabs(Angle) <= kMaxTurnsLooped * twoPi)) {
+    const double original = Angle;
+    if (!std::isfinite(Angle)) {
         ReduceByRemainder(Angle);
         return;
     }
-    while (Angle > twoPi) Angle -= twoPi;
-    while (Angle < 0) Angle += twoPi;
+    if (Angle > twoPi) {
+        const std::optional<double> down = SubtractWhileAbove(Angle, twoPi, twoPi);
+        if (!down) {
+            Angle = original;
+            ReduceByRemainder(Angle);
+            return;
+        }
+        Angle = *down;
+    }
+    if (Angle < 0) {
+        // x += turn for negative x is the mirror image of |x| -= turn (rounding is symmetric).
+        const std::optional<double> up = SubtractWhileAbove(-Angle, twoPi, 0);
+        if (!up) {
+            Angle = original;
+            ReduceByRemainder(Angle);
+            return;
+        }
+        Angle = 0.0 - *up;  // 0 - 0 is +0, as x + turn = 0 is
+    }
 }
 
 void Geometry::FixAngle180(double& Angle, bool* Rotate180, bool* XMirror) {

@@ -30,7 +30,10 @@ public:
     //   FixAngle90     -> (-pi/2, pi/2]
     //   FixAngle180180 -> (-pi, pi]
     //   FixAngle9090   -> (-pi/2, pi/2] (XMirror always false)
-    // They never hang: huge magnitudes are reduced directly, infinities become NaN, NaN stays NaN.
+    // FixAngle360 gives the result of the published loops (subtract the full turn while above it, add
+    // it while below 0) bit for bit for every finite angle, in time that does not grow with it. Where
+    // those loops would never end (beyond about 7E+16, where a subtraction no longer changes the
+    // angle) it takes one remainder instead; infinities become NaN, NaN stays NaN.
     static void FixAngle360(double& Angle);
     static void FixAngle180(double& Angle, bool* Rotate180 = nullptr, bool* XMirror = nullptr);
     static void FixAngle90(double& Angle, bool* Rotate180 = nullptr, bool* XMirror = nullptr);

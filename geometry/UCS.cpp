@@ -7,7 +7,6 @@
 #include "geometry/Matrix.h"
 #include "geometry/Vector.h"
 #include "units/DLength.h"
-#include "units/UnitCatalogue.h"
 
 namespace tgp {
 
@@ -38,10 +37,7 @@ UCS::UCS() : axisMatrix_(std::make_shared<tgp::Matrix>()) {
     for (int i = 0; i < 3; ++i) axisMatrix_->LetItem(i, i, 1);
 }
 
-void UCS::UnitID(std::int16_t value) {
-    RequireValidUnit(DLengthObject, value);
-    unitID_ = value;
-}
+void UCS::UnitID(std::int16_t value) { unitID_ = value; }
 
 std::shared_ptr<UCS> UCS::Parent() const { return parent_ ? parent_ : Create(); }
 
@@ -66,7 +62,7 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
         if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
         uz_ = normal;
     }
-    origin_ = newOrg;
+    Origin(newOrg);
     axisMatrix_->LetColumn(ux_, 0);
     axisMatrix_->LetColumn(uy_, 1);
     axisMatrix_->LetColumn(uz_, 2);
@@ -104,12 +100,25 @@ void UCS::Reverse(bool XAxis, bool YAxis, bool ZAxis) {
 }
 
 void UCS::Move(const Point& BasePoint, const Point& DestPoint) {
-    origin_ = Vector::vplusv(OriginPoint(), Vector::VectorAB(BasePoint, DestPoint));
+    Origin(Vector::vplusv(OriginPoint(), Vector::VectorAB(BasePoint, DestPoint)));
 }
 
 const Point& UCS::OriginPoint() const {
+    if (!originIsAPoint_) throw Error::TypeMismatch();
     if (origin_.size() < 3) throw Error::SubscriptOutOfRange();
     return origin_;
+}
+
+void UCS::Origin(Point value) {
+    origin_ = std::move(value);
+    originIsAPoint_ = true;
+    ++originVersion_;
+}
+
+void UCS::OriginNotAPoint() {
+    origin_.clear();
+    originIsAPoint_ = false;
+    ++originVersion_;
 }
 
 void UCS::Rotate(double Rotation, bool XAxis, bool YAxis, bool ZAxis) {

@@ -27,7 +27,13 @@ public:
     // Origin in the parent frame; (0, 0, 0) on creation. Stored as given (a script may set any
     // array); it must be a point of three elements where it is used (translations, Move), else 9.
     const Point& Origin() const { return origin_; }
-    void Origin(Point value) { origin_ = std::move(value); }
+    void Origin(Point value);
+    // The origin set to something that is not an array (a script's `Origin = 5`): kept until it is
+    // used, where it raises 13 "Type mismatch".
+    void OriginNotAPoint();
+    // Counts every change of the origin (0 until the first), so that a caller keeping its own copy
+    // of what it set can tell whether it still stands.
+    std::uint64_t OriginVersion() const { return originVersion_; }
 
     // The stored parent, or a new default system (not stored) when there is none.
     std::shared_ptr<UCS> Parent() const;
@@ -42,7 +48,8 @@ public:
 
     // Length unit of this system's coordinates (a UnitIDLength id; 0 = millimetres).
     std::int16_t UnitID() const { return unitID_; }
-    // An id that is not a length unit raises 24111 "<id> is an invalid UnitID for Length".
+    // Any id is kept; one that is not a length unit raises 24111 "<id> is an invalid UnitID for
+    // Length" where a translation converts with it, after the steps before it changed the point.
     void UnitID(std::int16_t value);
 
     // Sets origin and axes. Ux and Uy are made unit length (Uy is not made perpendicular). With
@@ -91,7 +98,8 @@ public:
     void RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const;
 
 private:
-    // The origin as a point of at least three elements (9 "Subscript out of range" otherwise).
+    // The origin as a point of at least three elements (9 "Subscript out of range" otherwise, 13
+    // when it is not an array at all).
     const Point& OriginPoint() const;
     // Re-expresses the origin and axes of system, given in from's coordinates, in to's coordinates
     // (lengths in frameUnit) and sets them on it.
@@ -99,6 +107,8 @@ private:
 
     std::string label_;
     Point origin_{0, 0, 0};
+    bool originIsAPoint_ = true;
+    std::uint64_t originVersion_ = 0;
     Point ux_{1, 0, 0};
     Point uy_{0, 1, 0};
     Point uz_{0, 0, 1};

@@ -38,6 +38,13 @@ g.FixAngle9090 a, , mirror
 Check "FixAngle9090 XMirror is always False", mirror, False
 g.FixAngle360 "abc"
 CheckError "FixAngle360 of a text", 13, "Type mismatch"
+' Far from zero the turns are still taken one at a time, each subtraction rounding as it does.
+a = 7000000
+g.FixAngle360 a
+Check "FixAngle360(7000000) is the turn-by-turn result", a, 3.7802735708596904
+a = -7000000
+g.FixAngle360 a
+Check "FixAngle360(-7000000) is the turn-by-turn result", a, 2.5029117363198896
 
 x = 1.0000001
 CheckNear "ASin snaps near 1", g.ASin(x), pi / 2, 1E-12
@@ -68,6 +75,20 @@ CheckNear "RotatePoint into a Variant array y", ret(1), 1, 1E-12
 Check "RotatePoint into a Variant array z", ret(2), 5
 g.RotatePoint Array(1, 0, 0), Array(0, 0, 0), Array(0, 0, 0), a, ret
 CheckError "RotatePoint about a zero axis", 713, "Method RotatePoint of Geometry module fails"
+g.RotatePoint 5, Array(0, 0, 0), Array(0, 0, 1), a, ret
+CheckError "RotatePoint of a point that is no array", 713, "Method RotatePoint of Geometry module fails"
+g.RotatePoint Array(1, 0, 0), "origin", Array(0, 0, 1), a, ret
+CheckError "RotatePoint about an origin that is no array", 713, "Method RotatePoint of Geometry module fails"
+g.RotatePoint Array(1, 0, 0), Array(0, 0, 0), Array(0, 0, 1), "quarter", ret
+CheckError "RotatePoint by an unreadable rotation is past the trap", 13, "Type mismatch"
+' The result variable receives an array of Double whatever it held before.
+ret = Array(9, 9, 9)
+g.RotatePoint Array(1, 0, 0), Array(0, 0, 0), Array(0, 0, 1), a, ret
+Check "RotatePoint turns a Variant array into an array of Double", VarType(ret), vbArray + vbDouble
+ret = "text"
+g.RotatePoint Array(1, 0, 0), Array(0, 0, 0), Array(0, 0, 1), a, ret
+Check "RotatePoint turns a text variable into an array of Double", VarType(ret), vbArray + vbDouble
+CheckPoint "RotatePoint into a text variable", ret, Array(0, 1, 0)
 
 Dim unsetFlag
 a = 4

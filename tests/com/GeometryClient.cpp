@@ -180,6 +180,87 @@ CLIENT_TEST(TypedByReferenceVariables) {
     V_VT(&det.result.v) = VT_EMPTY;
 }
 
+// A typed array variable as VBA passes it (`Dim r(2) As Single`): VT_BYREF|VT_ARRAY of its type.
+struct TypedArrayVariable {
+    SAFEARRAY* array = nullptr;
+    TypedArrayVariable(VARTYPE type, LONG lowerBound, ULONG count, USHORT features = 0) {
+        SAFEARRAYBOUND bound{count, lowerBound};
+        array = SafeArrayCreate(type, 1, &bound);
+        array->fFeatures |= features;
+    }
+    ~TypedArrayVariable() {
+        if (!array) return;
+        array->fFeatures &= static_cast<USHORT>(~(FADF_FIXEDSIZE | FADF_STATIC));
+        SafeArrayDestroy(array);
+    }
+    Var Ref() {
+        Var ref;
+        V_VT(&ref.v) = VT_BYREF | VT_ARRAY | SafeArrayElementType();
+        V_ARRAYREF(&ref.v) = &array;
+        return ref;
+    }
+    VARTYPE SafeArrayElementType() const {
+        VARTYPE type = VT_EMPTY;
+        SafeArrayGetVartype(array, &type);
+        return type;
+    }
+};
+
+CLIENT_TEST(ResultPointsInTheCallersVariable) {
+    Object geometry(L"Geometry");
+    auto rotate = [&](Var target) {
+        return Method(geometry, L"RotatePoint", {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}),
+                                                 DoubleArray({0, 0, 1}), Var(1.5707963267949), target});
+    };
+    // A Variant receives an array of Double whatever it held, a Variant array included.
+    VARIANT variable;
+    VariantInit(&variable);
+    V_VT(&variable) = VT_BSTR;
+    V_BSTR(&variable) = SysAllocString(L"text");
+    rotate(RefTo(variable));
+    Check(V_VT(&variable) == (VT_ARRAY | VT_R8), "a text Variant receives an array of Double");
+    VariantClear(&variable);
+    Var variants = VariantArray({9, 9, 9});
+    VariantCopy(&variable, &variants.v);
+    rotate(RefTo(variable));
+    Check(V_VT(&variable) == (VT_ARRAY | VT_R8), "a Variant holding a Variant array receives an array of Double");
+    VariantClear(&variable);
+
+    // A typed array variable is filled in its own type, its bounds kept.
+    TypedArrayVariable singles(VT_R4, 1, 3);
+    Check(rotate(singles.Ref()).number == 0, "RotatePoint into a Single array variable");
+    float y = 0;
+    LONG at = 2;
+    SafeArrayGetElement(singles.array, &at, &y);
+    Check(singles.SafeArrayElementType() == VT_R4 && std::fabs(y - 1) < 1e-6, "the Single array holds the point from its lower bound 1");
+    TypedArrayVariable integers(VT_I2, 0, 3);
+    rotate(integers.Ref());
+    short yInteger = 0;
+    at = 1;
+    SafeArrayGetElement(integers.array, &at, &yInteger);
+    Check(integers.SafeArrayElementType() == VT_I2 && yInteger == 1, "an Integer array variable receives rounded coordinates");
+    // A dynamic array of another length is given a new one of its type; a fixed-size one cannot be.
+    TypedArrayVariable dynamic(VT_R8, 0, 1);
+    rotate(dynamic.Ref());
+    Check(dynamic.array && dynamic.array->rgsabound[0].cElements == 3, "a dynamic Double array variable is redimensioned");
+    TypedArrayVariable fixed(VT_R8, 0, 5, FADF_FIXEDSIZE | FADF_STATIC);
+    Check(rotate(fixed.Ref()).number == 9, "a fixed-size array variable of another length raises 9");
+
+    // UCS translations write back the same way.
+    Object system(L"UCS");
+    Object world(L"UCS");
+    Method(system, L"Move", {DoubleArray({0, 0, 0}), DoubleArray({10, 0, 0})});
+    TypedArrayVariable point(VT_R4, 0, 3);
+    float one = 1;
+    at = 0;
+    SafeArrayPutElement(point.array, &at, &one);
+    Var worldObject(static_cast<IDispatch*>(world));
+    Method(system, L"TranslateFromUCS", {point.Ref(), worldObject});
+    float x = 0;
+    SafeArrayGetElement(point.array, &at, &x);
+    Check(point.SafeArrayElementType() == VT_R4 && x == -9, "TranslateFromUCS fills a Single array variable");
+}
+
 CLIENT_TEST(EntityMove) {
     Object loop(L"Loop7");
     Method(loop, L"InitFromCoordinates", {DoubleArray({0, 0, 10, 0, 10, 10}), DoubleArray({0, 0, 0})});

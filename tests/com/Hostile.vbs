@@ -273,8 +273,13 @@ Set hLp.AcadEntity = Nothing
 ' ---- errors that say what happened ------------------------------------------------------------
 Set m2 = hGX.GetDForceMoment(1, -1)
 CheckError "a negative unit id for a quantity", 24111, "-1 is an invalid UnitID for ForceMoment"
+hU.Origin = Array(0, 0, 0)
 hU.UnitID = -1
-CheckError "a negative unit id for a UCS", 24111, "-1 is an invalid UnitID for Length"
+Check "a negative unit id for a UCS is kept", hU.UnitID, -1
+sq = Array(1, 2, 3)
+hU.TranslateFromUCS sq, Library("UCS")
+CheckError "a negative unit id for a UCS fails where it converts", 24111, "-1 is an invalid UnitID for Length"
+hU.UnitID = 0
 hLp.InitFromCoordinates Array(0, 0, 1E-200, 0, 1E-200, 1E-200, 0, 1E-200), Array(0, 0, 0, 0)
 a1 = hLp.Area
 CheckError "a 1E-200 square, every side below the zero-length tolerance", 5, _

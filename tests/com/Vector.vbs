@@ -53,11 +53,22 @@ Check "RoundZeroVector with default fuzz keeps 0.001", p(1), 0.001
 f = 0.01
 v.RoundZeroVector p, f
 Check "RoundZeroVector with fuzz 0.01", p(1), 0
+' Only the zeroed elements change; the others keep their own type.
+p = Array(1E-09, 2, 2.5)
+v.RoundZeroVector p
+Check "RoundZeroVector leaves an Integer element an Integer", VarType(p(1)), vbInteger
+Check "RoundZeroVector leaves a Double element a Double", VarType(p(2)), vbDouble
+Check "RoundZeroVector zeroes an element in place", p(0), 0
+Check "RoundZeroVector keeps a Variant array", VarType(p), vbArray + vbVariant
 
 CheckPoint "AssocVector in the standard basis", v.AssocVector(Array(1, 2, 3), Array(1, 0, 0), Array(0, 1, 0), Array(0, 0, 1)), Array(1, 2, 3)
 CheckPoint "AssocVector in a scaled basis", v.AssocVector(Array(2, 4, 6), Array(2, 0, 0), Array(0, 2, 0), Array(0, 0, 2)), Array(1, 2, 3)
 r = v.AssocVector(Array(1, 2, 3), Array(1, 0, 0), Array(2, 0, 0), Array(0, 0, 1))
 CheckError "AssocVector with a flat basis", 2411, "AssocVector fails: The Inverse Matrix method return Null"
+r = v.AssocVector(Array(1, 2, 3), 5, Array(0, 1, 0), Array(0, 0, 1))
+CheckError "AssocVector with an axis that is no array", 2411, "AssocVector fails: The Inverse Matrix method return Null"
+r = v.AssocVector("point", Array(1, 0, 0), Array(0, 1, 0), Array(0, 0, 1))
+CheckError "AssocVector of a vector that is no array", 2411, "AssocVector fails: The Inverse Matrix method return Null"
 CheckPoint "VectorAB", v.VectorAB(Array(1, 1), Array(4, 5)), Array(3, 4)
 CheckPoint "ConvertVariantToArray", v.ConvertVariantToArray(Array("1", 2.5)), Array(1, 2.5)
 Check "IsParallel of opposite directions", v.IsParallel(Array(1, 0, 0), Array(-2, 0, 0)), True
@@ -71,6 +82,14 @@ Check "Fix_NegativeVector exchanges a leftward pair", v.Fix_NegativeVector(sp, e
 Check "Fix_NegativeVector new SP", sp(0), 0
 Check "Fix_NegativeVector new EP", ep(0), 1
 Check "Fix_NegativeVector leaves a rightward pair", v.Fix_NegativeVector(sp, ep), False
+' The exchange trades the two variables' contents, elements and their types with them.
+sp = Array(0, 0, 7)
+ep = Array(-0.5, -1, 2.5)
+Check "Fix_NegativeVector exchanges a downward pair", v.Fix_NegativeVector(sp, ep), True
+Check "Fix_NegativeVector SP takes EP's Double", VarType(sp(0)), vbDouble
+Check "Fix_NegativeVector SP takes EP's z", sp(2), 2.5
+Check "Fix_NegativeVector EP takes SP's Integer", VarType(ep(2)), vbInteger
+Check "Fix_NegativeVector EP takes SP's z", ep(2), 7
 
 ' Hostile arguments raise errors, never crash.
 r = v.vLength("abc")

@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,42 @@ TEST(GeometryFixAngle360, FoldsIntoClosedRange) {
         double angle = c.angle;
         Geometry::FixAngle360(angle);
         EXPECT_EQ(angle, c.expected) << c.angle;
+    }
+}
+
+// The loop's own result at any size, not a remainder: 7,000,000 rad takes a million turns and more.
+TEST(GeometryFixAngle360, MatchesTheLoopBitForBitAtAnySize) {
+    double angle = 7000000;
+    Geometry::FixAngle360(angle);
+    EXPECT_EQ(angle, 3.7802735708596904);
+    std::mt19937_64 random(16);
+    std::uniform_real_distribution<double> unit(0, 1);
+    struct Range {
+        double largest;
+        int count;
+    };
+    for (const Range& range : {Range{1e3, 2000}, Range{1e5, 300}, Range{1e7, 30}, Range{1e9, 3}}) {
+        for (int i = 0; i < range.count; ++i) {
+            // Spread over the binades below the largest, both signs.
+            const double a = (unit(random) < 0.5 ? -1 : 1) * std::pow(range.largest, unit(random));
+            double fixed = a;
+            Geometry::FixAngle360(fixed);
+            EXPECT_EQ(fixed, LoopedFixAngle360(a)) << a;
+        }
+    }
+    // Near 1E9 (some 1.6E8 turns of the plain loop each).
+    for (int i = 0; i < 4; ++i) {
+        const double a = (i % 2 ? -1 : 1) * 1e9 * (0.5 + unit(random) / 2);
+        double fixed = a;
+        Geometry::FixAngle360(fixed);
+        EXPECT_EQ(fixed, LoopedFixAngle360(a)) << a;
+    }
+    // Exact halves of the spacing (ties) and binade edges.
+    for (double a : {std::ldexp(1.0, 20), std::ldexp(1.0, 21) - std::ldexp(1.0, -32), std::ldexp(3.0, 19), 4.0, 8.0,
+                     kShortTwoPi * 3, -kShortTwoPi, -kShortTwoPi * 1000}) {
+        double fixed = a;
+        Geometry::FixAngle360(fixed);
+        EXPECT_EQ(fixed, LoopedFixAngle360(a)) << a;
     }
 }
 

@@ -214,6 +214,16 @@ TEST(UCSTranslate, Failures) {
     }
 }
 
+TEST(UCSTranslate, AnInvalidSystemUnitFailsAfterThePointWasMoved) {
+    const auto shifted = TurnedSystem(0, {10, 0, 0});
+    shifted->UnitID(-1);  // kept; it fails where it converts
+    EXPECT_EQ(shifted->UnitID(), -1);
+    Point p{1, 2, 3};
+    EXPECT_TRUE(RaisesError([&] { shifted->TranslateFromUCS(p, *UCS::Create()); }, 24111,
+                            "-1 is an invalid UnitID for Length"));
+    EXPECT_EQ(p, (Point{-9, 2, 3}));  // into the system, not yet into its unit
+}
+
 // ---- moving, turning, flipping --------------------------------------------------------------
 
 TEST(UCSReverse, FirstFlagActsAndTheMatrixStays) {
