@@ -57,6 +57,26 @@ void EmitCounted(std::string& out, std::string_view entity, const std::vector<Dx
     }
 }
 
+// The DXF parser reads a line into a buffer of 1024 characters and stops making progress on a
+// longer one (it would read the same file forever), so no line may reach it longer than this.
+constexpr std::size_t kLongestValue = 1000;
+
+// Names and texts (the string group codes) are cut to the longest line; they never make a profile.
+bool IsTextGroup(int code) {
+    return (code >= 0 && code <= 9) || (code >= 100 && code <= 109) || (code >= 300 && code <= 369) ||
+           (code >= 390 && code <= 399) || (code >= 410 && code <= 419) || (code >= 430 && code <= 439) ||
+           (code >= 470 && code <= 481) || code == 999 || (code >= 1000 && code <= 1009);
+}
+
+// The value as the parser may see it: a long text is cut, a long number is refused.
+std::string_view WithinLineLimit(const DxfTag& tag, const std::string& source) {
+    if (tag.value.size() <= kLongestValue) return tag.value;
+    if (IsTextGroup(tag.code)) return tag.value.substr(0, kLongestValue);
+    throw ProfileFileError(source + ":" + std::to_string(tag.line + 1) + ": a value of " +
+                           std::to_string(tag.value.size()) + " characters for group " + std::to_string(tag.code) +
+                           " (a number has at most " + std::to_string(kLongestValue) + ")");
+}
+
 }  // namespace
 
 DxfTagReader::DxfTagReader(std::string_view text, std::string source) : text_(text), source_(std::move(source)) {}
@@ -67,7 +87,9 @@ std::string_view DxfTagReader::NextLine() {
     std::string_view line = text_.substr(position_, stop - position_);
     position_ = end == std::string_view::npos ? text_.size() : end + 1;
     ++line_;
-    return line;
+    // The DXF parser reads each line as a C string: a NUL ends it there. Seeing the same, a line
+    // "LWPOLYLINE\0..." is a polyline here too and its counts are checked.
+    return line.substr(0, line.find('\0'));
 }
 
 bool DxfTagReader::Next(DxfTag& tag) {
@@ -93,6 +115,7 @@ std::string WithTrustedCounts(std::string_view text, const std::string& source) 
     std::string_view entityType;
     DxfTag tag;
     while (reader.Next(tag)) {
+        tag.value = WithinLineLimit(tag, source);
         if (tag.code == 0) {
             if (!entity.empty()) EmitCounted(out, entityType, entity);
             entity.clear();

@@ -149,6 +149,20 @@ TEST(DxfProfiles, DeclaredCountsAreNotTrusted) {
     }
 }
 
+// The parser reads lines as C strings, so "LWPOLYLINE" followed by a NUL and more is a polyline to
+// it: its count must be checked as well (the two billion would otherwise be allocated).
+TEST(DxfProfiles, CountsAreCheckedWhateverFollowsANulInTheEntityType) {
+    for (const std::string& tail : {std::string("\0\0.5"), std::string("\0"), std::string(" \0x")}) {
+        std::string polyline = LwPolyline("7B", 1, {{0, 0}, {10, 0}, {10, 5}, {0, 5}});
+        polyline.replace(polyline.find("90\n4\n"), 5, "90\n2000000000\n");
+        polyline.replace(polyline.find("LWPOLYLINE"), 10, "LWPOLYLINE" + tail);
+        const DxfFile file({polyline});
+        const auto p = ReadDxfProfiles(file.path());
+        ASSERT_EQ(p.size(), 1u);
+        EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5}));
+    }
+}
+
 TEST(DxfProfiles, BlockDefinitionsAreNotProfiles) {
     const DxfFile file({});
     std::ofstream(file.path()) << "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nB1\n10\n0\n20\n0\n"
@@ -184,6 +198,26 @@ TEST(DxfProfiles, ReadPointDecimalsUnderACommaLocale) {
     EXPECT_EQ(p[0].xy, (std::vector<double>{0.5, 0.25, 10.75, 0, 10, 5.5}));
     EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -0.5, 0}));
     EXPECT_EQ(t.at(0).xy, (std::vector<double>{0.5, 0.25, 10.75, 0}));
+}
+
+// Lines past the parser's buffer would make it read the file forever: a long name is cut, a long
+// number refused with its line.
+TEST(DxfProfiles, LongLinesNeitherHangNorPass) {
+    std::string polyline = LwPolyline("7C", 1, {{0, 0}, {10, 0}, {10, 5}});
+    polyline.replace(polyline.find("8\nL1\n"), 6, "8\n" + std::string(5000, 'L') + "\n");
+    const auto p = ReadDxfProfiles(DxfFile({polyline}).path());
+    ASSERT_EQ(p.size(), 1u);
+    EXPECT_EQ(p[0].name, "POLYLINE handle 7C on layer " + std::string(1000, 'L'));
+
+    std::string number = LwPolyline("7D", 1, {{0, 0}, {10, 0}, {10, 5}});
+    number.replace(number.find("20\n5\n"), 5, "20\n5." + std::string(3000, '0') + "\n");
+    const DxfFile file({number});
+    try {
+        ReadDxfProfiles(file.path());
+        FAIL();
+    } catch (const ProfileFileError& e) {
+        EXPECT_NE(std::string(e.what()).find(":26: a value of 3002 characters for group 20"), std::string::npos) << e.what();
+    }
 }
 
 TEST(DxfProfiles, MissingFileIsAFileError) {
