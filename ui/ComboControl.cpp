@@ -1,0 +1,7 @@
+#include "ui/ComboControl.h"
+
+namespace tgp::ui {
+
+ComboControl::~ComboControl() = default;
+
+}  // namespace tgp::ui
