@@ -1,5 +1,6 @@
 #include "GeometryExeAdapter.h"
 
+#include "Dialogs.h"
 #include "DispatchObject.h"
 #include "Out.h"
 #include "Quantities.h"
@@ -9,10 +10,6 @@
 
 namespace tgp::automation {
 namespace {
-
-// The dialogs are served by the editing layer; until it is connected they answer the runtime's
-// "not supported" error instead of pretending the user cancelled.
-[[noreturn]] void DialogsUnavailable() { throw Error(445, "Object doesn't support this action"); }
 
 // Each factory: the unit id (an enumeration, 32-bit in the type library) travels as a 16-bit id.
 #define TGP_QUANTITY_FACTORY(Name, UnitEnum)                                                        \
@@ -27,14 +24,20 @@ class GeometryExeAdapter final : public DispatchObject<::_Geometry_EXE, ::Geomet
 public:
     using DispatchObject::DispatchObject;
 
-    HRESULT STDMETHODCALLTYPE EditEnum(VARIANT*, BSTR, BSTR, BSTR, VARIANT_BOOL*) override {
-        return Run([] { DialogsUnavailable(); });
+    HRESULT STDMETHODCALLTYPE EditEnum(VARIANT* Value, BSTR EnumString, BSTR Title, BSTR Desc, VARIANT_BOOL* result) override {
+        return Run([&] { Out(result) = ToVariantBool(RunEditEnum(Value, EnumString, Title, Desc)); });
     }
-    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT*, VARIANT, BSTR, BSTR, short*, IDispatch*, VARIANT_BOOL*) override {
-        return Run([] { DialogsUnavailable(); });
+    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT* Value, VARIANT UnitID, BSTR Title, BSTR Desc, short* ReturnUnitID,
+                                           IDispatch* OwnerForm, VARIANT_BOOL* result) override {
+        return Run([&] {
+            Out(result) = ToVariantBool(RunEditQuantity(Value, UnitID, Title, Desc, ReturnUnitID, OwnerForm));
+        });
     }
-    HRESULT STDMETHODCALLTYPE EditUnitSetting(::_UnitSetting**, VARIANT_BOOL, VARIANT_BOOL, VARIANT_BOOL*) override {
-        return Run([] { DialogsUnavailable(); });
+    HRESULT STDMETHODCALLTYPE EditUnitSetting(::_UnitSetting** US, VARIANT_BOOL ShowModal, VARIANT_BOOL ShowCenterScreen,
+                                              VARIANT_BOOL* result) override {
+        return Run([&] {
+            Out(result) = ToVariantBool(RunEditUnitSetting(US, ShowModal != VARIANT_FALSE, ShowCenterScreen != VARIANT_FALSE));
+        });
     }
     HRESULT STDMETHODCALLTYPE GetUnitString(::DimensionObjectType DimensionType, VARIANT Unit, BSTR* result) override {
         return Run([&] {
