@@ -12,24 +12,12 @@ enum ControlId { kDescription = 100, kTextbox, kUnitCombo, kListCombo };
 
 constexpr int kClientWidth = 336, kClientHeight = 118;
 
-void RegisterClassOnce() {
-    static const bool registered = [] {
-        WNDCLASSEXW wc{};
-        wc.cbSize = sizeof wc;
-        wc.lpfnWndProc = DefWindowProcW;  // replaced per window in the constructor
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-        wc.lpszClassName = EditQuantityDialog::kWindowClass;
-        return RegisterClassExW(&wc) != 0;
-    }();
-    (void)registered;
-}
 
 }  // namespace
 
 EditQuantityDialog::EditQuantityDialog() {
-    RegisterClassOnce();
+    static const bool registered = (RegisterDialogClass(kWindowClass), true);
+    (void)registered;
     const DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
     const DWORD exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
     RECT frame{0, 0, kClientWidth, kClientHeight};

@@ -41,19 +41,6 @@ constexpr int kClientWidth = 2 * kMargin + 2 * kColumnWidth + kColumnGap;
 constexpr int kButtonsTop = kHeaderHeight + kMargin + kRowsPerColumn * kRowHeight + 6;
 constexpr int kClientHeight = kButtonsTop + 28 + kMargin;
 
-void RegisterClassOnce() {
-    static const bool registered = [] {
-        WNDCLASSEXW wc{};
-        wc.cbSize = sizeof wc;
-        wc.lpfnWndProc = DefWindowProcW;
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-        wc.lpszClassName = UnitSettingDialog::kWindowClass;
-        return RegisterClassExW(&wc) != 0;
-    }();
-    (void)registered;
-}
 
 // The symbol table every quantity kind's units come from, one line per kind, as list_Units holds it.
 std::wstring SymbolTable() {
@@ -79,7 +66,8 @@ int ShiftState() {
 }  // namespace
 
 UnitSettingDialog::UnitSettingDialog() {
-    RegisterClassOnce();
+    static const bool registered = (RegisterDialogClass(kWindowClass), true);
+    (void)registered;
     const DWORD style = WS_POPUP | WS_BORDER;
     const DWORD exStyle = WS_EX_CONTROLPARENT | WS_EX_TOOLWINDOW;
     RECT frame{0, 0, kClientWidth, kClientHeight};

@@ -46,24 +46,41 @@ HWND CreateNamedControl(HWND parent, const wchar_t* windowClass, const wchar_t* 
     return control;
 }
 
+namespace {
+
+struct NameSearch {
+    const wchar_t* name;
+    HWND found;
+};
+
+// A stdcall callback for EnumChildWindows (a lambda would not convert on 32-bit Windows).
+BOOL CALLBACK MatchName(HWND child, LPARAM p) {
+    auto* search = reinterpret_cast<NameSearch*>(p);
+    const auto* own = static_cast<const wchar_t*>(GetPropW(child, kNameProperty));
+    if (own && wcscmp(own, search->name) == 0) {
+        search->found = child;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+}  // namespace
+
 HWND FindNamedControl(HWND parent, const wchar_t* name) {
-    struct Search {
-        const wchar_t* name;
-        HWND found;
-    } search{name, nullptr};
-    EnumChildWindows(
-        parent,
-        [](HWND child, LPARAM p) -> BOOL {
-            auto* s = reinterpret_cast<Search*>(p);
-            const auto* own = static_cast<const wchar_t*>(GetPropW(child, kNameProperty));
-            if (own && wcscmp(own, s->name) == 0) {
-                s->found = child;
-                return FALSE;
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    NameSearch search{name, nullptr};
+    EnumChildWindows(parent, &MatchName, reinterpret_cast<LPARAM>(&search));
     return search.found;
+}
+
+void RegisterDialogClass(const wchar_t* name) {
+    WNDCLASSEXW wc{};
+    wc.cbSize = sizeof wc;
+    wc.lpfnWndProc = DefWindowProcW;  // each dialog puts its own procedure on its window
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    wc.lpszClassName = name;
+    RegisterClassExW(&wc);  // a second registration of the name fails harmlessly
 }
 
 void Win32Combo::Clear() { SendMessageW(combo_, CB_RESETCONTENT, 0, 0); }

@@ -23,6 +23,9 @@ HWND CreateNamedControl(HWND parent, const wchar_t* windowClass, const wchar_t* 
 // The child control of the given name, or null.
 HWND FindNamedControl(HWND parent, const wchar_t* name);
 
+// Registers a window class for a dialog window (button-face background, arrow cursor).
+void RegisterDialogClass(const wchar_t* name);
+
 // A drop-down list combo box. Its parent calls Selected() on CBN_SELCHANGE.
 class Win32Combo final : public ComboControl {
 public:
