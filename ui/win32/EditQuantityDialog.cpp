@@ -16,18 +16,8 @@ constexpr int kClientWidth = 336, kClientHeight = 118;
 }  // namespace
 
 EditQuantityDialog::EditQuantityDialog() {
-    static const bool registered = (RegisterDialogClass(kWindowClass), true);
-    (void)registered;
-    const DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-    const DWORD exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-    RECT frame{0, 0, kClientWidth, kClientHeight};
-    AdjustWindowRectEx(&frame, style, FALSE, exStyle);
-    window_ = CreateWindowExW(exStyle, kWindowClass, L"Edit Value", style, CW_USEDEFAULT, CW_USEDEFAULT,
-                              frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
-                              GetModuleHandleW(nullptr), nullptr);
-    if (!window_) throw Error::OutOfMemory();
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowProc));
+    window_ = CreateDialogWindow(kWindowClass, L"Edit Value", WS_POPUP | WS_CAPTION | WS_SYSMENU,
+                                 WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, kClientWidth, kClientHeight, this, &WindowProc);
 
     description_ = CreateNamedControl(window_, L"STATIC", L"lbDesc", kDescription, SS_LEFT | SS_NOPREFIX, {12, 12, 324, 30});
     textbox_ = CreateNamedControl(window_, L"EDIT", L"Textbox", kTextbox, WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, {12, 36, 224, 60});

@@ -66,18 +66,8 @@ int ShiftState() {
 }  // namespace
 
 UnitSettingDialog::UnitSettingDialog() {
-    static const bool registered = (RegisterDialogClass(kWindowClass), true);
-    (void)registered;
-    const DWORD style = WS_POPUP | WS_BORDER;
-    const DWORD exStyle = WS_EX_CONTROLPARENT | WS_EX_TOOLWINDOW;
-    RECT frame{0, 0, kClientWidth, kClientHeight};
-    AdjustWindowRectEx(&frame, style, FALSE, exStyle);
-    window_ = CreateWindowExW(exStyle, kWindowClass, L"Unit Setting", style, CW_USEDEFAULT, CW_USEDEFAULT,
-                              frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
-                              GetModuleHandleW(nullptr), nullptr);
-    if (!window_) throw Error::OutOfMemory();
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowProc));
+    window_ = CreateDialogWindow(kWindowClass, L"Unit Setting", WS_POPUP | WS_BORDER,
+                                 WS_EX_CONTROLPARENT | WS_EX_TOOLWINDOW, kClientWidth, kClientHeight, this, &WindowProc);
     headerBrush_ = CreateSolidBrush(kHeaderColour);
 
     header_ = CreateNamedControl(window_, L"STATIC", L"pbHeader", 0, SS_NOTIFY, {0, 0, kClientWidth, kHeaderHeight});

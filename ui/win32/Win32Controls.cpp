@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "core/Error.h"
+
 namespace tgp::ui::win32 {
 
 namespace {
@@ -72,6 +74,8 @@ HWND FindNamedControl(HWND parent, const wchar_t* name) {
     return search.found;
 }
 
+namespace {
+
 void RegisterDialogClass(const wchar_t* name) {
     WNDCLASSEXW wc{};
     wc.cbSize = sizeof wc;
@@ -81,6 +85,22 @@ void RegisterDialogClass(const wchar_t* name) {
     wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     wc.lpszClassName = name;
     RegisterClassExW(&wc);  // a second registration of the name fails harmlessly
+}
+
+}  // namespace
+
+HWND CreateDialogWindow(const wchar_t* windowClass, const wchar_t* title, DWORD style, DWORD exStyle,
+                        int clientWidth, int clientHeight, void* self, WNDPROC procedure) {
+    RegisterDialogClass(windowClass);
+    RECT frame{0, 0, clientWidth, clientHeight};
+    AdjustWindowRectEx(&frame, style, FALSE, exStyle);
+    HWND window = CreateWindowExW(exStyle, windowClass, title, style, CW_USEDEFAULT, CW_USEDEFAULT,
+                                  frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
+                                  GetModuleHandleW(nullptr), nullptr);
+    if (!window) throw Error::OutOfMemory();
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+    return window;
 }
 
 void Win32Combo::Clear() { SendMessageW(combo_, CB_RESETCONTENT, 0, 0); }

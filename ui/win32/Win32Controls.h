@@ -23,8 +23,11 @@ HWND CreateNamedControl(HWND parent, const wchar_t* windowClass, const wchar_t* 
 // The child control of the given name, or null.
 HWND FindNamedControl(HWND parent, const wchar_t* name);
 
-// Registers a window class for a dialog window (button-face background, arrow cursor).
-void RegisterDialogClass(const wchar_t* name);
+// A hidden top-level dialog window of the given client size, its class registered on first use
+// (button-face background, arrow cursor), whose messages go to `procedure` with `self` kept as the
+// window's user data. Raises 7 "Out of memory" when Windows cannot make it.
+HWND CreateDialogWindow(const wchar_t* windowClass, const wchar_t* title, DWORD style, DWORD exStyle,
+                        int clientWidth, int clientHeight, void* self, WNDPROC procedure);
 
 // A drop-down list combo box. Its parent calls Selected() on CBN_SELCHANGE.
 class Win32Combo final : public ComboControl {
