@@ -7,6 +7,7 @@
 #include "ProfileAdapters.h"
 #include "Quantities.h"
 #include "Tessary_Geometry_Pro.h"
+#include "UnitComboBoxAdapter.h"
 #include "UnitSettingAdapter.h"
 
 namespace tgp::automation {
@@ -24,6 +25,7 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"UCS", __uuidof(::UCS), &CreateUCS},
     ClassEntry{L"Loop7", __uuidof(::Loop7), &CreateLoop7},
     ClassEntry{L"InertiaBlock", __uuidof(::InertiaBlock), &CreateInertiaBlock},
+    ClassEntry{L"UnitComboBox", __uuidof(::UnitComboBox), &CreateUnitComboBox},
 });
 
 }  // namespace

@@ -64,13 +64,36 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** connections) {
 }
 
 void ConnectionPoint::Fire(DISPID event) {
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    Fire(event, none);
+}
+
+void ConnectionPoint::Fire(DISPID event, DISPPARAMS& arguments) {
     auto sinks = sinks_;  // a sink may unadvise from inside the call
     for (auto& sink : sinks) sink.second->AddRef();
     for (auto& sink : sinks) {
-        DISPPARAMS none{nullptr, nullptr, 0, 0};
-        sink.second->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
+        EXCEPINFO ignored{};  // a failing handler is the sink's own affair
+        UINT argError = 0;
+        sink.second->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, &ignored, &argError);
+        SysFreeString(ignored.bstrSource);
+        SysFreeString(ignored.bstrDescription);
+        SysFreeString(ignored.bstrHelpFile);
         sink.second->Release();
     }
+}
+
+HRESULT EventContainer::EnumConnectionPoints(IEnumConnectionPoints** points) {
+    if (points) *points = nullptr;
+    return E_NOTIMPL;
+}
+
+HRESULT EventContainer::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
+    if (!point) return E_POINTER;
+    *point = nullptr;
+    if (iid != point_.Events()) return CONNECT_E_NOCONNECTION;
+    *point = &point_;
+    point_.AddRef();
+    return S_OK;
 }
 
 }  // namespace tgp::automation

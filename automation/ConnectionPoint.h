@@ -28,8 +28,10 @@ public:
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
 
     const IID& Events() const { return events_; }
-    // Calls the event on every sink connected now (a sink may disconnect while it runs).
+    // Calls the event on every sink connected now (a sink may disconnect while it runs), with the
+    // given arguments (by-reference ones come back as the sinks left them).
     void Fire(DISPID event);
+    void Fire(DISPID event, DISPPARAMS& arguments);
 
 private:
     IUnknown& owner_;
@@ -37,6 +39,26 @@ private:
     IID events_;
     std::vector<std::pair<DWORD, IDispatch*>> sinks_;
     DWORD nextCookie_ = 1;
+};
+
+// The connection-point container of an object with one outgoing interface. The object that derives
+// from it answers IConnectionPointContainer in its QueryInterface and implements IUnknown for both.
+class EventContainer : public IConnectionPointContainer {
+public:
+    EventContainer(IUnknown& owner, const IID& events) : point_(owner, *this, events) {}
+
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
+
+protected:
+    ConnectionPoint& EventPoint() { return point_; }
+    // This container when asked for IConnectionPointContainer (for the owner's QueryInterface).
+    void* ContainerFor(REFIID iid) {
+        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this) : nullptr;
+    }
+
+private:
+    ConnectionPoint point_;
 };
 
 }  // namespace tgp::automation

@@ -81,4 +81,14 @@ void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initial
     if (FAILED(hr)) ThrowFromResult(hr, &guard.info);
 }
 
+bool HasMember(IDispatch* object, const wchar_t* name) noexcept {
+    if (!object) return false;
+    try {
+        Callee callee(object, name);
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
 }  // namespace tgp::automation

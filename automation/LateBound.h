@@ -13,4 +13,7 @@ namespace tgp::automation {
 void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initializer_list<VARIANT> args,
                 VARIANT* result);
 
+// Whether the object has a member of that name, as a late-bound call would find it.
+bool HasMember(IDispatch* object, const wchar_t* name) noexcept;
+
 }  // namespace tgp::automation

@@ -15,13 +15,13 @@ namespace {
 constexpr DISPID kModified = 1;
 
 class UnitSettingAdapter final : public DispatchObject<::_UnitSetting, ::UnitSetting, tgp::UnitSetting>,
-                                 public IConnectionPointContainer {
+                                 public EventContainer {
     using Base = DispatchObject<::_UnitSetting, ::UnitSetting, tgp::UnitSetting>;
 
 public:
     explicit UnitSettingAdapter(std::shared_ptr<tgp::UnitSetting> native)
-        : Base(std::move(native)), modified_(*static_cast<::_UnitSetting*>(this), *this, DIID___UnitSetting) {
-        connection_ = this->native().onModified([this] { modified_.Fire(kModified); });
+        : Base(std::move(native)), EventContainer(*static_cast<::_UnitSetting*>(this), DIID___UnitSetting) {
+        connection_ = this->native().onModified([this] { EventPoint().Fire(kModified); });
     }
     ~UnitSettingAdapter() override { native().disconnectModified(connection_); }
 
@@ -70,27 +70,10 @@ public:
         return Run([&] { Out(result) = ToBstr(native().UnitString(static_cast<tgp::DimensionObjectType>(DimensionType))); });
     }
 
-    // IConnectionPointContainer
-    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
-        if (points) *points = nullptr;
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
-        if (!point) return E_POINTER;
-        *point = nullptr;
-        if (iid != modified_.Events()) return CONNECT_E_NOCONNECTION;
-        *point = &modified_;
-        modified_.AddRef();
-        return S_OK;
-    }
-
 protected:
-    void* QueryExtra(REFIID iid) override {
-        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this) : nullptr;
-    }
+    void* QueryExtra(REFIID iid) override { return ContainerFor(iid); }
 
 private:
-    ConnectionPoint modified_;
     tgp::UnitSetting::ConnectionId connection_ = 0;
 };
 
@@ -99,6 +82,10 @@ private:
 HRESULT Wrap(std::shared_ptr<UnitSetting> native, ::_UnitSetting** result) noexcept {
     return UnitSettingAdapter::CreateInstance<UnitSettingAdapter>(std::move(native), __uuidof(::_UnitSetting),
                                                                   reinterpret_cast<void**>(result));
+}
+
+HRESULT WrapOrNothing(std::shared_ptr<UnitSetting> native, ::_UnitSetting** result) noexcept {
+    return UnitSettingAdapter::WrapOrNothing<UnitSettingAdapter>(std::move(native), result);
 }
 
 HRESULT CreateUnitSetting(REFIID iid, void** result) {

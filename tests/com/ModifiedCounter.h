@@ -30,13 +30,14 @@ private:
     ULONG references_ = 1;
 };
 
-// Connects a counter to a UnitSetting for the lifetime of the object.
+// Connects a sink to an object's events (by default a counter to a UnitSetting's Modified) for the
+// lifetime of the connection.
 class Connection {
 public:
-    Connection(IDispatch* setting, ModifiedCounter& sink) {
+    Connection(IDispatch* source, IDispatch& sink, const IID& events = DIID___UnitSetting) {
         IConnectionPointContainer* container = nullptr;
-        ok = SUCCEEDED(setting->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))) &&
-             SUCCEEDED(container->FindConnectionPoint(DIID___UnitSetting, &point_)) &&
+        ok = SUCCEEDED(source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))) &&
+             SUCCEEDED(container->FindConnectionPoint(events, &point_)) &&
              SUCCEEDED(point_->Advise(&sink, &cookie_));
         if (container) container->Release();
     }
