@@ -111,8 +111,11 @@ CLIENT_TEST(TypeLibraryContents) {
                             L"RadiusOfGyrationX", L"RadiusOfGyrationY", L"PMomentOfInertiaX", L"PMomentOfInertiaY",
                             L"PrincipalAngle", L"PCS", L"GetPrincipalIP", L"ElasticModulus", L"HasNoMaterial",
                             L"RotateOCS", L"RotateAll", L"Move", L"Inverse"}},
+        {L"_UnitComboBox", {L"Init", L"Combo", L"DimensionType", L"UnitSetting", L"UnitString", L"UnitID"}},
+        {L"__UnitComboBox", {L"Change"}},
         {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
         {L"Vector", {}}, {L"Geometry", {}}, {L"Matrix", {}}, {L"UCS", {}}, {L"Loop7", {}}, {L"InertiaBlock", {}},
+        {L"UnitComboBox", {}},
     };
     for (const auto& [type, members] : expected) {
         auto found = types.find(type);
@@ -219,6 +222,58 @@ CLIENT_TEST(DialogMemberSignatures) {
     }
     if (attributes) info->ReleaseTypeAttr(attributes);
     info->Release();
+}
+
+// The published parameter names of the dialog members and of UnitComboBox, which named arguments
+// in macros (EditQuantity(Value:=x, ReturnUnitID:=u)) depend on; Change passes both ids by reference.
+CLIENT_TEST(PublishedParameterNames) {
+    ITypeLib* library = nullptr;
+    LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);
+    if (!library) return;
+    struct Expected {
+        const wchar_t* type;
+        const wchar_t* member;
+        std::vector<std::wstring> parameters;
+    };
+    const Expected expected[] = {
+        {L"_Geometry_EXE", L"EditEnum", {L"Value", L"EnumString", L"Title", L"Desc"}},
+        {L"_Geometry_EXE", L"EditQuantity", {L"Value", L"UnitID", L"Title", L"Desc", L"ReturnUnitID", L"OwnerForm"}},
+        {L"_Geometry_EXE", L"EditUnitSetting", {L"US", L"ShowModal", L"ShowCenterScreen"}},
+        {L"_UnitComboBox", L"Init", {L"Combo", L"DType", L"UnitS"}},
+        {L"__UnitComboBox", L"Change", {L"oldUnitID", L"newUnitID"}},
+    };
+    for (const Expected& e : expected) {
+        ITypeInfo* info = nullptr;
+        MEMBERID id = 0;
+        USHORT found = 1;
+        std::wstring typeName = e.type;
+        library->FindName(typeName.data(), 0, &info, &id, &found);
+        std::vector<std::wstring> seen;
+        bool byReference = true;
+        TYPEATTR* attributes = nullptr;
+        if (found && info && SUCCEEDED(info->GetTypeAttr(&attributes))) {
+            for (UINT i = 0; i < attributes->cFuncs && seen.empty(); ++i) {
+                FUNCDESC* desc = nullptr;
+                if (FAILED(info->GetFuncDesc(i, &desc))) continue;
+                BSTR names[16] = {};
+                UINT count = 0;
+                info->GetNames(desc->memid, names, 16, &count);
+                if (count > 0 && std::wstring(names[0]) == e.member) {
+                    for (UINT n = 1; n < count && n <= e.parameters.size(); ++n) seen.emplace_back(names[n]);
+                    for (SHORT p = 0; p < desc->cParams; ++p) byReference = byReference && desc->lprgelemdescParam[p].tdesc.vt == VT_PTR;
+                }
+                for (UINT n = 0; n < count; ++n) SysFreeString(names[n]);
+                info->ReleaseFuncDesc(desc);
+            }
+            info->ReleaseTypeAttr(attributes);
+        }
+        if (info) info->Release();
+        std::wstring shown;
+        for (const auto& name : seen) shown += name + L" ";
+        Check(seen == e.parameters, Narrow(e.type) + "." + Narrow(e.member) + " parameter names", Narrow(shown));
+        if (std::wstring(e.member) == L"Change") Check(byReference, "Change passes both ids by reference");
+    }
+    library->Release();
 }
 
 CLIENT_TEST(GlobalClasses) {
