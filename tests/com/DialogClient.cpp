@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 #include "Client.h"
 #include "ModifiedCounter.h"
@@ -354,4 +355,143 @@ CLIENT_TEST(EditUnitSettingOfNothingGivesANewSetting) {
         Check(Get(us, L"UnitID", {Var(0)}).result.AsDouble() == 1, "with the angle in degrees");
         us->Release();
     }
+}
+
+namespace {
+
+// A left-button drag by the real mouse, from the centre of `from` by (dx, dy), in small steps.
+void Drag(HWND from, int dx, int dy) {
+    RECT r;
+    GetWindowRect(from, &r);
+    const int x = (r.left + r.right) / 2, y = (r.top + r.bottom) / 2;
+    SetCursorPos(x, y);
+    auto button = [](DWORD flag) {
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = flag;
+        SendInput(1, &input, sizeof input);
+        Sleep(60);
+    };
+    button(MOUSEEVENTF_LEFTDOWN);
+    for (int step = 1; step <= 4; ++step) {
+        SetCursorPos(x + dx * step / 4, y + dy * step / 4);
+        INPUT move{};
+        move.type = INPUT_MOUSE;
+        move.mi.dwFlags = MOUSEEVENTF_MOVE;
+        SendInput(1, &move, sizeof move);
+        Sleep(60);
+    }
+    button(MOUSEEVENTF_LEFTUP);
+    Sleep(200);
+}
+
+}  // namespace
+
+// The borderless unit-setting dialog: centred on the screen when asked, dragged by its header
+// label like a captioned window, and closed (as Cancel) by its timer when another window becomes
+// active.
+CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
+    Object exe(L"Geometry_EXE");
+    Object setting(L"UnitSetting");
+    IDispatch* us = setting;
+    Var usRef;
+    V_VT(&usRef.v) = VT_BYREF | VT_DISPATCH;
+    V_DISPATCHREF(&usRef.v) = &us;
+    RECT before{}, after{}, area{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    bool closedByTimer = false;
+    Outcome outcome;
+    {
+        Driver driver(kUnitSettingClass, [&](HWND dialog) {
+            GetWindowRect(dialog, &before);
+            Pick(dialog, L"cbLength", L"ft");
+            Drag(Control(dialog, L"Label1"), 60, 40);
+            GetWindowRect(dialog, &after);
+            // Another window of the user's becomes active.
+            HWND other = CreateWindowExW(0, L"STATIC", L"another window", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 200,
+                                         100, nullptr, nullptr, nullptr, nullptr);
+            SetForegroundWindow(other);
+            SetActiveWindow(other);
+            for (int i = 0; i < 40 && IsWindowVisible(dialog); ++i) Sleep(50);
+            closedByTimer = !IsWindowVisible(dialog);
+            DestroyWindow(other);
+        });
+        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true), Var(true)});
+        CheckDriven(driver, "EditUnitSetting left for another window");
+    }
+    const int centreX = (before.left + before.right) / 2, centreY = (before.top + before.bottom) / 2;
+    Check(std::abs(centreX - (area.left + area.right) / 2) <= 1 && std::abs(centreY - (area.top + area.bottom) / 2) <= 1,
+          "ShowCenterScreen centres the dialog on the screen",
+          std::to_string(centreX) + "," + std::to_string(centreY));
+    Check(after.left - before.left == 60 && after.top - before.top == 40, "a drag on Label1 moves the dialog",
+          "moved by " + std::to_string(after.left - before.left) + "," + std::to_string(after.top - before.top));
+    Check(closedByTimer, "the dialog closes when another window is active");
+    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "and the call returns False");
+    Check(Get(setting, L"UnitID", {Var(1)}).result.AsDouble() == 0, "leaving the caller's setting as it was");
+}
+
+namespace {
+
+// A form of the caller's, as VB6 forms offer it: an object whose hWnd is its window.
+class FormWithWindow final : public IDispatch {
+public:
+    explicit FormWithWindow(HWND window) : window_(window) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        *result = (iid == IID_IUnknown || iid == IID_IDispatch) ? this : nullptr;
+        if (!*result) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references_; }  // lives on the stack
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        if (_wcsicmp(names[0], L"hWnd") != 0) return DISP_E_UNKNOWNNAME;
+        ids[0] = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+        if (id != 1 || !result) return DISP_E_MEMBERNOTFOUND;
+        V_VT(result) = VT_I4;
+        V_I4(result) = static_cast<LONG>(reinterpret_cast<INT_PTR>(window_));
+        return S_OK;
+    }
+
+private:
+    HWND window_;
+    ULONG references_ = 1;
+};
+
+}  // namespace
+
+// OwnerForm's window owns the value editor and is disabled while it shows; Esc cancels.
+CLIENT_TEST(EditQuantityOwnedByTheCallersFormAndCancelledByEsc) {
+    Object exe(L"Geometry_EXE");
+    HWND owner = CreateWindowExW(0, L"STATIC", L"the caller's form", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 400, 300,
+                                 nullptr, nullptr, nullptr, nullptr);
+    FormWithWindow form(owner);
+    VARIANT value;
+    VariantInit(&value);
+    V_VT(&value) = VT_R8;
+    V_R8(&value) = 1.5;
+    HWND seenOwner = nullptr;
+    bool ownerDisabled = false;
+    Outcome outcome;
+    {
+        Driver driver(kEditClass, [&](HWND dialog) {
+            seenOwner = GetWindow(dialog, GW_OWNER);
+            ownerDisabled = !IsWindowEnabled(owner);
+            Type(dialog, L"Textbox", L"99");
+            PressKey(Control(dialog, L"Textbox"), VK_ESCAPE);
+        });
+        outcome = Method(exe, L"EditQuantity", {RefTo(value), Var(), Var(L"Factor"), Var(L""), Var(), Var(static_cast<IDispatch*>(&form))});
+        CheckDriven(driver, "EditQuantity with an owner form");
+    }
+    Check(seenOwner == owner, "the caller's form owns the dialog");
+    Check(ownerDisabled, "and is disabled while the dialog shows");
+    Check(IsWindowEnabled(owner), "and enabled again afterwards");
+    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "Esc cancels", Narrow(outcome.description));
+    Check(V_VT(&value) == VT_R8 && V_R8(&value) == 1.5, "leaving the value");
+    DestroyWindow(owner);
 }
