@@ -62,11 +62,25 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
         if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
         uz_ = normal;
     }
+    StoreOriginAndMatrix(newOrg);
+    if (Parent) parent_ = std::move(Parent);
+}
+
+void UCS::RestoreAxes(const Point& newOrg, const Point& newUx, const Point& newUy) {
+    const Point ux = ToAxis(newUx), uy = ToAxis(newUy);
+    const Point normal = Vector::vxv(ux, uy);
+    if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
+    ux_ = ux;
+    uy_ = uy;
+    uz_ = normal;
+    StoreOriginAndMatrix(newOrg);
+}
+
+void UCS::StoreOriginAndMatrix(const Point& newOrg) {
     Origin(newOrg);
     axisMatrix_->LetColumn(ux_, 0);
     axisMatrix_->LetColumn(uy_, 1);
     axisMatrix_->LetColumn(uz_, 2);
-    if (Parent) parent_ = std::move(Parent);
 }
 
 void UCS::TranslateFromUCS(Point& point, const UCS& sourceUCS, bool ConvertAsVector,

@@ -61,6 +61,10 @@ public:
     void SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, const Point* newUz = nullptr,
                 std::shared_ptr<UCS> Parent = nullptr);
 
+    // Sets origin and axes exactly as given, for restoring a saved system whose axes are already
+    // unit vectors at an angle: nothing is normalised (so a round trip keeps every bit), Uz = Ux x Uy.
+    void RestoreAxes(const Point& newOrg, const Point& newUx, const Point& newUy);
+
     // Re-expresses in place a point (or a vector, ignoring both origins) given in sourceUCS
     // coordinates in this system's coordinates. Both systems live in one parent frame whose length
     // unit is ParentUnitID; coordinates are converted between the units on the way.
@@ -104,6 +108,8 @@ private:
     // Re-expresses the origin and axes of system, given in from's coordinates, in to's coordinates
     // (lengths in frameUnit) and sets them on it.
     static void ReexpressSystem(UCS& system, const UCS& from, const UCS& to, std::int16_t frameUnit);
+    // Stores the origin and copies the axes into the axis matrix.
+    void StoreOriginAndMatrix(const Point& newOrg);
 
     std::string label_;
     Point origin_{0, 0, 0};

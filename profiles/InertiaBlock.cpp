@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/Constants.h"
+#include "profiles/BlockText.h"
 #include "core/Error.h"
 #include "geometry/Geometry.h"
 #include "geometry/Vector.h"
@@ -219,6 +220,124 @@ void InertiaBlock::Inverse() {
     ix_ = -ix_;
     iy_ = -iy_;
     ixy_ = -ixy_;
+}
+
+namespace {
+
+using Vec3 = std::array<double, 3>;
+
+Vec3 ToVec3(const Point& p) { return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0}; }
+Point ToPoint3(const Vec3& v) { return {v[0], v[1], v[2]}; }
+double Dot(const Vec3& a, const Vec3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+
+// The second moments of a figure about its own axes as the symmetric matrix [∫u², ∫uv; ∫uv, ∫v²].
+struct Moments {
+    double uu, uv, vv;
+};
+
+// The same moments about axes whose directions, in the figure's axes, are the rows of q.
+Moments Turned(const Moments& m, double q00, double q01, double q10, double q11) {
+    if (q00 == 1 && q01 == 0 && q10 == 0 && q11 == 1) return m;  // the same axes: exact
+    auto product = [&](double a0, double a1, double b0, double b1) {
+        return a0 * (m.uu * b0 + m.uv * b1) + a1 * (m.uv * b0 + m.vv * b1);
+    };
+    return {product(q00, q01, q00, q01), product(q00, q01, q10, q11), product(q10, q11, q10, q11)};
+}
+
+}  // namespace
+
+InertiaBlock::Frame InertiaBlock::FrameValues() const {
+    if (!ocs_) return {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    return {ToVec3(ocs_->Origin()), ToVec3(ocs_->Ux()), ToVec3(ocs_->Uy())};
+}
+
+void InertiaBlock::Join(const InertiaBlock& Block) {
+    if (HasNoMaterial() != Block.HasNoMaterial()) {
+        ThrowLibraryError("Join: a block without material cannot be joined to a block with material (set "
+                          "ElasticModulus on both blocks or on neither)");
+    }
+    const double f = HasNoMaterial() ? 1 : CheckFinite(Block.elasticModulus_ / elasticModulus_);
+    const Frame mine = FrameValues(), theirs = Block.FrameValues();
+    const double A1 = area_, A2 = CheckFinite(Block.area_ * f);
+    const double A = CheckFinite(A1 + A2);
+    if (A == 0) ThrowLibraryError("Join: the areas cancel (a block joined with its own void), so the result has no centroid");
+    // The new centroid from this one: c = c1 + (A2 / A)(c2 − c1), which keeps the digits of a
+    // section far from the origin; the offsets of both centroids from it follow.
+    Vec3 between{};
+    for (int i = 0; i < 3; ++i) between[i] = theirs.origin[i] - mine.origin[i];
+    Vec3 centroid{}, d1{}, d2{};
+    for (int i = 0; i < 3; ++i) {
+        d1[i] = -(A2 / A) * between[i];
+        d2[i] = (A1 / A) * between[i];
+        centroid[i] = CheckFinite(mine.origin[i] - d1[i]);
+    }
+    const double d1x = Dot(d1, mine.ux), d1y = Dot(d1, mine.uy), d2x = Dot(d2, mine.ux), d2y = Dot(d2, mine.uy);
+    const Moments other = Turned({Block.iy_ * f, Block.ixy_ * f, Block.ix_ * f}, Dot(mine.ux, theirs.ux),
+                                 Dot(mine.ux, theirs.uy), Dot(mine.uy, theirs.ux), Dot(mine.uy, theirs.uy));
+    const double ix = CheckFinite(ix_ + A1 * d1y * d1y + other.vv + A2 * d2y * d2y);
+    const double iy = CheckFinite(iy_ + A1 * d1x * d1x + other.uu + A2 * d2x * d2x);
+    const double ixy = CheckFinite(ixy_ + A1 * d1x * d1y + other.uv + A2 * d2x * d2y);
+    const double perimeter = CheckFinite(perimeter_ + Block.perimeter_);
+    if (!ocs_) SetAxes(ToPoint3(mine.origin), ToPoint3(mine.ux), ToPoint3(mine.uy));
+    ocs_->Origin(ToPoint3(centroid));
+    area_ = A;
+    ix_ = ix;
+    iy_ = iy;
+    ixy_ = ixy;
+    perimeter_ = perimeter;
+}
+
+std::shared_ptr<InertiaBlock> InertiaBlock::Union(const InertiaBlock& Block) const {
+    auto result = Copy();
+    result->Join(Block);
+    return result;
+}
+
+void InertiaBlock::Transformation(const Point& Displacement, double Rotation, double XScaleFactor,
+                                  double YScaleFactor, const Point& BasePoint) {
+    const double sx = XScaleFactor, sy = YScaleFactor;
+    if (sx == 0 || sy == 0) {
+        ThrowLibraryError("Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse "
+                          "onto a line");
+    }
+    const Frame frame = FrameValues();
+    const Vec3 base = ToVec3(BasePoint), move = ToVec3(Displacement);
+    const double k = std::fabs(sx * sy);
+    const double area = CheckFinite(area_ * k), ix = CheckFinite(ix_ * k * (sy * sy));
+    const double iy = CheckFinite(iy_ * k * (sx * sx)), ixy = CheckFinite(ixy_ * k * (sx * sy));
+    const double perimeter = CheckFinite(perimeter_ * ((std::fabs(sx) + std::fabs(sy)) / 2));
+    // The centroid scaled about BasePoint along the block's axes, then turned about it, then moved.
+    Vec3 offset{};
+    for (int i = 0; i < 3; ++i) offset[i] = frame.origin[i] - base[i];
+    const double u = Dot(offset, frame.ux) * sx, v = Dot(offset, frame.uy) * sy;
+    const double c = std::cos(Rotation), s = std::sin(Rotation);
+    const double x = u * frame.ux[0] + v * frame.uy[0], y = u * frame.ux[1] + v * frame.uy[1];
+    const Vec3 centroid{CheckFinite(base[0] + (c * x - s * y) + move[0]), CheckFinite(base[1] + (s * x + c * y) + move[1]),
+                        CheckFinite(frame.origin[2] + move[2])};
+    auto turn = [&](const Vec3& a) { return Point{c * a[0] - s * a[1], s * a[0] + c * a[1], 0}; };
+    const Point ux = turn(frame.ux), uy = turn(frame.uy);
+    OCS()->RestoreAxes(ToPoint3(centroid), ux, uy);
+    area_ = area;
+    ix_ = ix;
+    iy_ = iy;
+    ixy_ = ixy;
+    perimeter_ = perimeter;
+}
+
+std::string InertiaBlock::SaveToText() const {
+    const Frame frame = FrameValues();
+    return WriteBlockText({area_, perimeter_, ix_, iy_, ixy_, frame.origin, frame.ux, frame.uy, elasticModulus_});
+}
+
+void InertiaBlock::InitFromText(std::string_view Text) {
+    const BlockFields f = ReadBlockText(Text);  // raises before anything changes
+    OCS()->RestoreAxes(ToPoint3(f.centroid), ToPoint3(f.ux), ToPoint3(f.uy));
+    area_ = f.area;
+    perimeter_ = f.perimeter;
+    ix_ = f.ix;
+    iy_ = f.iy;
+    ixy_ = f.ixy;
+    elasticModulus_ = f.modulus;
 }
 
 }  // namespace tgp

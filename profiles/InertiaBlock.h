@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "geometry/Point.h"
 #include "geometry/UCS.h"
@@ -83,7 +86,36 @@ public:
     // A solid becomes a void and back: area and moments change sign.
     void Inverse();
 
+    // Adds Block into this one, as the section made of both: areas add with their signs (a void,
+    // of negative area, subtracts), the centroid is the area-weighted one, Block's moments are turned
+    // into this block's axes and both are moved to the new centroid (parallel-axis rule), perimeters
+    // add, and this block's axes and modulus are kept. Blocks of different moduli are joined as the
+    // transformed section: Block's area and moments count E_Block / E_this times. Refused with 2411
+    // (nothing changes) when only one of the two has a material, or when the areas cancel (no
+    // centroid). Joining a block with itself doubles it.
+    void Join(const InertiaBlock& Block);
+    // The same as a new block; both operands stay as they are.
+    std::shared_ptr<InertiaBlock> Union(const InertiaBlock& Block) const;
+    // Scales the figure about BasePoint along the block's own axes by XScaleFactor and YScaleFactor
+    // (area by |sx·sy|, Ix by |sx·sy|·sy², Iy by |sx·sy|·sx², Ixy by |sx·sy|·sx·sy, so its sign
+    // follows a mirror and a void stays a void), then turns it about BasePoint by Rotation radians
+    // and moves it by Displacement, as Loop7.Transformation does to a loop. The perimeter is scaled
+    // by the mean of |sx| and |sy|: exact for equal factors, an estimate otherwise (a block does not
+    // know the shape of its boundary; transform the loop and build its block again where the
+    // perimeter matters). A factor of 0 raises 2411; an overflow raises 6; both leave the block.
+    void Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
+                        const Point& BasePoint);
+    // One line of text holding everything (versioned, locale-independent, bit-exact round trip);
+    // InitFromText raises 2411 naming the fault and leaves the block unchanged on bad text.
+    std::string SaveToText() const;
+    void InitFromText(std::string_view Text);
+
 private:
+    // Origin and axes, world ones for a block whose system was never made.
+    struct Frame {
+        std::array<double, 3> origin, ux, uy;
+    };
+    Frame FrameValues() const;
     struct Principal {
         double Ix0, Iy0, Rotation;
     };

@@ -73,6 +73,7 @@ void Loop7::Reverse() {
     std::reverse(segments_.begin(), segments_.end());
     for (LoopDLine& segment : segments_) segment.Inverse();
     if (block_) block_->Inverse();
+    ++revision_;
 }
 
 Point Loop7::Vertex(std::size_t i) const {
@@ -246,6 +247,7 @@ void Loop7::Move(const Point& Displacement, bool MoveAcad) {
     if (MoveAcad && entity_) entity_->Move({0, 0, 0}, Displacement);
     if (block_) block_->Move(Displacement);
     for (LoopDLine& segment : segments_) segment.Move(d);
+    ++revision_;
 }
 
 void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,

@@ -59,6 +59,10 @@ public:
     Point MiddlePoint() const;
     std::vector<double> Bulges() const;
 
+    // Counts the changes of the loop's geometry, so that a collection can tell its cached
+    // arrangement of loops is still valid.
+    std::uint64_t Revision() const { return revision_; }
+
     bool IsVoid() const { return isVoid_; }
     void IsVoid(bool value) { isVoid_ = value; }
 
@@ -116,7 +120,10 @@ private:
     // The mean of the segments' start points (error 11 for an empty loop).
     PlanePoint MeanVertex() const;
     void ComputeInertia();
-    void Changed() { block_.reset(); }
+    void Changed() {
+        block_.reset();
+        ++revision_;
+    }
 
     std::vector<LoopDLine> segments_;
     bool closed_ = true;
@@ -124,6 +131,7 @@ private:
     std::string handle_;
     bool isVoid_ = false;
     std::shared_ptr<tgp::InertiaBlock> block_;
+    std::uint64_t revision_ = 0;
 };
 
 }  // namespace tgp

@@ -474,19 +474,19 @@ double LoopDLine::ParameterOf(const PlanePoint& pointOnSegment) const {
     return std::clamp((phi + f.theta) / (2 * f.theta), 0.0, 1.0);
 }
 
+PlanePoint LoopDLine::PointAt(double t) const {
+    if (t == 0) return start_;
+    if (t == 1) return end_;
+    if (!IsArc() || OnOnePoint()) return Plus(start_, Scaled(VectorAB(), t));
+    const ChordFrame f = Frame();
+    double u = 0, v = 0;
+    f.PointAt(f.theta * (2 * t - 1), u, v);
+    return f.World(u, v);
+}
+
 LoopDLine LoopDLine::Piece(double t0, double t1) const {
-    const bool curved = IsArc() && !OnOnePoint();
-    const ChordFrame f = curved ? Frame() : ChordFrame{};
-    auto at = [&](double t) {
-        if (t == 0) return start_;
-        if (t == 1) return end_;
-        if (!curved) return Plus(start_, Scaled(VectorAB(), t));
-        double u = 0, v = 0;
-        f.PointAt(f.theta * (2 * t - 1), u, v);
-        return f.World(u, v);
-    };
     LoopDLine piece;
-    piece.Init(at(t0), at(t1), IsArc() ? std::tan(alfa_ * (t1 - t0) / 4) : 0.0);
+    piece.Init(PointAt(t0), PointAt(t1), IsArc() ? std::tan(alfa_ * (t1 - t0) / 4) : 0.0);
     return piece;
 }
 

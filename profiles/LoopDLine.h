@@ -131,6 +131,11 @@ public:
     // The box around the segment, arc extremes included.
     SegmentBox BoundingBox() const;
 
+    // The point at parameter t (0 = start, 1 = end; along an arc by angle), and the parameter of a
+    // point lying on the segment.
+    PlanePoint PointAt(double t) const;
+    double ParameterOf(const PlanePoint& pointOnSegment) const;
+
     // Reverses the direction of travel: end points exchanged, bulge negated.
     void Inverse();
     // Scales the end points about BasePoint by XScaleFactor, YScaleFactor, turns them about
@@ -160,7 +165,6 @@ private:
     static bool RadicalLine(const ChordFrame& f, const ChordFrame& g, PlanePoint& X0, PlanePoint& e);
     // The part of the segment from parameter t0 to t1 (0 = start, 1 = end; arcs by angle).
     LoopDLine Piece(double t0, double t1) const;
-    double ParameterOf(const PlanePoint& pointOnSegment) const;
     // The parameter (0 = start, 1 = end) of the point of the chord nearest to Point.
     double ChordParameter(const PlanePoint& Point) const;
 

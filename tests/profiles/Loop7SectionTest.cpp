@@ -26,11 +26,7 @@ struct SectionCase {
     Expected expected;
 };
 
-std::shared_ptr<Loop7> LoopOf(const Outline& o) {
-    auto loop = Loop7::Create();
-    loop->InitFromCoordinates(o.xy, o.bulges);
-    return loop;
-}
+using testing::LoopOf;
 
 void ExpectProperties(Loop7& loop, const Expected& e, double sign, const std::string& name) {
     const double scale = std::max(std::fabs(e.ix), std::fabs(e.iy));
@@ -46,21 +42,8 @@ void ExpectProperties(Loop7& loop, const Expected& e, double sign, const std::st
 }
 
 // Closed forms. r: radius; the reference sums use the full-precision pi.
-Outline Circle(double cx, double cy, double r) {  // clockwise: two bulge -1 halves
-    Outline o;
-    o.Add(cx - r, cy, -1);
-    o.Add(cx + r, cy, -1);
-    return o;
-}
-
-Outline Rectangle(double x0, double y0, double w, double h) {  // clockwise
-    Outline o;
-    o.Add(x0, y0);
-    o.Add(x0, y0 + h);
-    o.Add(x0 + w, y0 + h);
-    o.Add(x0 + w, y0);
-    return o;
-}
+using testing::Circle;
+using testing::Rectangle;
 
 // Circular segment of half-angle t (radius r, centre origin) above its chord, clockwise: the chord
 // from right to left, then the arc back over the top. t > pi/2 makes a major segment (|bulge| > 1).

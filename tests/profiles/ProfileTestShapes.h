@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/Error.h"
+#include "profiles/Loop7.h"
 
 namespace tgp::testing {
 
@@ -39,6 +40,47 @@ struct Outline {
         return r;
     }
 };
+
+inline std::shared_ptr<Loop7> LoopOf(const Outline& o) {
+    auto loop = Loop7::Create();
+    loop->InitFromCoordinates(o.xy, o.bulges);
+    return loop;
+}
+
+// A circle of radius r about (cx, cy), clockwise: two bulge -1 halves.
+inline Outline Circle(double cx, double cy, double r) {
+    Outline o;
+    o.Add(cx - r, cy, -1);
+    o.Add(cx + r, cy, -1);
+    return o;
+}
+
+// A w x h rectangle from its lower left corner, clockwise.
+inline Outline Rectangle(double x0, double y0, double w, double h) {
+    Outline o;
+    o.Add(x0, y0);
+    o.Add(x0, y0 + h);
+    o.Add(x0 + w, y0 + h);
+    o.Add(x0 + w, y0);
+    return o;
+}
+
+// A b x h rectangle centred on (cx, cy) whose corners are quarter circles of radius r tangent to
+// both sides (r = 0: sharp corners), clockwise.
+inline Outline RoundedRectangle(double cx, double cy, double b, double h, double r) {
+    if (r == 0) return Rectangle(cx - b / 2, cy - h / 2, b, h);
+    const double B = b / 2, H = h / 2, quarter = -std::tan(M_PI / 8);
+    Outline o;
+    o.Add(cx - B, cy - H + r);
+    o.Add(cx - B, cy + H - r, quarter);
+    o.Add(cx - B + r, cy + H);
+    o.Add(cx + B - r, cy + H, quarter);
+    o.Add(cx + B, cy + H - r);
+    o.Add(cx + B, cy - H + r, quarter);
+    o.Add(cx + B - r, cy - H);
+    o.Add(cx - B + r, cy - H, quarter);
+    return o;
+}
 
 template <class F>
 void ExpectError(F&& f, int number, const std::string& description) {
@@ -118,6 +160,49 @@ inline std::optional<std::vector<SectionRow>> ReadSectionTable() {
                         ParseNumber(f[11]), ParseNumber(f[13])});
     }
     return rows;
+}
+
+// One row of the published hollow-section table (lengths mm, A cm², I cm⁴, W cm³).
+struct HollowRow {
+    std::string name, kind;
+    double B = 0, H = 0, t = 0, ro = 0, ri = 0, A = 0, Ix = 0, Iy = 0, Welx = 0, Wely = 0, Wplx = 0, Wply = 0;
+    bool Circular() const { return kind == "CHS"; }
+};
+
+// The rows of hollow_sections.csv, or nothing when the shared data folder is absent.
+inline std::optional<std::vector<HollowRow>> ReadHollowTable() {
+    std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/hollow_sections.csv");
+    if (!in) return std::nullopt;
+    std::vector<HollowRow> rows;
+    std::string line;
+    bool header = true;
+    while (std::getline(in, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        if (header) {  // designation,kind,B_mm,H_mm,t_mm,ro_mm,ri_mm,A_cm2,Ix_cm4,Iy_cm4,Welx,Wely,Wplx,Wply
+            header = false;
+            continue;
+        }
+        std::vector<std::string> f;
+        std::stringstream fields(line);
+        for (std::string cell; std::getline(fields, cell, ',');) f.push_back(cell);
+        if (f.size() < 14) {
+            ADD_FAILURE() << "short row: " << line;
+            continue;
+        }
+        HollowRow r;
+        r.name = f[0];
+        r.kind = f[1];
+        double* numbers[] = {&r.B, &r.H, &r.t, &r.ro, &r.ri, &r.A, &r.Ix, &r.Iy, &r.Welx, &r.Wely, &r.Wplx, &r.Wply};
+        for (std::size_t i = 0; i < 12; ++i) *numbers[i] = ParseNumber(f[i + 2]);
+        rows.push_back(r);
+    }
+    return rows;
+}
+
+// A hollow section's two loops (outer, inner), centred on the origin, both clockwise.
+inline std::pair<Outline, Outline> HollowOutlines(const HollowRow& r) {
+    if (r.Circular()) return {Circle(0, 0, r.B / 2), Circle(0, 0, r.B / 2 - r.t)};
+    return {RoundedRectangle(0, 0, r.B, r.H, r.ro), RoundedRectangle(0, 0, r.B - 2 * r.t, r.H - 2 * r.t, r.ri)};
 }
 
 }  // namespace tgp::testing

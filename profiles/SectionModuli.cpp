@@ -1,0 +1,202 @@
+#include "profiles/SectionModuli.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "profiles/ChordFrame.h"
+
+namespace tgp {
+
+namespace {
+
+// One boundary segment, moved so that the centroid is the origin, with what the integrals above a
+// line need: its height range, ∫dx, ∫y dx and ∫y² dx along it (the segment's own exact integrals),
+// and the sign that makes its loop count positive for material and negative for a hole.
+struct Piece {
+    LoopDLine segment;
+    double ymin, ymax;
+    double dx, y1, y2;
+    double sign;
+};
+
+// Area above the line y = t, its first moment about the line, and the width of the section along
+// the line (minus the derivative of the area with respect to t).
+struct Above {
+    double area = 0, moment = 0, width = 0;
+};
+
+// 8-point Gauss-Legendre rule on [-1, 1]; arcs are cut into pieces of at most kLongestStep
+// radians, on which the rule integrates the trigonometric polynomials below to rounding.
+constexpr double kNodes[4] = {0.1834346424956498, 0.5255324099163290, 0.7966664774136267, 0.9602898564975363};
+constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745, 0.1012285362903763};
+constexpr double kLongestStep = 0.25;
+
+// The part of a straight segment above y = t (it crosses the line).
+void ClipLine(const Piece& p, double t, Above& sum) {
+    const double a = p.segment.StartPoint()[1] - t, b = p.segment.EndPoint()[1] - t;
+    const double m = std::max(a, b), span = std::fabs(b - a);
+    if (m <= 0 || span == 0) return;
+    const double fraction = m / span;  // of the segment's run above the line
+    sum.area += p.sign * p.dx * m * fraction / 2;
+    sum.moment += p.sign * p.dx * m * m * fraction / 6;
+    sum.width += p.sign * p.dx * fraction;
+}
+
+// The part of an arc above y = t, in the arc's chord frame: phi runs from -theta at the start to
+// theta at the end, x = mx + u tx + v wx, y = my + u ty + v wy.
+void ClipArc(const Piece& p, double t, Above& sum) {
+    const LoopDLine& s = p.segment;
+    const ChordFrame f = ChordFrame::Of(s.StartPoint(), s.EndPoint(), s.Alfa());
+    const double R = f.a / f.s;
+    auto height = [&](double phi) {
+        double u = 0, v = 0;
+        f.PointAt(phi, u, v);
+        return (f.m[1] - t) + u * f.ty + v * f.wy;
+    };
+    auto x = [&](double phi) {
+        double u = 0, v = 0;
+        f.PointAt(phi, u, v);
+        return u * f.tx + v * f.wx;
+    };
+    // height(phi) = 0 where ty sin(phi) + wy cos(phi) = cos(phi - beta) = q.
+    std::vector<double> cuts{-f.theta, f.theta};
+    const double q = (t - f.m[1]) / R + f.c * f.wy;
+    if (std::fabs(q) <= 1) {
+        const double beta = std::atan2(f.ty, f.wy), spread = std::acos(q);
+        for (double root : {beta - spread, beta + spread}) {
+            for (double turn : {-2 * M_PI, 0.0, 2 * M_PI}) {
+                const double phi = root + turn;
+                if (phi > -f.theta && phi < f.theta) cuts.push_back(phi);
+            }
+        }
+    }
+    std::sort(cuts.begin(), cuts.end());
+    for (std::size_t i = 1; i < cuts.size(); ++i) {
+        const double from = cuts[i - 1], to = cuts[i];
+        if (!(to > from) || height((from + to) / 2) <= 0) continue;
+        sum.width += p.sign * (x(to) - x(from));
+        const int steps = static_cast<int>(std::ceil((to - from) / kLongestStep));
+        const double h = (to - from) / steps;
+        for (int k = 0; k < steps; ++k) {
+            const double mid = from + (k + 0.5) * h;
+            for (int n = 0; n < 4; ++n) {
+                for (double side : {-1.0, 1.0}) {
+                    const double phi = mid + side * kNodes[n] * h / 2;
+                    const double y = std::max(height(phi), 0.0);
+                    const double dxdphi = R * (std::cos(phi) * f.tx - std::sin(phi) * f.wx);
+                    const double w = kWeights[n] * h / 2 * dxdphi * p.sign;
+                    sum.area += w * y;
+                    sum.moment += w * y * y / 2;
+                }
+            }
+        }
+    }
+}
+
+Above AboveLine(const std::vector<Piece>& pieces, double t) {
+    Above sum;
+    for (const Piece& p : pieces) {
+        if (p.ymax <= t) continue;
+        if (p.ymin >= t) {
+            sum.area += p.sign * (p.y1 - t * p.dx);
+            sum.moment += p.sign * ((p.y2 - 2 * t * p.y1) + t * t * p.dx) / 2;
+            sum.width += p.sign * p.dx;
+        } else if (p.segment.IsArc()) {
+            ClipArc(p, t, sum);
+        } else {
+            ClipLine(p, t, sum);
+        }
+    }
+    return sum;
+}
+
+// The pieces of every loop, moved by -centre, with x and y exchanged when `swap` (a mirror, which
+// negates bulges): the vertical axis is then found as a horizontal one.
+std::vector<Piece> PiecesOf(Loop7s& section, const PlanePoint& centre, bool swap) {
+    std::vector<Piece> pieces;
+    for (std::size_t i = 1; i <= section.Count(); ++i) {
+        const Loop7& loop = *section.Item(i);
+        const double depthSign = section.IsHole(i) ? -1 : 1;
+        const std::size_t first = pieces.size();
+        double area = 0;
+        for (const LoopDLine& original : loop.Segments()) {
+            auto place = [&](const PlanePoint& p) {
+                const double x = p[0] - centre[0], y = p[1] - centre[1];
+                return swap ? PlanePoint{y, x, 0} : PlanePoint{x, y, 0};
+            };
+            Piece piece{};
+            piece.segment.Init(place(original.StartPoint()), place(original.EndPoint()), swap ? -original.Bulge() : original.Bulge());
+            const SegmentBox box = piece.segment.BoundingBox();
+            const SegmentIntegrals integrals = piece.segment.Integrals();
+            piece.ymin = box.ymin;
+            piece.ymax = box.ymax;
+            piece.dx = piece.segment.EndPoint()[0] - piece.segment.StartPoint()[0];
+            piece.y1 = integrals.Area;
+            piece.y2 = 2 * integrals.StaticMomentX;
+            area += integrals.Area;
+            pieces.push_back(piece);
+        }
+        // The loop's own direction gives its area a sign; material counts positive, holes negative.
+        const double sign = depthSign * (area < 0 ? -1 : 1);
+        for (std::size_t k = first; k < pieces.size(); ++k) pieces[k].sign = sign;
+    }
+    return pieces;
+}
+
+// The equal-area line y = t of the pieces and the plastic modulus about it: a Newton step on the
+// area above the line (its derivative is minus the width there) kept inside a shrinking bracket,
+// bisecting where the step would leave it (a gap between parts has no width).
+void EqualAreaAxis(const std::vector<Piece>& pieces, double ymin, double ymax, double area, double& axis, double& z) {
+    double lo = ymin, hi = ymax, t = 0;  // the centroid is a good first guess
+    Above at = AboveLine(pieces, t);
+    for (int iteration = 0; iteration < 200; ++iteration) {
+        const double excess = at.area - area / 2;  // decreasing in t
+        if (excess == 0) break;
+        if (excess > 0) lo = t;
+        else hi = t;
+        double next = at.width > 0 ? t + excess / at.width : (lo + hi) / 2;
+        if (!(next > lo && next < hi)) next = (lo + hi) / 2;
+        if (next == t || hi - lo <= 4 * std::numeric_limits<double>::epsilon() * (std::fabs(lo) + std::fabs(hi))) break;
+        t = next;
+        at = AboveLine(pieces, t);
+    }
+    axis = t;
+    // ∫|y − t| dA = (moment above) + (moment below) = 2 (moment above) − ∫(y − t) dA, and ∫ y dA = 0
+    // about the centroid.
+    z = 2 * at.moment + area * t;
+}
+
+}  // namespace
+
+SectionModuli ComputeModuli(Loop7s& section) {
+    auto block = section.InertiaBlock();
+    const Point c = block->Centroid();
+    const double area = block->Area()->Millimetres();
+    const double ix = block->MomentOfInertiaX()->Millimetres(), iy = block->MomentOfInertiaY()->Millimetres();
+    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+    for (const auto& loop : section.Loops()) {
+        for (const LoopDLine& segment : loop->Segments()) {
+            const SegmentBox b = segment.BoundingBox();
+            box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
+        }
+    }
+    SectionModuli m{};
+    m.top = box.ymax - c[1];
+    m.bottom = c[1] - box.ymin;
+    m.right = box.xmax - c[0];
+    m.left = c[0] - box.xmin;
+    m.wxTop = ix / m.top;
+    m.wxBottom = ix / m.bottom;
+    m.wyLeft = iy / m.left;
+    m.wyRight = iy / m.right;
+    const PlanePoint centre{c[0], c[1], 0};
+    double axis = 0;
+    EqualAreaAxis(PiecesOf(section, centre, false), -m.bottom, m.top, area, axis, m.zx);
+    m.plasticAxisY = c[1] + axis;
+    EqualAreaAxis(PiecesOf(section, centre, true), -m.left, m.right, area, axis, m.zy);
+    m.plasticAxisX = c[0] + axis;
+    return m;
+}
+
+}  // namespace tgp
