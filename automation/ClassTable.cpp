@@ -25,6 +25,7 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"UCS", __uuidof(::UCS), &CreateUCS},
     ClassEntry{L"Loop7", __uuidof(::Loop7), &CreateLoop7},
     ClassEntry{L"InertiaBlock", __uuidof(::InertiaBlock), &CreateInertiaBlock},
+    ClassEntry{L"Loop7s", __uuidof(::Loop7s), &CreateLoop7s},
     ClassEntry{L"UnitComboBox", __uuidof(::UnitComboBox), &CreateUnitComboBox},
 });
 

@@ -5,6 +5,7 @@
 #include "Out.h"
 #include "ProfileAdapters.h"
 #include "Quantities.h"
+#include "Strings.h"
 #include "Variants.h"
 
 namespace tgp::automation {
@@ -132,6 +133,25 @@ public:
         return Run([&] { native().Move(ToPoint(*Displacement)); });
     }
     HRESULT STDMETHODCALLTYPE Inverse() override { return Run([&] { native().Inverse(); }); }
+    HRESULT STDMETHODCALLTYPE Transformation(VARIANT* Displacement, double Rotation, double XScaleFactor,
+                                             double YScaleFactor, VARIANT* BasePoint) override {
+        return Run([&] {
+            native().Transformation(ToPoint(*Displacement), Finite(Rotation), Finite(XScaleFactor), Finite(YScaleFactor),
+                                    ToPoint(*BasePoint));
+        });
+    }
+    HRESULT STDMETHODCALLTYPE Join(::_InertiaBlock* Block) override {
+        return Run([&] { native().Join(*RequiredNative<tgp::InertiaBlock>(Block)); });
+    }
+    HRESULT STDMETHODCALLTYPE Union(::_InertiaBlock* Block, ::_InertiaBlock** result) override {
+        return Run([&] { Check(Wrap(native().Union(*RequiredNative<tgp::InertiaBlock>(Block)), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE SaveToText(BSTR* result) override {
+        return Run([&] { Out(result) = ToBstr(native().SaveToText()); });
+    }
+    HRESULT STDMETHODCALLTYPE InitFromText(BSTR Text) override {
+        return Run([&] { native().InitFromText(ToUtf8(Text)); });
+    }
 };
 
 }  // namespace

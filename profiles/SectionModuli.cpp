@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numbers>
 #include <vector>
 
 #include "profiles/ChordFrame.h"
@@ -65,7 +67,7 @@ void ClipArc(const Piece& p, double t, Above& sum) {
     if (std::fabs(q) <= 1) {
         const double beta = std::atan2(f.ty, f.wy), spread = std::acos(q);
         for (double root : {beta - spread, beta + spread}) {
-            for (double turn : {-2 * M_PI, 0.0, 2 * M_PI}) {
+            for (double turn : {-2 * std::numbers::pi, 0.0, 2 * std::numbers::pi}) {
                 const double phi = root + turn;
                 if (phi > -f.theta && phi < f.theta) cuts.push_back(phi);
             }

@@ -110,12 +110,17 @@ CLIENT_TEST(TypeLibraryContents) {
                             L"IsVoid", L"MomentOfInertiaX", L"MomentOfInertiaY", L"ProductOfInertiaXY",
                             L"RadiusOfGyrationX", L"RadiusOfGyrationY", L"PMomentOfInertiaX", L"PMomentOfInertiaY",
                             L"PrincipalAngle", L"PCS", L"GetPrincipalIP", L"ElasticModulus", L"HasNoMaterial",
-                            L"RotateOCS", L"RotateAll", L"Move", L"Inverse"}},
+                            L"RotateOCS", L"RotateAll", L"Move", L"Inverse", L"Transformation", L"Join", L"Union",
+                            L"SaveToText", L"InitFromText"}},
+        {L"_Loop7s", {L"Add", L"Item", L"Count", L"Remove", L"Clear", L"_NewEnum", L"Parent", L"Depth", L"IsHole",
+                      L"InertiaBlock", L"Area", L"Length", L"Centroid", L"MomentOfInertiaX", L"MomentOfInertiaY",
+                      L"ProductOfInertiaXY", L"Split", L"Sort"}},
+        {L"Loop7sSortKey", {L"SortByArea", L"SortByCentroidX", L"SortByCentroidY", L"SortByDepth"}},
         {L"_UnitComboBox", {L"Init", L"Combo", L"DimensionType", L"UnitSetting", L"UnitString", L"UnitID"}},
         {L"__UnitComboBox", {L"Change"}},
         {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
         {L"Vector", {}}, {L"Geometry", {}}, {L"Matrix", {}}, {L"UCS", {}}, {L"Loop7", {}}, {L"InertiaBlock", {}},
-        {L"UnitComboBox", {}},
+        {L"UnitComboBox", {}}, {L"Loop7s", {}},
     };
     for (const auto& [type, members] : expected) {
         auto found = types.find(type);

@@ -90,7 +90,10 @@ bool IsTypeMismatch(const Outcome& outcome) { return outcome.number == 13 || out
 
 std::string Changes(const ChangeRecorder& recorder) {
     std::string all;
-    for (const auto& [o, n] : recorder.changes) all += "(" + std::to_string(o) + "," + std::to_string(n) + ")";
+    for (const auto& [o, n] : recorder.changes) {
+        all += '(';
+        all += std::to_string(o) + "," + std::to_string(n) + ")";
+    }
     return all;
 }
 
