@@ -6,13 +6,21 @@
 
 namespace tgp::cli {
 
-// One profile as read from a drawing or a text file: the vertices (x, y pairs), one bulge per
-// vertex, whether the source marks it closed, and a name that tells the user which entity it is.
+// One closed outline as read from a drawing or a text file: the vertices (x, y pairs, in
+// millimetres), one bulge per vertex, whether the source marks it closed, and what tells the user
+// which outline it is: a name, and for a drawing's entity its type, handle and layer.
 struct DrawnProfile {
     std::string name;
+    std::string type, handle, layer;  // empty for text input
     std::vector<double> xy;
     std::vector<double> bulges;
     bool closed = true;
+    // Why the outline cannot be used as drawn (an arc scaled unequally, a block that inserts
+    // itself); empty when it can.
+    std::string problem;
+    // Outlines of one group form one section whatever their arrangement (the loops of one text
+    // profile); -1: grouped by containment with the other outlines of the file.
+    int group = -1;
 
     void Add(double x, double y, double bulge) {
         xy.push_back(x);

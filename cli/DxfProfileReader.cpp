@@ -1,119 +1,213 @@
 #include "cli/DxfProfileReader.h"
-#include "cli/DxfTags.h"
 
-#include <dl_creationadapter.h>
-#include <dl_dxf.h>
-#include <fmt/format.h>
-
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <iterator>
-#include <sstream>
-#include <locale>
-#include <memory>
-#include <optional>
+#include <set>
+
+#include "cli/DxfDrawing.h"
 
 namespace tgp::cli {
 
 namespace {
 
-constexpr int kClosedFlag = 1;
-constexpr int kMeshFlags = 16 | 64;  // polygon and polyface meshes are not profiles
+// A plane map x' = a x + b y + e, y' = c x + d y + f.
+struct Affine {
+    double a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
 
-// dxflib reads numbers through streams imbued with the global C++ locale: keep it classic while
-// reading, and put back whatever the process had.
-class ClassicLocaleScope {
-public:
-    ClassicLocaleScope() : previous_(std::locale::global(std::locale::classic())) {}
-    ~ClassicLocaleScope() { std::locale::global(previous_); }
-    ClassicLocaleScope(const ClassicLocaleScope&) = delete;
-    ClassicLocaleScope& operator=(const ClassicLocaleScope&) = delete;
-
-private:
-    std::locale previous_;
+    Affine Then(const Affine& outer) const {  // outer after this
+        return {outer.a * a + outer.b * c, outer.a * b + outer.b * d, outer.c * a + outer.d * c, outer.c * b + outer.d * d,
+                outer.a * e + outer.b * f + outer.e, outer.c * e + outer.d * f + outer.f};
+    }
+    double Determinant() const { return a * d - b * c; }
+    // Circles stay circles: the columns are perpendicular and of equal length.
+    bool KeepsCircles() const {
+        const double p = a * a + c * c, q = b * b + d * d;
+        return std::fabs(p - q) <= 1e-9 * (p + q) && std::fabs(a * b + c * d) <= 1e-9 * (p + q);
+    }
 };
 
-class ProfileCollector : public DL_CreationAdapter {
+Affine Translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
+Affine Scaling(double sx, double sy) { return {sx, 0, 0, sy, 0, 0}; }
+Affine Rotation(double degrees) {
+    const double t = degrees * (3.14159265358979323846 / 180);
+    return {std::cos(t), -std::sin(t), std::sin(t), std::cos(t), 0, 0};
+}
+
+// The plane map from an entity's own coordinate system into world x and y, by the arbitrary-axis
+// rule of the DXF format; nothing for a plane that is not parallel to world XY.
+std::optional<Affine> FromOcs(const Direction& n) {
+    const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
+    if (!(length > 0) || std::hypot(n[0], n[1]) > 1e-10 * length) return std::nullopt;
+    // Ax = Wy x N for a normal along z; Ay = N x Ax: a normal of (0, 0, -1) mirrors x.
+    return Affine{n[2] > 0 ? 1.0 : -1.0, 0, 0, 1, 0, 0};
+}
+
+struct Context {
+    Affine toWorld;
+    std::string layer;   // the layer entities on layer 0 take (inside blocks)
+    std::string suffix;  // " in block B (INSERT handle H)" ...
+    std::vector<std::string> blocks;  // the chain of block names, outermost first
+};
+
+class Resolver {
 public:
-    void addBlock(const DL_BlockData&) override {
-        Flush();
-        inBlock_ = true;
-    }
-    void endBlock() override { inBlock_ = false; }
+    Resolver(const DxfDrawing& drawing, const DxfReadOptions& options, double scale)
+        : drawing_(drawing), options_(options), scale_(scale) {}
 
-    void addPolyline(const DL_PolylineData& data) override {
-        Flush();
-        if (inBlock_) return;
-        pending_ = DrawnProfile{};
-        pending_->name = EntityName("POLYLINE");
-        pending_->closed = (data.flags & kClosedFlag) != 0;
-        mesh_ = (data.flags & kMeshFlags) != 0;
-    }
-    void addVertex(const DL_VertexData& data) override {
-        if (pending_) pending_->Add(data.x, data.y, data.bulge);
-    }
-    void endSequence() override { Flush(); }
-
-    void addCircle(const DL_CircleData& data) override {
-        Flush();
-        if (inBlock_) return;
-        DrawnProfile circle;
-        circle.name = EntityName("CIRCLE");
-        circle.Add(data.cx - data.radius, data.cy, 1);
-        circle.Add(data.cx + data.radius, data.cy, 1);
-        profiles_.push_back(std::move(circle));
-    }
-
-    std::vector<DrawnProfile> Result() {
-        Flush();
+    std::vector<DrawnProfile> Run() {
+        Space(drawing_.model, Context{Scaling(scale_, scale_), "", "", {}});
         return std::move(profiles_);
     }
 
 private:
-    std::string EntityName(const char* type) {
-        const DL_Attributes a = getAttributes();
+    void Space(const DxfSpace& space, const Context& context) {
+        for (const DxfShape& shape : space.shapes) Shape(shape, context);
+        for (const DxfInsert& insert : space.inserts) Insert(insert, context);
+    }
+
+    std::string LayerOf(const std::string& own, const Context& context) const {
+        return (own == "0" && !context.blocks.empty()) ? context.layer : own;
+    }
+
+    bool Wanted(const std::string& layer) const {
+        return !options_.layer || UpperCase(layer) == UpperCase(*options_.layer);
+    }
+
+    static std::string NameOf(const std::string& type, const std::string& handle, const std::string& layer) {
         std::string name = type;
-        if (a.getHandle() >= 0) name += fmt::format(" handle {:X}", a.getHandle());
-        if (!a.getLayer().empty()) name += " on layer " + a.getLayer();
+        if (!handle.empty()) name += " handle " + handle;
+        if (!layer.empty()) name += " on layer " + layer;
         return name;
     }
 
-    // A polyline is complete when the next entity starts or its vertex sequence ends.
-    void Flush() {
-        if (!pending_) return;
-        if (mesh_) {
-            pending_->name += " (a mesh, not a profile)";
-            pending_->closed = false;
+    void Shape(const DxfShape& shape, const Context& context) {
+        if (shape.paperSpace) return;
+        const std::string layer = LayerOf(shape.layer, context);
+        if (!Wanted(layer)) return;
+        DrawnProfile p;
+        p.type = shape.type;
+        p.handle = shape.handle;
+        p.layer = layer;
+        p.name = NameOf(shape.type, shape.handle, layer) + context.suffix;
+        p.closed = shape.closed;
+        p.problem = shape.problem;
+        const std::optional<Affine> ocs = FromOcs(shape.extrusion);
+        if (!ocs && p.problem.empty()) p.problem = "lies in a plane that is not parallel to XY";
+        const Affine map = ocs ? ocs->Then(context.toWorld) : context.toWorld;
+        const bool curved = std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
+        if (curved && !map.KeepsCircles() && p.problem.empty()) {
+            p.problem = "has arcs that its block reference scales unequally in x and y (they would be ellipses)";
         }
-        if (!pending_->closed && pending_->VertexCount() > 2) {
-            const auto& xy = pending_->xy;
-            pending_->closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
+        const double flip = map.Determinant() < 0 ? -1 : 1;
+        p.xy.reserve(shape.xy.size());
+        for (std::size_t i = 0; i + 1 < shape.xy.size(); i += 2) {
+            const double x = shape.xy[i], y = shape.xy[i + 1];
+            p.xy.push_back(map.a * x + map.b * y + map.e);
+            p.xy.push_back(map.c * x + map.d * y + map.f);
         }
-        profiles_.push_back(std::move(*pending_));
-        pending_.reset();
+        p.bulges.reserve(shape.bulges.size());
+        for (double bulge : shape.bulges) p.bulges.push_back(flip * bulge);
+        if (!p.closed && p.VertexCount() > 2) {
+            const auto& xy = p.xy;
+            p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
+        }
+        profiles_.push_back(std::move(p));
     }
 
-    bool inBlock_ = false;
-    bool mesh_ = false;
-    std::optional<DrawnProfile> pending_;
+    void Insert(const DxfInsert& insert, const Context& context) {
+        if (insert.paperSpace) return;
+        const std::string layer = LayerOf(insert.layer, context);
+        const std::string reference = " in block " + insert.block + " (INSERT" +
+                                      (insert.handle.empty() ? "" : " handle " + insert.handle) + ")";
+        auto refuse = [&](const std::string& why) {
+            if (!Wanted(layer)) return;
+            DrawnProfile p;
+            p.type = "INSERT";
+            p.handle = insert.handle;
+            p.layer = layer;
+            p.name = NameOf("INSERT", insert.handle, layer) + context.suffix;
+            p.problem = why;
+            profiles_.push_back(std::move(p));
+        };
+        const auto found = drawing_.blocks.find(UpperCase(insert.block));
+        if (found == drawing_.blocks.end()) return refuse("refers to block " + insert.block + ", which the drawing does not define");
+        const std::string key = UpperCase(insert.block);
+        if (std::find(context.blocks.begin(), context.blocks.end(), key) != context.blocks.end()) {
+            return refuse("inserts block " + insert.block + " inside itself");
+        }
+        if (context.blocks.size() >= kDeepestNesting) return refuse("nests block references more than 32 deep");
+        const std::optional<Affine> ocs = FromOcs(insert.extrusion);
+        if (!ocs) return refuse("lies in a plane that is not parallel to XY");
+        const DxfBlock& block = found->second;
+        const int columns = std::max(insert.columns, 1), rows = std::max(insert.rows, 1);
+        if (static_cast<long long>(columns) * rows > kMostCopies) return refuse("asks for more than 100000 copies of its block");
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns; ++column) {
+                const Affine placement = Translation(-block.baseX, -block.baseY)
+                                             .Then(Scaling(insert.sx, insert.sy))
+                                             .Then(Translation(column * insert.columnSpacing, row * insert.rowSpacing))
+                                             .Then(Rotation(insert.angle))
+                                             .Then(Translation(insert.x, insert.y))
+                                             .Then(*ocs);
+                Context inner{placement.Then(context.toWorld), layer, reference + context.suffix, context.blocks};
+                inner.blocks.push_back(key);
+                Space(block.contents, inner);
+            }
+        }
+    }
+
+    static constexpr std::size_t kDeepestNesting = 32;
+    static constexpr long long kMostCopies = 100000;
+
+    const DxfDrawing& drawing_;
+    const DxfReadOptions& options_;
+    double scale_;
     std::vector<DrawnProfile> profiles_;
 };
 
 }  // namespace
 
-std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path) {
+double MillimetresPerInsUnit(int code) {
+    switch (code) {
+        case 1: return 25.4;                      // inches
+        case 2: return 304.8;                     // feet
+        case 3: return 1609344;                   // miles
+        case 4: return 1;                         // millimetres
+        case 5: return 10;                        // centimetres
+        case 6: return 1000;                      // metres
+        case 7: return 1e6;                       // kilometres
+        case 8: return 25.4e-6;                   // microinches
+        case 9: return 0.0254;                    // mils
+        case 10: return 914.4;                    // yards
+        case 11: return 1e-7;                     // angstroms
+        case 12: return 1e-6;                     // nanometres
+        case 13: return 1e-3;                     // micrometres
+        case 14: return 100;                      // decimetres
+        case 15: return 1e4;                      // decametres
+        case 16: return 1e5;                      // hectometres
+        case 17: return 1e12;                     // gigametres
+        case 21: return 1200000.0 / 3937;         // US survey feet
+        case 22: return 100000.0 / 3937;          // US survey inches
+        case 23: return 3600000.0 / 3937;         // US survey yards
+        case 24: return 6336000000.0 / 3937;      // US survey miles
+        default: return 0;                        // unitless, or an astronomical unit
+    }
+}
+
+std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw ProfileFileError(path + ": cannot open the file");
     const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    return ReadDxfText(text, path);
+    return ReadDxfText(text, path, options);
 }
 
-std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source) {
-    std::istringstream normalised(WithTrustedCounts(text, source));
-    ClassicLocaleScope classic;
-    ProfileCollector collector;
-    DL_Dxf dxf;
-    if (!dxf.in(normalised, &collector)) throw ProfileFileError(source + ": not a readable DXF file");
-    return collector.Result();
+std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source, const DxfReadOptions& options) {
+    const DxfDrawing drawing = ParseDxf(text, source);
+    double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
+    if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
+    return Resolver(drawing, options, scale).Run();
 }
 
 }  // namespace tgp::cli

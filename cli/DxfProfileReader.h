@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,13 +9,28 @@
 
 namespace tgp::cli {
 
-// Reads the profiles of a DXF drawing's model space: LWPOLYLINE and POLYLINE (vertices with
-// bulges; the closed flag, or a last vertex on the first, marks them closed) and CIRCLE (two half
-// arcs). Entities inside block definitions and other entity types are ignored. Each profile is
-// named after its entity, e.g. "POLYLINE handle 2F on layer 0". A file that cannot be opened raises
-// ProfileFileError. Numbers are read with the classic "C" locale whatever the process has set.
-std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path);
+struct DxfReadOptions {
+    std::optional<std::string> layer;              // only outlines on this layer (any case)
+    std::optional<double> millimetresPerUnit;      // the drawing unit, overriding $INSUNITS
+};
+
+// Reads the closed-outline candidates of a DXF drawing's model space, in millimetres: LWPOLYLINE
+// and POLYLINE (vertices with bulges; the closed flag, or a last vertex on the first, marks them
+// closed), CIRCLE (two half arcs), and the same inside block references (INSERT, nested, with
+// insertion point, rotation, scale, mirror and rows and columns), each in world coordinates through
+// its entity's own coordinate system (a mirrored entity, extrusion (0, 0, -1), lands mirrored).
+// Entities on layer 0 inside a block take the layer of the reference. Paper space is not read.
+// Outlines that cannot be used as drawn carry their problem (a mesh, a radius of 0, an arc scaled
+// unequally, a plane not parallel to XY). Each is named after its entity:
+// "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)".
+// The drawing unit is $INSUNITS (millimetres when unitless) unless the options give one.
+// A file that cannot be opened or read raises ProfileFileError.
+std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {});
 // The same from the text of a drawing; `source` names it in messages.
-std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source);
+std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source,
+                                      const DxfReadOptions& options = {});
+
+// Millimetres per drawing unit for an $INSUNITS code; 0 for unitless and unknown codes.
+double MillimetresPerInsUnit(int code);
 
 }  // namespace tgp::cli

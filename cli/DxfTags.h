@@ -30,11 +30,4 @@ private:
     std::size_t line_ = 0;
 };
 
-// The same DXF text with every count that a reader would allocate for before seeing the data
-// (LWPOLYLINE vertices, group 90; SPLINE knots, control and fit points, 72 to 74; LEADER vertices,
-// 76) replaced by the number of those items the entity really holds. A file can declare two
-// billion vertices and hold three: memory must follow what is there. Values longer than 1000
-// characters are cut when they are texts and refused (ProfileFileError) when they are numbers.
-std::string WithTrustedCounts(std::string_view text, const std::string& source);
-
 }  // namespace tgp::cli

@@ -11,6 +11,7 @@
 #include "cli/DxfProfileReader.h"
 #include "cli/SectionReport.h"
 #include "cli/TextProfileReader.h"
+#include "units/DLength.h"
 #include "units/UnitCatalogue.h"
 #include "units/UnitSymbols.h"
 
@@ -24,13 +25,20 @@ std::string Lower(std::string s) {
 }
 
 // The length unit whose catalogue symbol is the text (any case).
-int16_t LengthUnitNamed(const std::string& text) {
+int16_t LengthUnitNamed(const std::string& text, const std::string& option) {
     for (int16_t id : ValidUnitIds(DLengthObject)) {
         if (Lower(GetUnitString(DLengthObject, id)) == Lower(text)) return id;
     }
     std::string known;
     for (int16_t id : ValidUnitIds(DLengthObject)) known += (known.empty() ? "" : ", ") + GetUnitString(DLengthObject, id);
-    throw CLI::ValidationError("--units", "unknown length unit '" + text + "' (one of " + known + ")");
+    throw CLI::ValidationError(option, "unknown length unit '" + text + "' (one of " + known + ")");
+}
+
+// Millimetres per unit of a length unit named by its catalogue symbol.
+double MillimetresPerLengthUnit(const std::string& symbol) {
+    DLength length;
+    length.Value(LengthUnitNamed(symbol, "--drawing-units"), 1.0);
+    return length.Millimetres();
 }
 
 int16_t AngleUnitNamed(const std::string& text) {
@@ -40,10 +48,12 @@ int16_t AngleUnitNamed(const std::string& text) {
     throw CLI::ValidationError("--angle", "unknown angle unit '" + text + "' (deg or rad)");
 }
 
-// Lengths, areas and second moments share the length unit; angles have their own.
+// Lengths, areas, section moduli and second moments share the length unit; angles have their own.
 std::shared_ptr<UnitSetting> SettingFor(int16_t length, int16_t angle) {
     auto setting = std::make_shared<UnitSetting>();
-    for (DimensionObjectType kind : {DLengthObject, DAreaObject, DMomentOfInertiaObject}) setting->UnitID(kind, length);
+    for (DimensionObjectType kind : {DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject}) {
+        setting->UnitID(kind, length);
+    }
     setting->UnitID(DAngleObject, angle);
     return setting;
 }
@@ -53,21 +63,34 @@ bool LooksLikeDxf(const std::string& path, const std::string& format) {
     return path.size() >= 4 && Lower(path.substr(path.size() - 4)) == ".dxf";
 }
 
-std::vector<DrawnProfile> ReadProfiles(const std::string& path, const std::string& format) {
-    if (LooksLikeDxf(path, format)) return ReadDxfProfiles(path);
-    std::ifstream in(path);
-    if (!in) throw ProfileFileError(path + ": cannot open the file");
-    return ReadTextProfiles(in, path);
-}
-
 struct Options {
     std::vector<std::string> files;
     std::string length = "mm";
     std::string angle = "deg";
     std::string format = "auto";
+    std::string drawingUnits;
+    std::string layer;
     int digits = 6;
     bool json = false;
+    bool eachLoop = false;
+    DxfReadOptions dxf;  // from the two options above
 };
+
+// The outlines of one file, in millimetres: a drawing's unit from the option, else from the
+// drawing itself; a text file's from the option, else millimetres.
+std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o) {
+    if (LooksLikeDxf(path, o.format)) return ReadDxfProfiles(path, o.dxf);
+    std::ifstream in(path);
+    if (!in) throw ProfileFileError(path + ": cannot open the file");
+    std::vector<DrawnProfile> profiles = ReadTextProfiles(in, path);
+    const double scale = o.dxf.millimetresPerUnit.value_or(1);
+    if (scale != 1) {
+        for (DrawnProfile& p : profiles) {
+            for (double& v : p.xy) v *= scale;
+        }
+    }
+    return profiles;
+}
 
 void Declare(CLI::App& app, Options& o) {
     app.add_option("files", o.files, "DXF drawings (.dxf) or text profiles (one 'x y [bulge]' vertex a line)")
@@ -77,6 +100,10 @@ void Declare(CLI::App& app, Options& o) {
     app.add_option("--angle", o.angle, "angle unit of the principal angle: deg or rad")->capture_default_str();
     app.add_option("--digits", o.digits, "significant digits in the table")->check(CLI::Range(1, 15))->capture_default_str();
     app.add_option("--format", o.format, "input format")->check(CLI::IsMember({"auto", "dxf", "text"}))->capture_default_str();
+    app.add_option("--drawing-units", o.drawingUnits,
+                   "unit of the input coordinates: mm, cm, dm, m, in or ft (default: a drawing's $INSUNITS, else mm)");
+    app.add_option("--layer", o.layer, "read only the outlines on this layer of a drawing (any case)");
+    app.add_flag("--each-loop", o.eachLoop, "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
 }
 
@@ -89,25 +116,30 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
     ReportUnits units;
     try {
         app.parse(argc, argv);
-        units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length), AngleUnitNamed(o.angle)), o.digits);
+        units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)), o.digits);
+        if (!o.drawingUnits.empty()) o.dxf.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
+        if (!o.layer.empty()) o.dxf.layer = o.layer;
     } catch (const CLI::ParseError& e) {
         return app.exit(e, out, err) == 0 ? 0 : 1;
     }
 
+    // A file that cannot be read is reported and the others are still computed.
     std::vector<ProfileOutcome> outcomes;
-    try {
-        for (const std::string& file : o.files) {
-            for (DrawnProfile& p : ReadProfiles(file, o.format)) {
-                p.name = file + ": " + p.name;
-                outcomes.push_back(AnalyseProfile(p, units.setting));
+    bool unreadable = false;
+    for (const std::string& file : o.files) {
+        try {
+            for (ProfileOutcome& outcome : AnalyseProfiles(ReadProfiles(file, o), units.setting, o.eachLoop)) {
+                outcome.name = file + ": " + outcome.name;
+                outcome.file = file;
+                outcomes.push_back(std::move(outcome));
             }
+        } catch (const ProfileFileError& e) {
+            err << "tgp-section: " << e.what() << "\n";
+            unreadable = true;
         }
-    } catch (const ProfileFileError& e) {
-        err << "tgp-section: " << e.what() << "\n";
-        return 1;
     }
     if (outcomes.empty()) {
-        err << "tgp-section: no profiles found\n";
+        if (!unreadable) err << "tgp-section: no profiles found\n";
         return 1;
     }
     out << (o.json ? FormatJson(outcomes, units) : FormatTable(outcomes, units));
@@ -117,7 +149,7 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         rejected = true;
         err << "tgp-section: " << r.name << " " << r.error << "\n";
     }
-    return rejected ? 2 : 0;
+    return unreadable ? 1 : rejected ? 2 : 0;
 }
 
 }  // namespace tgp::cli

@@ -4,10 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
+#include <numeric>
 
 #include "core/Error.h"
 #include "profiles/Loop7.h"
+#include "units/DVolume.h"
+#include "profiles/Loop7s.h"
+#include "profiles/SectionModuli.h"
 #include "units/NumberText.h"
 #include "units/UnitSymbols.h"
 
@@ -68,22 +73,169 @@ void DropRoundingNoiseAndFindPrincipalAxes(SectionValues& v, const Units& units)
     v.angle = units->UnitID(DAngleObject) == Degree_UnitID ? angle * (180 / std::numbers::pi) : angle;
 }
 
-SectionValues ValuesOf(InertiaBlock& block, const Units& units) {
-    const Point c = block.Centroid();
-    SectionValues v{In(block.Area(), units),
-                    In(block.Perimeter(), units),
-                    LengthIn(c[0], units),
-                    LengthIn(c[1], units),
-                    In(block.MomentOfInertiaX(), units),
-                    In(block.MomentOfInertiaY(), units),
-                    In(block.ProductOfInertiaXY(), units),
-                    0,
-                    0,
-                    0,
-                    In(block.RadiusOfGyrationX(), units),
-                    In(block.RadiusOfGyrationY(), units)};
+double ModulusIn(double cubicMillimetres, const Units& units) {
+    auto modulus = std::make_shared<DVolume>();
+    modulus->Millimetres(cubicMillimetres);
+    return In(modulus, units);
+}
+
+SectionValues ValuesOf(Loop7s& section, const Units& units) {
+    auto block = section.InertiaBlock();
+    const Point c = block->Centroid();
+    SectionValues v{};
+    v.area = In(block->Area(), units);
+    v.perimeter = In(block->Perimeter(), units);
+    v.xc = LengthIn(c[0], units);
+    v.yc = LengthIn(c[1], units);
+    v.ix = In(block->MomentOfInertiaX(), units);
+    v.iy = In(block->MomentOfInertiaY(), units);
+    v.ixy = In(block->ProductOfInertiaXY(), units);
+    v.rx = In(block->RadiusOfGyrationX(), units);
+    v.ry = In(block->RadiusOfGyrationY(), units);
     DropRoundingNoiseAndFindPrincipalAxes(v, units);
+    const SectionModuli m = ComputeModuli(section);
+    v.top = LengthIn(m.top, units);
+    v.bottom = LengthIn(m.bottom, units);
+    v.left = LengthIn(m.left, units);
+    v.right = LengthIn(m.right, units);
+    v.welxTop = ModulusIn(m.wxTop, units);
+    v.welxBottom = ModulusIn(m.wxBottom, units);
+    v.welyLeft = ModulusIn(m.wyLeft, units);
+    v.welyRight = ModulusIn(m.wyRight, units);
+    v.wplx = ModulusIn(m.zx, units);
+    v.wply = ModulusIn(m.zy, units);
+    v.plasticY = LengthIn(m.plasticAxisY, units);
+    v.plasticX = LengthIn(m.plasticAxisX, units);
+    for (double* axis : {&v.plasticY, &v.plasticX}) {
+        if (std::fabs(*axis) <= 1e-12 * v.perimeter) *axis = 0;
+    }
     return v;
+}
+
+// An outline's loop, or why it cannot be one.
+struct BuiltLoop {
+    std::shared_ptr<Loop7> loop;
+    std::string error;
+};
+
+BuiltLoop BuildLoop(const DrawnProfile& profile) {
+    if (!profile.problem.empty()) return {nullptr, profile.problem};
+    if (!profile.closed) return {nullptr, "is open: its last vertex does not meet the first"};
+    // Fourth powers of the coordinates must stay finite for the moments.
+    const auto usable = [](double v) { return std::fabs(v) <= 1e60; };
+    if (!std::all_of(profile.xy.begin(), profile.xy.end(), usable) ||
+        !std::all_of(profile.bulges.begin(), profile.bulges.end(), usable)) {
+        return {nullptr, "has a coordinate or bulge out of range (not finite or beyond 1E+60)"};
+    }
+    auto loop = Loop7::Create();
+    try {
+        loop->InitFromCoordinates(profile.xy, profile.bulges);
+    } catch (const Error&) {
+        // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
+        // of 0) that its radius passes the number range.
+        return {nullptr, "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)"};
+    }
+    // The properties check the loop for crossings themselves (error 5); only a loop that fails
+    // that check is swept a second time, to name where it cuts itself.
+    try {
+        loop->InertiaBlock();
+        return {loop, ""};
+    } catch (const Error& e) {
+        std::vector<Point> crossings;
+        if (e.number() != 5 || loop->Count() == 0) return {nullptr, "encloses no area"};
+        if (loop->IsSelfIntersect(&crossings)) return {nullptr, "cuts itself" + PointText(crossings)};
+        return {nullptr, e.description()};
+    }
+}
+
+std::string Plural(std::size_t n, const char* one, const char* many) {
+    return std::to_string(n) + " " + (n == 1 ? one : many);
+}
+
+// One section of loops, named after its first outer outline; `members` are the outlines in file
+// order, with each loop at the same position.
+ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
+                              const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units) {
+    auto section = Loop7s::Create();
+    for (const auto& loop : loops) section->Add(loop);
+    ProfileOutcome outcome;
+    const DrawnProfile* outer = members.front();
+    std::size_t parts = 0, holes = 0;
+    try {
+        if (const auto overlap = section->FirstOverlap()) {
+            outcome.error = "cannot be one section: " + members[overlap->first - 1]->name + " and " +
+                            members[overlap->second - 1]->name + " overlap (their interiors cross)";
+        } else {
+            for (std::size_t i = 1; i <= section->Count(); ++i) {
+                if (section->Depth(i) == 0 && parts++ == 0) outer = members[i - 1];
+                holes += section->IsHole(i);
+            }
+            outcome.values = ValuesOf(*section, units);
+        }
+    } catch (const Error& e) {
+        outcome.error = e.description();
+        outcome.values.reset();
+    }
+    outcome.name = outer->name;
+    if (parts > 1) outcome.name += " and " + Plural(parts - 1, "more part", "more parts");
+    if (holes > 0) outcome.name += " with " + Plural(holes, "hole", "holes");
+    outcome.type = outer->type;
+    outcome.handle = outer->handle;
+    outcome.layer = outer->layer;
+    outcome.loops = static_cast<int>(loops.size());
+    outcome.holes = static_cast<int>(holes);
+    return outcome;
+}
+
+// Groups loops that belong to no explicit group by containment and touch: each outermost loop with
+// everything inside it, and outermost loops that touch one another together. A pair that overlaps
+// is left out (both reported) until none does.
+std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
+                                                         std::vector<std::pair<std::size_t, std::size_t>>& overlaps) {
+    std::vector<std::size_t> kept(loops.size());
+    std::iota(kept.begin(), kept.end(), 0);
+    auto all = Loop7s::Create();
+    for (const auto& loop : loops) all->Add(loop);
+    while (const auto pair = all->FirstOverlap()) {
+        overlaps.emplace_back(kept[pair->first - 1], kept[pair->second - 1]);
+        all->Remove(pair->second);
+        all->Remove(pair->first);
+        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(pair->second - 1));
+        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(pair->first - 1));
+    }
+    // The outermost loop of each kept loop, then outermost loops that touch share one group.
+    std::vector<std::size_t> root(kept.size());
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        std::shared_ptr<Loop7> top = all->Item(i + 1);
+        std::size_t at = i;
+        for (auto parent = all->Parent(at + 1); parent; parent = all->Parent(at + 1)) {
+            at = static_cast<std::size_t>(std::find(all->Loops().begin(), all->Loops().end(), parent) - all->Loops().begin());
+        }
+        root[i] = at;
+    }
+    std::vector<std::size_t> group(kept.size());
+    std::iota(group.begin(), group.end(), 0);
+    auto find = [&](std::size_t i) {
+        while (group[i] != i) i = group[i] = group[group[i]];
+        return i;
+    };
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (root[i] != i) continue;
+        for (std::size_t j = i + 1; j < kept.size(); ++j) {
+            if (root[j] == j && all->Item(i + 1)->IntersectWithLoop(*all->Item(j + 1))) group[find(j)] = find(i);
+        }
+    }
+    std::vector<std::vector<std::size_t>> sections;
+    std::vector<int> sectionOf(kept.size(), -1);
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        const std::size_t g = find(root[i]);
+        if (sectionOf[g] < 0) {
+            sectionOf[g] = static_cast<int>(sections.size());
+            sections.emplace_back();
+        }
+        sections[static_cast<std::size_t>(sectionOf[g])].push_back(kept[i]);
+    }
+    return sections;
 }
 
 std::string JsonString(const std::string& text) {
@@ -117,6 +269,18 @@ constexpr Row kRows[] = {
     {"principal angle", &SectionValues::angle, &ReportUnits::angle, "principal_angle"},
     {"radius of gyration rx", &SectionValues::rx, &ReportUnits::length, "rx"},
     {"radius of gyration ry", &SectionValues::ry, &ReportUnits::length, "ry"},
+    {"fibre to top", &SectionValues::top, &ReportUnits::length, "fibre_top"},
+    {"fibre to bottom", &SectionValues::bottom, &ReportUnits::length, "fibre_bottom"},
+    {"fibre to left", &SectionValues::left, &ReportUnits::length, "fibre_left"},
+    {"fibre to right", &SectionValues::right, &ReportUnits::length, "fibre_right"},
+    {"Wel,x top", &SectionValues::welxTop, &ReportUnits::modulus, "wel_x_top"},
+    {"Wel,x bottom", &SectionValues::welxBottom, &ReportUnits::modulus, "wel_x_bottom"},
+    {"Wel,y left", &SectionValues::welyLeft, &ReportUnits::modulus, "wel_y_left"},
+    {"Wel,y right", &SectionValues::welyRight, &ReportUnits::modulus, "wel_y_right"},
+    {"Wpl,x", &SectionValues::wplx, &ReportUnits::modulus, "wpl_x"},
+    {"Wpl,y", &SectionValues::wply, &ReportUnits::modulus, "wpl_y"},
+    {"plastic axis y", &SectionValues::plasticY, &ReportUnits::length, "plastic_axis_y"},
+    {"plastic axis x", &SectionValues::plasticX, &ReportUnits::length, "plastic_axis_x"},
 };
 
 }  // namespace
@@ -125,6 +289,7 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
     ReportUnits u;
     u.length = GetUnitString(DLengthObject, setting);
     u.area = GetUnitString(DAreaObject, setting);
+    u.modulus = GetUnitString(DVolumeObject, setting);
     u.moment = GetUnitString(DMomentOfInertiaObject, setting);
     u.angle = GetUnitString(DAngleObject, setting);
     u.setting = std::move(setting);
@@ -132,40 +297,75 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
     return u;
 }
 
+std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop) {
+    // Outcomes come out in file order: each is filed under the position of its first outline.
+    std::vector<std::pair<std::size_t, ProfileOutcome>> filed;
+    std::vector<std::shared_ptr<Loop7>> loops;
+    std::vector<std::size_t> position;  // of each loop's outline
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        BuiltLoop built = BuildLoop(profiles[i]);
+        if (!built.loop) {
+            ProfileOutcome rejected;
+            rejected.name = profiles[i].name;
+            rejected.type = profiles[i].type;
+            rejected.handle = profiles[i].handle;
+            rejected.layer = profiles[i].layer;
+            rejected.error = built.error;
+            filed.emplace_back(i, std::move(rejected));
+            continue;
+        }
+        loops.push_back(std::move(built.loop));
+        position.push_back(i);
+    }
+    auto section = [&](const std::vector<std::size_t>& members) {  // indices into loops
+        std::vector<const DrawnProfile*> outlines;
+        std::vector<std::shared_ptr<Loop7>> sectionLoops;
+        for (std::size_t k : members) {
+            outlines.push_back(&profiles[position[k]]);
+            sectionLoops.push_back(loops[k]);
+        }
+        filed.emplace_back(position[members.front()], AnalyseSection(outlines, sectionLoops, units));
+    };
+    std::map<int, std::vector<std::size_t>> explicitGroups;
+    std::vector<std::size_t> free;
+    for (std::size_t k = 0; k < loops.size(); ++k) {
+        const int group = profiles[position[k]].group;
+        if (eachLoop) section({k});
+        else if (group >= 0) explicitGroups[group].push_back(k);
+        else free.push_back(k);
+    }
+    for (const auto& [group, members] : explicitGroups) section(members);
+    if (!free.empty()) {
+        std::vector<std::shared_ptr<Loop7>> freeLoops;
+        for (std::size_t k : free) freeLoops.push_back(loops[k]);
+        std::vector<std::pair<std::size_t, std::size_t>> overlaps;
+        for (const auto& members : GroupByContainment(freeLoops, overlaps)) {
+            std::vector<std::size_t> indices;
+            for (std::size_t m : members) indices.push_back(free[m]);
+            section(indices);
+        }
+        for (const auto& [a, b] : overlaps) {
+            for (auto [one, other] : {std::pair{a, b}, std::pair{b, a}}) {
+                const DrawnProfile& p = profiles[position[free[one]]];
+                ProfileOutcome rejected;
+                rejected.name = p.name;
+                rejected.type = p.type;
+                rejected.handle = p.handle;
+                rejected.layer = p.layer;
+                rejected.error = "overlaps " + profiles[position[free[other]]].name + " (their interiors cross)";
+                filed.emplace_back(position[free[one]], std::move(rejected));
+            }
+        }
+    }
+    std::stable_sort(filed.begin(), filed.end(), [](const auto& x, const auto& y) { return x.first < y.first; });
+    std::vector<ProfileOutcome> outcomes;
+    for (auto& [at, outcome] : filed) outcomes.push_back(std::move(outcome));
+    return outcomes;
+}
+
 ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units) {
-    ProfileOutcome outcome{profile.name, std::nullopt, ""};
-    if (!profile.closed) {
-        outcome.error = "is open: its last vertex does not meet the first";
-        return outcome;
-    }
-    // Fourth powers of the coordinates must stay finite for the moments.
-    const auto usable = [](double v) { return std::fabs(v) <= 1e60; };
-    if (!std::all_of(profile.xy.begin(), profile.xy.end(), usable) ||
-        !std::all_of(profile.bulges.begin(), profile.bulges.end(), usable)) {
-        outcome.error = "has a coordinate or bulge out of range (not finite or beyond 1E+60)";
-        return outcome;
-    }
-    auto loop = Loop7::Create();
-    try {
-        loop->InitFromCoordinates(profile.xy, profile.bulges);
-    } catch (const Error&) {
-        // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
-        // of 0) that its radius passes the number range.
-        outcome.error = "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)";
-        return outcome;
-    }
-    // The properties check the loop for crossings themselves (error 5); only a loop that fails
-    // that check is swept a second time, to name where it cuts itself.
-    try {
-        if (loop->Area() < 0) loop->Reverse();
-        outcome.values = ValuesOf(*loop->InertiaBlock(), units);
-    } catch (const Error& e) {
-        std::vector<Point> crossings;
-        if (e.number() != 5 || loop->Count() == 0) outcome.error = "encloses no area";
-        else if (loop->IsSelfIntersect(&crossings)) outcome.error = "cuts itself" + PointText(crossings);
-        else outcome.error = e.description();
-    }
-    return outcome;
+    return AnalyseProfiles({profile}, units, true).front();
 }
 
 std::string FormatTable(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
@@ -186,15 +386,23 @@ std::string FormatTable(const std::vector<ProfileOutcome>& outcomes, const Repor
 }
 
 std::string FormatJson(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
-    std::string out = fmt::format("{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"moment_of_inertia\": {}, \"angle\": {}}},\n",
-                                  JsonString(units.length), JsonString(units.area), JsonString(units.moment),
-                                  JsonString(units.angle));
+    std::string out = fmt::format(
+        "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, \"moment_of_inertia\": {}, "
+        "\"angle\": {}}},\n",
+        JsonString(units.length), JsonString(units.area), JsonString(units.modulus), JsonString(units.moment),
+        JsonString(units.angle));
     out += "  \"profiles\": [";
     const char* separator = "\n";
     for (const ProfileOutcome& o : outcomes) {
         out += separator;
         separator = ",\n";
         out += "    {\"name\": " + JsonString(o.name);
+        out += ", \"file\": " + JsonString(o.file);
+        if (!o.type.empty()) {
+            out += ", \"type\": " + JsonString(o.type) + ", \"handle\": " + JsonString(o.handle) +
+                   ", \"layer\": " + JsonString(o.layer);
+        }
+        out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
         if (!o.values) {
             out += ", \"error\": " + JsonString(o.error) + "}";
             continue;

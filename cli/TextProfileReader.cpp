@@ -54,6 +54,7 @@ public:
             return;
         }
         if (line == "end") return Finish();
+        if (line == "loop") return NextLoop();
         if (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t')) {
             Finish();
             Start(std::string(Trimmed(line.substr(7))));
@@ -69,16 +70,34 @@ public:
 
 private:
     void Start(std::string name) {
-        current_ = DrawnProfile{};
-        current_->name = name.empty() ? "profile " + std::to_string(profiles_.size() + 1) + " (line " +
-                                            std::to_string(lineNumber_) + ")"
-                                      : std::move(name);
+        ++groups_;
+        loops_ = 0;
+        name_ = name.empty() ? "profile " + std::to_string(groups_) + " (line " + std::to_string(lineNumber_) + ")"
+                             : std::move(name);
+        StartLoop();
     }
 
-    void Finish() {
+    // Each loop of a profile is an outline of its own, in the profile's group.
+    void StartLoop() {
+        current_ = DrawnProfile{};
+        current_->group = groups_ - 1;
+        current_->name = ++loops_ == 1 ? name_ : name_ + ", loop " + std::to_string(loops_);
+    }
+
+    void EndLoop() {
         if (current_ && current_->VertexCount() > 0) profiles_.push_back(std::move(*current_));
+        else if (current_) --loops_;
         current_.reset();
     }
+
+    // A line `loop`: the next vertices are another loop of the same profile.
+    void NextLoop() {
+        if (!current_) Fail("'loop' outside a profile (it separates the loops of one profile)");
+        EndLoop();
+        StartLoop();
+    }
+
+    void Finish() { EndLoop(); }
 
     void Vertex(std::string_view line) {
         const auto words = Words(line);
@@ -102,6 +121,9 @@ private:
 
     std::string source_;
     int lineNumber_ = 0;
+    int groups_ = 0;  // profiles started so far
+    int loops_ = 0;   // loops of the current profile
+    std::string name_;
     std::optional<DrawnProfile> current_;
     std::vector<DrawnProfile> profiles_;
 };

@@ -13,9 +13,11 @@ namespace tgp::cli {
 //   # a comment (from '#' to the end of the line)
 //   profile IPE 200      optional: starts a profile and names it
 //   x y [bulge]          one vertex per line, numbers with a '.' decimal point, bulge 0 when left out
+//   loop                 starts another loop of the same profile (a hole, an island, another plate)
 //   end                  ends the profile; a blank line does the same
 //
-// Every profile is closed back to its first vertex. Profiles without a name are called
+// Every loop is closed back to its first vertex; the loops of one profile are one section (their
+// group). Loops after the first are named "<profile>, loop <k>". Profiles without a name are called
 // "profile <n> (line <first line>)". Numbers are read through the library's number-text service,
 // so the process locale plays no part. A malformed line raises ProfileFileError naming the source
 // and the line number.

@@ -54,8 +54,8 @@ bool Loop7s::ArrangementValid() const {
 
 // Every pair of loops is placed (boxes that do not meet are apart at once); a loop's parent is the
 // smallest of the loops it lies inside, and its depth the length of its chain of parents.
-const Loop7s::Arrangement& Loop7s::Arranged() {
-    if (ArrangementValid()) return *arrangement_;
+std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
+    if (ArrangementValid()) return std::nullopt;
     const std::size_t n = loops_.size();
     auto arranged = std::make_unique<Arrangement>();
     arranged->parent.assign(n, -1);
@@ -65,11 +65,7 @@ const Loop7s::Arrangement& Loop7s::Arranged() {
     for (std::size_t i = 0; i < n; ++i) {
         for (std::size_t j = i + 1; j < n; ++j) {
             const Placement placement = PlaceLoops(*loops_[i], *loops_[j]);
-            if (placement == Placement::Overlap) {
-                ThrowLibraryError("Loop7s: " + LoopName(*loops_[i], i) + " and " + LoopName(*loops_[j], j) +
-                                  " overlap (their interiors cross); draw touching parts side by side, or a hole "
-                                  "inside its boundary");
-            }
+            if (placement == Placement::Overlap) return std::pair{i, j};
             auto adopt = [&](std::size_t child, std::size_t parent) {
                 int& current = arranged->parent[child];
                 if (current < 0 || size[parent] < size[static_cast<std::size_t>(current)]) current = static_cast<int>(parent);
@@ -84,7 +80,23 @@ const Loop7s::Arrangement& Loop7s::Arranged() {
     }
     for (const auto& loop : loops_) arranged->revisions.push_back(loop->Revision());
     arrangement_ = std::move(arranged);
+    return std::nullopt;
+}
+
+const Loop7s::Arrangement& Loop7s::Arranged() {
+    if (const auto overlap = TryArrange()) {
+        const auto [i, j] = *overlap;
+        ThrowLibraryError("Loop7s: " + LoopName(*loops_[i], i) + " and " + LoopName(*loops_[j], j) +
+                          " overlap (their interiors cross); draw touching parts side by side, or a hole inside its "
+                          "boundary");
+    }
     return *arrangement_;
+}
+
+std::optional<std::pair<std::size_t, std::size_t>> Loop7s::FirstOverlap() {
+    const auto overlap = TryArrange();
+    if (!overlap) return std::nullopt;
+    return std::pair{overlap->first + 1, overlap->second + 1};
 }
 
 std::shared_ptr<Loop7> Loop7s::Parent(std::size_t Index) {

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "geometry/Point.h"
@@ -45,6 +47,9 @@ public:
     // one), the number of loops around it, and whether it is a hole (an odd depth). A loop that cuts
     // itself raises 5, two loops whose interiors overlap raise 2411 naming both.
     std::shared_ptr<Loop7> Parent(std::size_t Index);
+    // The first two items (from 1) whose interiors overlap, or nothing when none do: what the
+    // members above raise 2411 for, for a caller that would rather leave them out.
+    std::optional<std::pair<std::size_t, std::size_t>> FirstOverlap();
     int Depth(std::size_t Index);
     bool IsHole(std::size_t Index);
 
@@ -72,6 +77,8 @@ private:
         std::shared_ptr<tgp::InertiaBlock> composite;
     };
     const Arrangement& Arranged();
+    // Works the arrangement out, or names the first overlapping pair (0-based) and keeps nothing.
+    std::optional<std::pair<std::size_t, std::size_t>> TryArrange();
     bool ArrangementValid() const;
     std::size_t Position(std::size_t Index) const;
     void Changed() { arrangement_.reset(); }

@@ -26,7 +26,19 @@ std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID
 }
 
 DrawnProfile Profile(std::vector<double> xy, std::vector<double> bulges, bool closed = true) {
-    return {"p", std::move(xy), std::move(bulges), closed};
+    DrawnProfile p;
+    p.name = "p";
+    p.xy = std::move(xy);
+    p.bulges = std::move(bulges);
+    p.closed = closed;
+    return p;
+}
+
+ProfileOutcome Rejected(std::string name, std::string error) {
+    ProfileOutcome o;
+    o.name = std::move(name);
+    o.error = std::move(error);
+    return o;
 }
 
 // ---- analysis of one profile ------------------------------------------------------------------
@@ -103,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
     const ReportUnits units = ReportUnits::From(Units(cm_UnitID), 4);
     std::vector<ProfileOutcome> outcomes{AnalyseProfile(Profile({0, 0, 0, 20, 10, 20, 10, 0}, {0, 0, 0, 0}), units.setting),
-                                         {"bad \"one\"", std::nullopt, "cuts itself"}};
+                                         Rejected("bad \"one\"", "cuts itself")};
     const std::string table = FormatTable(outcomes, units);
     EXPECT_NE(table.find("area A"), std::string::npos);
     EXPECT_NE(table.find("2.000  cm²"), std::string::npos) << table;
@@ -112,7 +124,9 @@ TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
     const std::string json = FormatJson(outcomes, units);
     EXPECT_NE(json.find("\"area\": \"cm²\""), std::string::npos) << json;
     EXPECT_NE(json.find("\"area\": 2,"), std::string::npos) << json;
-    EXPECT_NE(json.find("\"name\": \"bad \\\"one\\\"\", \"error\": \"cuts itself\""), std::string::npos) << json;
+    EXPECT_NE(json.find("\"name\": \"bad \\\"one\\\"\", \"file\": \"\", \"loops\": 1, \"holes\": 0, \"error\": \"cuts itself\""),
+              std::string::npos)
+        << json;
 }
 
 // ---- the command -----------------------------------------------------------------------------

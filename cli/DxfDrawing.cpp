@@ -1,0 +1,327 @@
+#include "cli/DxfDrawing.h"
+
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "cli/DrawnProfile.h"
+#include "cli/DxfTags.h"
+
+namespace tgp::cli {
+
+namespace {
+
+constexpr int kClosedFlag = 1;
+constexpr int k3dPolylineFlag = 8;
+constexpr int kMeshFlags = 16 | 64;
+constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control points lie off the curve
+
+enum class Section { None, Header, Blocks, Entities, Other };
+
+// Entities whose groups a profile is made from; everything else is counted as skipped.
+enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Insert, Attribute, Other };
+
+Kind KindOf(std::string_view type) {
+    if (type == "LWPOLYLINE") return Kind::LwPolyline;
+    if (type == "POLYLINE") return Kind::Polyline;
+    if (type == "VERTEX") return Kind::Vertex;
+    if (type == "SEQEND") return Kind::SequenceEnd;
+    if (type == "CIRCLE") return Kind::Circle;
+    if (type == "INSERT") return Kind::Insert;
+    if (type == "ATTRIB") return Kind::Attribute;
+    return Kind::Other;
+}
+
+class Parser {
+    // The entity being read. Polylines, circles and vertices keep their numbers in cx, cy, radius
+    // (a vertex's bulge) and flags.
+    struct Entity {
+        Kind kind;
+        std::string type;
+        std::size_t line;
+        DxfShape shape{};
+        DxfInsert insert{};
+        double cx = 0, cy = 0, radius = 0;
+        int flags = 0;
+    };
+
+public:
+    Parser(std::string_view text, const std::string& source) : reader_(text, source), source_(source) {}
+
+    DxfDrawing Run() {
+        DxfTag tag;
+        while (reader_.Next(tag)) {
+            if (tag.code == 0) {
+                if (Structure(tag)) break;
+                continue;
+            }
+            Group(tag);
+        }
+        EndEntity();
+        EndPolyline();
+        return std::move(drawing_);
+    }
+
+private:
+    // A 0 group: a section, block or entity starts or ends. True at the end of the file.
+    bool Structure(const DxfTag& tag) {
+        const std::string_view value = tag.value;
+        EndEntity();
+        if (value == "EOF") return true;
+        if (value == "SECTION") {
+            section_ = Section::Other;
+            expectSectionName_ = true;
+            return false;
+        }
+        if (value == "ENDSEC") {
+            EndPolyline();
+            section_ = Section::None;
+            return false;
+        }
+        if (section_ == Section::Blocks && value == "BLOCK") {
+            EndPolyline();
+            block_ = DxfBlock{};
+            inBlockHeader_ = true;
+            return false;
+        }
+        if (section_ == Section::Blocks && value == "ENDBLK") {
+            EndPolyline();
+            if (block_) drawing_.blocks[UpperCase(block_->name)] = std::move(*block_);
+            block_.reset();
+            inBlockHeader_ = false;
+            return false;
+        }
+        if (section_ == Section::Entities || (section_ == Section::Blocks && block_)) BeginEntity(value, tag.line);
+        return false;
+    }
+
+    void Group(const DxfTag& tag) {
+        if (expectSectionName_ && tag.code == 2) {
+            expectSectionName_ = false;
+            section_ = tag.value == "HEADER" ? Section::Header
+                       : tag.value == "BLOCKS" ? Section::Blocks
+                       : tag.value == "ENTITIES" ? Section::Entities
+                                                 : Section::Other;
+            return;
+        }
+        if (section_ == Section::Header) return HeaderGroup(tag);
+        if (inBlockHeader_ && block_) return BlockHeaderGroup(tag);
+        if (entity_) EntityGroup(tag);
+    }
+
+    void HeaderGroup(const DxfTag& tag) {
+        if (tag.code == 9) variable_ = std::string(tag.value);
+        else if (variable_ == "$INSUNITS" && tag.code == 70) drawing_.insunits = Integer(tag);
+    }
+
+    void BlockHeaderGroup(const DxfTag& tag) {
+        switch (tag.code) {
+            case 2: block_->name = std::string(tag.value); break;
+            case 10: block_->baseX = Number(tag); break;
+            case 20: block_->baseY = Number(tag); break;
+            default: break;
+        }
+    }
+
+    DxfSpace& Space() { return block_ ? block_->contents : drawing_.model; }
+
+    void BeginEntity(std::string_view type, std::size_t line) {
+        inBlockHeader_ = false;
+        const Kind kind = KindOf(type);
+        // A polyline's vertices run until SEQEND; anything else ends it too (a cut-off sequence).
+        if (kind != Kind::Vertex && kind != Kind::SequenceEnd) EndPolyline();
+        if (kind == Kind::SequenceEnd) {
+            EndPolyline();
+            return;
+        }
+        if (kind == Kind::Vertex && !polyline_) return;  // a stray vertex (or an attribute's)
+        entity_ = Entity{kind, std::string(type), line};
+        entity_->shape.type = std::string(type);
+        entity_->shape.line = line;
+        entity_->insert.line = line;
+        if (kind == Kind::Other) ++drawing_.skipped[std::string(type)];
+    }
+
+    // The common groups go to whichever record the entity fills.
+    void EntityGroup(const DxfTag& tag) {
+        Entity& e = *entity_;
+        if (e.kind == Kind::Other || e.kind == Kind::Attribute) return;
+        if (e.kind == Kind::Vertex) return VertexGroup(tag);
+        if (e.kind == Kind::Insert) return InsertGroup(tag);
+        DxfShape& s = e.shape;
+        switch (tag.code) {
+            case 5: s.handle = std::string(tag.value); return;
+            case 8: s.layer = std::string(tag.value); return;
+            case 67: s.paperSpace = Integer(tag) == 1; return;
+            case 210: s.extrusion[0] = Number(tag); return;
+            case 220: s.extrusion[1] = Number(tag); return;
+            case 230: s.extrusion[2] = Number(tag); return;
+            default: break;
+        }
+        if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
+        if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
+        if (e.kind == Kind::Circle) CircleGroup(tag, e);
+    }
+
+    void LwPolylineGroup(const DxfTag& tag, DxfShape& s) {
+        switch (tag.code) {
+            case 70: s.closed = (Integer(tag) & kClosedFlag) != 0; break;
+            case 10:
+                s.xy.push_back(Number(tag));
+                s.xy.push_back(0);
+                s.bulges.push_back(0);
+                break;
+            case 20:
+                if (!s.xy.empty()) s.xy.back() = Number(tag);
+                break;
+            case 42:
+                if (!s.bulges.empty()) s.bulges.back() = Number(tag);
+                break;
+            default: break;
+        }
+    }
+
+    void CircleGroup(const DxfTag& tag, Entity& e) {
+        switch (tag.code) {
+            case 10: e.cx = Number(tag); break;
+            case 20: e.cy = Number(tag); break;
+            case 40: e.radius = Number(tag); break;
+            default: break;
+        }
+    }
+
+    void VertexGroup(const DxfTag& tag) {
+        Entity& e = *entity_;
+        switch (tag.code) {
+            case 10: e.cx = Number(tag); break;
+            case 20: e.cy = Number(tag); break;
+            case 42: e.radius = Number(tag); break;  // the vertex's bulge
+            case 70: e.flags = Integer(tag); break;
+            default: break;
+        }
+    }
+
+    void InsertGroup(const DxfTag& tag) {
+        DxfInsert& i = entity_->insert;
+        switch (tag.code) {
+            case 2: i.block = std::string(tag.value); break;
+            case 5: i.handle = std::string(tag.value); break;
+            case 8: i.layer = std::string(tag.value); break;
+            case 67: i.paperSpace = Integer(tag) == 1; break;
+            case 10: i.x = Number(tag); break;
+            case 20: i.y = Number(tag); break;
+            case 30: i.z = Number(tag); break;
+            case 41: i.sx = Number(tag); break;
+            case 42: i.sy = Number(tag); break;
+            case 43: i.sz = Number(tag); break;
+            case 50: i.angle = Number(tag); break;
+            case 70: i.columns = Integer(tag); break;
+            case 71: i.rows = Integer(tag); break;
+            case 44: i.columnSpacing = Number(tag); break;
+            case 45: i.rowSpacing = Number(tag); break;
+            case 210: i.extrusion[0] = Number(tag); break;
+            case 220: i.extrusion[1] = Number(tag); break;
+            case 230: i.extrusion[2] = Number(tag); break;
+            default: break;
+        }
+    }
+
+    // An entity is complete when the next 0 group comes.
+    void EndEntity() {
+        if (!entity_) return;
+        Entity e = std::move(*entity_);
+        entity_.reset();
+        switch (e.kind) {
+            case Kind::LwPolyline: Space().shapes.push_back(std::move(e.shape)); break;
+            case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
+            case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
+            case Kind::Polyline:
+                polyline_ = std::move(e.shape);
+                polylineFlags_ = e.flags;
+                break;
+            case Kind::Vertex:
+                if (polyline_ && !(e.flags & kFrameControlPointFlag)) {
+                    polyline_->xy.push_back(e.cx);
+                    polyline_->xy.push_back(e.cy);
+                    polyline_->bulges.push_back(e.radius);
+                }
+                break;
+            default: break;
+        }
+    }
+
+    static DxfShape CircleShape(Entity e) {
+        DxfShape s = std::move(e.shape);
+        if (!(e.radius > 0)) {
+            s.problem = "has a radius of " + Shown(e.radius) + " (a circle needs a radius above 0)";
+            return s;
+        }
+        s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
+        s.bulges = {1, 1};
+        s.closed = true;
+        return s;
+    }
+
+    void EndPolyline() {
+        if (!polyline_) return;
+        DxfShape s = std::move(*polyline_);
+        polyline_.reset();
+        s.closed = (polylineFlags_ & kClosedFlag) != 0;
+        if (polylineFlags_ & kMeshFlags) s.problem = "is a mesh, not a profile";
+        else if (polylineFlags_ & k3dPolylineFlag) s.problem = "is a 3D polyline, not a plane profile";
+        Space().shapes.push_back(std::move(s));
+    }
+
+    double Number(const DxfTag& tag) const {
+        double value = 0;
+        const char* end = tag.value.data() + tag.value.size();
+        const auto result = std::from_chars(tag.value.data(), end, value);
+        if (tag.value.empty() || result.ec != std::errc() || result.ptr != end) {
+            throw ProfileFileError(source_ + ":" + std::to_string(tag.line + 1) + ": '" + Clipped(tag.value) +
+                                   "' is not a number (group " + std::to_string(tag.code) + ")");
+        }
+        return value;
+    }
+
+    int Integer(const DxfTag& tag) const {
+        const double value = Number(tag);
+        return std::fabs(value) < 2147483647.0 ? static_cast<int>(value) : 0;
+    }
+
+    static std::string Clipped(std::string_view text) {
+        std::string shown;
+        for (char ch : text.substr(0, 40)) shown += std::isprint(static_cast<unsigned char>(ch)) ? ch : '?';
+        return text.size() > 40 ? shown + "..." : shown;
+    }
+
+    static std::string Shown(double value) {
+        char buffer[32];
+        const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+        return std::string(buffer, result.ptr);
+    }
+
+    DxfTagReader reader_;
+    std::string source_;
+    DxfDrawing drawing_;
+    Section section_ = Section::None;
+    bool expectSectionName_ = false;
+    std::string variable_;
+    std::optional<DxfBlock> block_;
+    bool inBlockHeader_ = false;
+    std::optional<Entity> entity_;
+    std::optional<DxfShape> polyline_;
+    int polylineFlags_ = 0;
+};
+
+}  // namespace
+
+std::string UpperCase(std::string_view name) {
+    std::string upper(name);
+    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    return upper;
+}
+
+DxfDrawing ParseDxf(std::string_view text, const std::string& source) { return Parser(text, source).Run(); }
+
+}  // namespace tgp::cli

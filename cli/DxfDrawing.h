@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tgp::cli {
+
+// What a DXF drawing holds that can make profiles, as drawn: each outline in its entity's own
+// coordinate system (OCS), block references with their placement, and block definitions.
+
+// An extrusion direction (group codes 210, 220, 230): the normal of an entity's plane.
+using Direction = std::array<double, 3>;
+
+// A closed-outline candidate: a polyline's vertices and bulges, or a circle as two half arcs.
+struct DxfShape {
+    std::string type;  // LWPOLYLINE, POLYLINE or CIRCLE
+    std::string handle, layer;
+    bool paperSpace = false;
+    Direction extrusion{0, 0, 1};
+    std::size_t line = 0;  // where the entity starts in the file
+    std::vector<double> xy, bulges;
+    bool closed = false;
+    std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
+};
+
+// A block reference (INSERT): the block's contents scaled, turned and moved, in rows and columns.
+struct DxfInsert {
+    std::string block, handle, layer;
+    bool paperSpace = false;
+    Direction extrusion{0, 0, 1};
+    std::size_t line = 0;
+    double x = 0, y = 0, z = 0;
+    double sx = 1, sy = 1, sz = 1;
+    double angle = 0;  // degrees, counter-clockwise
+    int columns = 1, rows = 1;
+    double columnSpacing = 0, rowSpacing = 0;
+};
+
+// Model space, or the contents of one block definition.
+struct DxfSpace {
+    std::vector<DxfShape> shapes;
+    std::vector<DxfInsert> inserts;
+};
+
+struct DxfBlock {
+    std::string name;
+    double baseX = 0, baseY = 0;
+    DxfSpace contents;
+};
+
+struct DxfDrawing {
+    int insunits = 0;  // $INSUNITS: 0 unitless, 1 inches, 4 millimetres, 6 metres, ...
+    DxfSpace model;
+    std::map<std::string, DxfBlock> blocks;  // by upper-case name (block names ignore case)
+    std::map<std::string, std::size_t> skipped;  // entities that make no profile, by type
+};
+
+// Reads the groups of an ASCII DXF text into a drawing. Numbers are read with a decimal point
+// whatever the locale; counts the file declares are never trusted (memory follows what is there).
+// A group code or number that cannot be read raises ProfileFileError naming `source` and the line.
+DxfDrawing ParseDxf(std::string_view text, const std::string& source);
+
+// The upper-case form of a block or layer name, as the drawing compares them.
+std::string UpperCase(std::string_view name);
+
+}  // namespace tgp::cli
