@@ -20,7 +20,7 @@ namespace {
 
 std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID) {
     auto s = std::make_shared<UnitSetting>();
-    for (auto kind : {DLengthObject, DAreaObject, DMomentOfInertiaObject}) s->UnitID(kind, length);
+    for (auto kind : {DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject}) s->UnitID(kind, length);
     s->UnitID(DAngleObject, angle);
     return s;
 }
@@ -193,7 +193,8 @@ TEST(SectionCommand, ExitCodesAndMessages) {
 
 TEST(SectionCommand, ExamplesRun) {
     const std::string dir = TGP_EXAMPLES_DIR;
-    for (const char* name : {"ipe200.txt", "ipe200.dxf", "arcs.txt", "arcs.dxf"}) {
+    for (const char* name : {"ipe200.txt", "ipe200.dxf", "arcs.txt", "arcs.dxf", "rhs200x100x8.dxf", "chs168x8.dxf",
+                             "plate_girder.dxf", "box_girder_metres.dxf", "block_reference.dxf"}) {
         const CommandRun r = RunCommand({dir + "/" + name, "--units", "cm"});
         EXPECT_EQ(r.code, 0) << name << r.err;
     }

@@ -1,0 +1,174 @@
+// Outlines grouped into sections (holes, islands, touching plates, text loops) and the hollow-section
+// table through the executable on drawings the test writes.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/SectionReport.h"
+#include "cli/TextProfileReader.h"
+#include "profiles/ProfileTestShapes.h"
+#include "units/NumberText.h"
+
+namespace tgp::cli {
+namespace {
+
+using testing::Outline;
+
+std::shared_ptr<UnitSetting> Millimetres() { return std::make_shared<UnitSetting>(); }
+
+DrawnProfile Outlined(const std::string& name, const Outline& o) {
+    DrawnProfile p;
+    p.name = name;
+    p.xy = o.xy;
+    p.bulges = o.bulges;
+    return p;
+}
+
+TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
+    const std::vector<DrawnProfile> drawn = {
+        Outlined("hole", testing::Rectangle(10, 10, 180, 80).Reversed()),
+        Outlined("plate", testing::Rectangle(0, 0, 200, 100)),
+        Outlined("island", testing::Rectangle(50, 30, 20, 20)),
+        Outlined("web", testing::Rectangle(1000 - 5, 20, 10, 560)),
+        Outlined("top flange", testing::Rectangle(1000 - 150, 580, 300, 20)),
+        Outlined("bottom flange", testing::Rectangle(1000 - 200, 0, 400, 20)),
+        Outlined("rod", testing::Circle(3000, 0, 10)),
+    };
+    const auto sections = AnalyseProfiles(drawn, Millimetres());
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[0].name, "plate with 1 hole");
+    EXPECT_EQ(sections[0].loops, 3);
+    EXPECT_EQ(sections[0].holes, 1);
+    ASSERT_TRUE(sections[0].values);
+    EXPECT_NEAR(sections[0].values->area, 200 * 100 - 180 * 80 + 20 * 20, 1e-9);
+    EXPECT_EQ(sections[1].name, "web and 2 more parts");
+    ASSERT_TRUE(sections[1].values);
+    EXPECT_NEAR(sections[1].values->area, 10 * 560 + 300 * 20 + 400 * 20, 1e-9);
+    EXPECT_EQ(sections[2].name, "rod");
+
+    const auto separate = AnalyseProfiles(drawn, Millimetres(), true);
+    EXPECT_EQ(separate.size(), drawn.size());
+}
+
+TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
+    const std::vector<DrawnProfile> drawn = {
+        Outlined("first", testing::Rectangle(0, 0, 10, 10)),
+        Outlined("second", testing::Rectangle(5, 5, 10, 10)),
+        Outlined("third", testing::Rectangle(100, 0, 10, 10)),
+    };
+    const auto outcomes = AnalyseProfiles(drawn, Millimetres());
+    ASSERT_EQ(outcomes.size(), 3u);
+    EXPECT_EQ(outcomes[0].error, "overlaps second (their interiors cross)");
+    EXPECT_EQ(outcomes[1].error, "overlaps first (their interiors cross)");
+    EXPECT_TRUE(outcomes[2].values);
+}
+
+TEST(SectionGrouping, TheLoopsOfATextProfileAreOneSection) {
+    std::istringstream text("profile box\n0 0\n0 100\n200 100\n200 0\nloop\n10 10\n190 10\n190 90\n10 90\nend\n"
+                            "profile bars\n0 0\n0 10\n10 10\n10 0\nloop\n500 0\n500 10\n510 10\n510 0\n"
+                            "profile crossed\n0 0\n0 10\n10 10\n10 0\nloop\n5 5\n5 15\n15 15\n15 5\n");
+    const auto profiles = ReadTextProfiles(text, "in.txt");
+    ASSERT_EQ(profiles.size(), 6u);
+    EXPECT_EQ(profiles[1].name, "box, loop 2");
+    const auto sections = AnalyseProfiles(profiles, Millimetres());
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[0].name, "box with 1 hole");
+    EXPECT_NEAR(sections[0].values->area, 200 * 100 - 180 * 80, 1e-9);
+    EXPECT_EQ(sections[1].name, "bars and 1 more part") << "loops apart in one profile are still one section";
+    EXPECT_NEAR(sections[1].values->area, 200, 1e-9);
+    EXPECT_EQ(sections[2].error, "cannot be one section: crossed and crossed, loop 2 overlap (their interiors cross)");
+
+    std::istringstream stray("loop\n");
+    EXPECT_THROW(ReadTextProfiles(stray, "in.txt"), ProfileFileError);
+}
+
+// ---- the hollow-section table through the executable, on drawings the test writes ------------
+
+std::string Lwpolyline(const std::string& handle, const Outline& o, double scale) {
+    std::ostringstream e;
+    e << "0\nLWPOLYLINE\n5\n" << handle << "\n8\nHOLLOW\n90\n" << o.bulges.size() << "\n70\n1\n";
+    for (std::size_t i = 0; i < o.bulges.size(); ++i) {
+        e << "10\n" << FormatNumber(o.xy[2 * i] * scale) << "\n20\n" << FormatNumber(o.xy[2 * i + 1] * scale) << "\n42\n"
+          << FormatNumber(o.bulges[i]) << "\n";
+    }
+    return e.str();
+}
+
+std::string CircleEntity(const std::string& handle, double x, double r, double scale) {
+    return "0\nCIRCLE\n5\n" + handle + "\n8\nHOLLOW\n10\n" + FormatNumber(x * scale) + "\n20\n0\n40\n" +
+           FormatNumber(r * scale) + "\n";
+}
+
+// Every row drawn side by side (1000 mm apart), in the unit given by $INSUNITS.
+std::string HollowDrawing(const std::vector<testing::HollowRow>& rows, int insunits, double scale) {
+    std::string entities;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const testing::HollowRow& row = rows[i];
+        const double x = 1000.0 * static_cast<double>(i);
+        const std::string handle = std::to_string(100 + i);
+        if (row.Circular()) {
+            entities += CircleEntity(handle, x, row.B / 2, scale) + CircleEntity("F" + handle, x, row.B / 2 - row.t, scale);
+            continue;
+        }
+        auto [outer, inner] = testing::HollowOutlines(row);
+        for (Outline* o : {&outer, &inner}) {
+            for (std::size_t k = 0; k < o->xy.size(); k += 2) o->xy[k] += x;
+        }
+        entities += Lwpolyline(handle, outer, scale) + Lwpolyline("F" + handle, inner, scale);
+    }
+    return "0\nSECTION\n2\nHEADER\n9\n$INSUNITS\n70\n" + std::to_string(insunits) + "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
+           entities + "0\nENDSEC\n0\nEOF\n";
+}
+
+double JsonNumber(const std::string& line, const std::string& key) {
+    const auto at = line.find("\"" + key + "\": ");
+    if (at == std::string::npos) return NAN;
+    return testing::ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
+}
+
+TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
+    const auto rows = testing::ReadHollowTable();
+    if (!rows) GTEST_SKIP() << "shared/data/hollow_sections.csv not found beside the checkout";
+    struct Drawing {
+        int insunits;
+        double scale;  // drawing units per millimetre
+    };
+    for (const Drawing d : {Drawing{4, 1}, Drawing{6, 1e-3}, Drawing{1, 1 / 25.4}}) {
+        const std::string input = ::testing::TempDir() + "hollow_" + std::to_string(d.insunits) + ".dxf";
+        std::ofstream(input) << HollowDrawing(*rows, d.insunits, d.scale);
+        const std::string output = input + ".json";
+        const std::string command = std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
+        ASSERT_EQ(std::system(command.c_str()), 0) << command;
+        std::ifstream json(output);
+        std::map<std::string, std::string> byHandle;
+        for (std::string line; std::getline(json, line);) {
+            const auto at = line.find("\"handle\": \"");
+            if (at != std::string::npos) byHandle[line.substr(at + 11, line.find('"', at + 11) - at - 11)] = line;
+        }
+        ASSERT_EQ(byHandle.size(), rows->size()) << "one section (outer with its hole) per row";
+        for (std::size_t i = 0; i < rows->size(); ++i) {
+            const testing::HollowRow& row = (*rows)[i];
+            const std::string& line = byHandle[std::to_string(100 + i)];
+            const std::string what = row.name + " in $INSUNITS " + std::to_string(d.insunits);
+            EXPECT_EQ(JsonNumber(line, "holes"), 1) << what;
+            const double limit = 0.005;
+            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "area"), row.A), limit) << what;
+            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ix"), row.Ix), limit) << what;
+            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "iy"), row.Iy), limit) << what;
+            EXPECT_LT(testing::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")), row.Welx), limit) << what;
+            EXPECT_LT(testing::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")), row.Wely), limit) << what;
+            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "wpl_x"), row.Wplx), limit) << what;
+            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "wpl_y"), row.Wply), limit) << what;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tgp::cli
