@@ -142,7 +142,10 @@ private:
         if (!ocs) return refuse("lies in a plane that is not parallel to XY");
         const DxfBlock& block = found->second;
         const int columns = std::max(insert.columns, 1), rows = std::max(insert.rows, 1);
-        if (static_cast<long long>(columns) * rows > kMostCopies) return refuse("asks for more than 100000 copies of its block");
+        const long long copies = static_cast<long long>(columns) * rows;
+        if (copies > kMostCopies) return refuse("asks for more than 100000 copies of its block");
+        // Copies of copies multiply: the drawing as a whole may place at most so many block copies.
+        if ((placed_ += copies) > kMostPlacedCopies) return refuse("would place more than 1000000 block copies in the drawing");
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
                 const Affine placement = Translation(-block.baseX, -block.baseY)
@@ -160,10 +163,12 @@ private:
 
     static constexpr std::size_t kDeepestNesting = 32;
     static constexpr long long kMostCopies = 100000;
+    static constexpr long long kMostPlacedCopies = 1000000;
 
     const DxfDrawing& drawing_;
     const DxfReadOptions& options_;
     double scale_;
+    long long placed_ = 0;  // block copies placed so far
     std::vector<DrawnProfile> profiles_;
 };
 

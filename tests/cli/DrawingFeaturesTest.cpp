@@ -110,6 +110,13 @@ TEST(DrawingBlocks, ReferencesThatCannotBeUsed) {
         {Block("ROUND", 0, 0, "0\nCIRCLE\n5\nC1\n8\n0\n10\n0\n20\n0\n40\n5\n"), Insert("E4", "L", "ROUND", 0, 0, 2, 1),
          "has arcs that its block reference scales unequally in x and y (they would be ellipses)"},
     };
+    // Arrays of arrays multiply: 1000 copies of 1000 copies of a block is refused, not drawn.
+    const std::string grid = "70\n1000\n71\n1\n44\n20\n";
+    const std::string nested = Block("NONE", 0, 0, "") + Block("ROW", 0, 0, Insert("E6", "0", "NONE", 0, 0, 1, 1, 0, grid));
+    const auto many = ReadDxfText(Drawing(Insert("E7", "L", "ROW", 0, 0, 1, 1, 0, grid), nested), "d.dxf");
+    ASSERT_EQ(many.size(), 1u);
+    EXPECT_EQ(many[0].problem, "would place more than 1000000 block copies in the drawing");
+    EXPECT_EQ(many[0].name, "INSERT handle E6 on layer L in block ROW (INSERT handle E7)");
     for (const Case& c : cases) {
         const auto p = ReadDxfText(Drawing(c.entities, c.blocks), "d.dxf");
         ASSERT_EQ(p.size(), 1u) << c.problem;

@@ -26,8 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     auto units = std::make_shared<tgp::UnitSetting>();
     units->UnitID(tgp::DLengthObject, static_cast<int16_t>(bytes[0] >> 1) % 6);
     const tgp::cli::ReportUnits report = tgp::cli::ReportUnits::From(units, 1 + bytes[0] % 15);
-    std::vector<tgp::cli::ProfileOutcome> outcomes;
-    for (const auto& profile : profiles) outcomes.push_back(tgp::cli::AnalyseProfile(profile, units));
+    const auto outcomes = tgp::cli::AnalyseProfiles(profiles, units, (bytes[0] & 2) != 0);
     (void)tgp::cli::FormatTable(outcomes, report);
     (void)tgp::cli::FormatJson(outcomes, report);
     return 0;
