@@ -47,16 +47,25 @@ class Parser {
     };
 
 public:
-    Parser(std::string_view text, const std::string& source) : reader_(text, source), source_(source) {}
+    Parser(std::string_view contents, const std::string& source)
+        : tags_(OpenDxfTags(contents, source)), source_(source) {}
 
     DxfDrawing Run() {
         DxfTag tag;
-        while (reader_.Next(tag)) {
+        bool ended = false;
+        while (tags_->Next(tag)) {
             if (tag.code == 0) {
-                if (Structure(tag)) break;
+                if ((ended = Structure(tag))) break;
                 continue;
             }
             Group(tag);
+        }
+        if (!ended) {
+            if (section_ != Section::None) {
+                throw ProfileFileError(source_ + ": section " + sectionName_ +
+                                       " is not closed: the file ends without ENDSEC and EOF (it is cut short?)");
+            }
+            throw ProfileFileError(source_ + ": the file ends without EOF (it is cut short?)");
         }
         EndEntity();
         EndPolyline();
@@ -70,7 +79,12 @@ private:
         EndEntity();
         if (value == "EOF") return true;
         if (value == "SECTION") {
+            if (section_ != Section::None) {
+                throw ProfileFileError(tags_->Where(tag) + ": a section starts inside section " + sectionName_ +
+                                       " (its ENDSEC is missing)");
+            }
             section_ = Section::Other;
+            sectionName_ = "(unnamed)";
             expectSectionName_ = true;
             return false;
         }
@@ -92,13 +106,14 @@ private:
             inBlockHeader_ = false;
             return false;
         }
-        if (section_ == Section::Entities || (section_ == Section::Blocks && block_)) BeginEntity(value, tag.line);
+        if (section_ == Section::Entities || (section_ == Section::Blocks && block_)) BeginEntity(value, tag.position);
         return false;
     }
 
     void Group(const DxfTag& tag) {
         if (expectSectionName_ && tag.code == 2) {
             expectSectionName_ = false;
+            sectionName_ = std::string(tag.value);
             section_ = tag.value == "HEADER" ? Section::Header
                        : tag.value == "BLOCKS" ? Section::Blocks
                        : tag.value == "ENTITIES" ? Section::Entities
@@ -127,6 +142,7 @@ private:
     DxfSpace& Space() { return block_ ? block_->contents : drawing_.model; }
 
     void BeginEntity(std::string_view type, std::size_t line) {
+        if (type.empty()) return;
         inBlockHeader_ = false;
         const Kind kind = KindOf(type);
         // A polyline's vertices run until SEQEND; anything else ends it too (a cut-off sequence).
@@ -140,13 +156,17 @@ private:
         entity_->shape.type = std::string(type);
         entity_->shape.line = line;
         entity_->insert.line = line;
-        if (kind == Kind::Other) ++drawing_.skipped[std::string(type)];
     }
 
     // The common groups go to whichever record the entity fills.
     void EntityGroup(const DxfTag& tag) {
         Entity& e = *entity_;
-        if (e.kind == Kind::Other || e.kind == Kind::Attribute) return;
+        if (e.kind == Kind::Attribute) return;
+        if (e.kind == Kind::Other) {
+            if (tag.code == 8) e.shape.layer = std::string(tag.value);
+            if (tag.code == 67) e.shape.paperSpace = Integer(tag) == 1;
+            return;
+        }
         if (e.kind == Kind::Vertex) return VertexGroup(tag);
         if (e.kind == Kind::Insert) return InsertGroup(tag);
         DxfShape& s = e.shape;
@@ -233,9 +253,13 @@ private:
         Entity e = std::move(*entity_);
         entity_.reset();
         switch (e.kind) {
-            case Kind::LwPolyline: Space().shapes.push_back(std::move(e.shape)); break;
+            case Kind::LwPolyline:
+                if (e.shape.xy.empty()) e.shape.problem = "has no vertices";
+                Space().shapes.push_back(std::move(e.shape));
+                break;
             case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
             case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
+            case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:
                 polyline_ = std::move(e.shape);
                 polylineFlags_ = e.flags;
@@ -269,17 +293,19 @@ private:
         polyline_.reset();
         s.closed = (polylineFlags_ & kClosedFlag) != 0;
         if (polylineFlags_ & kMeshFlags) s.problem = "is a mesh, not a profile";
+        else if (s.xy.empty()) s.problem = "has no vertices";
         else if (polylineFlags_ & k3dPolylineFlag) s.problem = "is a 3D polyline, not a plane profile";
         Space().shapes.push_back(std::move(s));
     }
 
     double Number(const DxfTag& tag) const {
+        if (tag.isNumber) return tag.number;
         double value = 0;
         const char* end = tag.value.data() + tag.value.size();
         const auto result = std::from_chars(tag.value.data(), end, value);
         if (tag.value.empty() || result.ec != std::errc() || result.ptr != end) {
-            throw ProfileFileError(source_ + ":" + std::to_string(tag.line + 1) + ": '" + Clipped(tag.value) +
-                                   "' is not a number (group " + std::to_string(tag.code) + ")");
+            throw ProfileFileError(tags_->WhereValue(tag) + ": '" + Clipped(tag.value) + "' is not a number (group " +
+                                   std::to_string(tag.code) + ")");
         }
         return value;
     }
@@ -301,10 +327,11 @@ private:
         return std::string(buffer, result.ptr);
     }
 
-    DxfTagReader reader_;
+    std::unique_ptr<DxfTagSource> tags_;
     std::string source_;
     DxfDrawing drawing_;
     Section section_ = Section::None;
+    std::string sectionName_;
     bool expectSectionName_ = false;
     std::string variable_;
     std::optional<DxfBlock> block_;
@@ -322,6 +349,6 @@ std::string UpperCase(std::string_view name) {
     return upper;
 }
 
-DxfDrawing ParseDxf(std::string_view text, const std::string& source) { return Parser(text, source).Run(); }
+DxfDrawing ParseDxf(std::string_view contents, const std::string& source) { return Parser(contents, source).Run(); }
 
 }  // namespace tgp::cli

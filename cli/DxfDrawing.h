@@ -40,10 +40,18 @@ struct DxfInsert {
     double columnSpacing = 0, rowSpacing = 0;
 };
 
+// An entity that makes no outline (TEXT, DIMENSION, ...): its type, layer and space.
+struct DxfOther {
+    std::string type, layer;
+    bool paperSpace = false;
+    auto operator<=>(const DxfOther&) const = default;
+};
+
 // Model space, or the contents of one block definition.
 struct DxfSpace {
     std::vector<DxfShape> shapes;
     std::vector<DxfInsert> inserts;
+    std::map<DxfOther, std::size_t> others;  // counted by type, layer and space
 };
 
 struct DxfBlock {
@@ -56,13 +64,14 @@ struct DxfDrawing {
     int insunits = 0;  // $INSUNITS: 0 unitless, 1 inches, 4 millimetres, 6 metres, ...
     DxfSpace model;
     std::map<std::string, DxfBlock> blocks;  // by upper-case name (block names ignore case)
-    std::map<std::string, std::size_t> skipped;  // entities that make no profile, by type
 };
 
-// Reads the groups of an ASCII DXF text into a drawing. Numbers are read with a decimal point
-// whatever the locale; counts the file declares are never trusted (memory follows what is there).
-// A group code or number that cannot be read raises ProfileFileError naming `source` and the line.
-DxfDrawing ParseDxf(std::string_view text, const std::string& source);
+// Reads a DXF file's contents, ASCII or binary, into a drawing. Numbers are read with a decimal
+// point whatever the locale; counts the file declares are never trusted (memory follows what is
+// there). A file that is empty, is not DXF, is cut short (no EOF, a section left open, a group
+// without its value) or holds a group that cannot be read raises ProfileFileError naming `source`
+// and the place.
+DxfDrawing ParseDxf(std::string_view contents, const std::string& source);
 
 // The upper-case form of a block or layer name, as the drawing compares them.
 std::string UpperCase(std::string_view name);

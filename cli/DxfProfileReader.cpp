@@ -53,8 +53,8 @@ struct Context {
 
 class Resolver {
 public:
-    Resolver(const DxfDrawing& drawing, const DxfReadOptions& options, double scale)
-        : drawing_(drawing), options_(options), scale_(scale) {}
+    Resolver(const DxfDrawing& drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
+        : drawing_(drawing), options_(options), scale_(scale), skipped_(skipped) {}
 
     std::vector<DrawnProfile> Run() {
         Space(drawing_.model, Context{Scaling(scale_, scale_), "", "", {}});
@@ -65,6 +65,22 @@ private:
     void Space(const DxfSpace& space, const Context& context) {
         for (const DxfShape& shape : space.shapes) Shape(shape, context);
         for (const DxfInsert& insert : space.inserts) Insert(insert, context);
+        for (const auto& [other, count] : space.others) {
+            const std::string layer = LayerOf(other.layer, context);
+            Skip(other.paperSpace ? other.type + " in paper space" : !Wanted(layer) ? other.type + " on other layers" : other.type,
+                 count);
+        }
+    }
+
+    void Skip(const std::string& what, std::size_t count = 1) {
+        if (!skipped_) return;
+        for (auto& [description, n] : *skipped_) {
+            if (description == what) {
+                n += count;
+                return;
+            }
+        }
+        skipped_->emplace_back(what, count);
     }
 
     std::string LayerOf(const std::string& own, const Context& context) const {
@@ -83,9 +99,9 @@ private:
     }
 
     void Shape(const DxfShape& shape, const Context& context) {
-        if (shape.paperSpace) return;
+        if (shape.paperSpace) return Skip(shape.type + " in paper space");
         const std::string layer = LayerOf(shape.layer, context);
-        if (!Wanted(layer)) return;
+        if (!Wanted(layer)) return Skip(shape.type + " on other layers");
         DrawnProfile p;
         p.type = shape.type;
         p.handle = shape.handle;
@@ -113,11 +129,13 @@ private:
             const auto& xy = p.xy;
             p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
         }
+        // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
+        if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
         profiles_.push_back(std::move(p));
     }
 
     void Insert(const DxfInsert& insert, const Context& context) {
-        if (insert.paperSpace) return;
+        if (insert.paperSpace) return Skip("INSERT in paper space");
         const std::string layer = LayerOf(insert.layer, context);
         const std::string reference = " in block " + insert.block + " (INSERT" +
                                       (insert.handle.empty() ? "" : " handle " + insert.handle) + ")";
@@ -168,6 +186,7 @@ private:
     const DxfDrawing& drawing_;
     const DxfReadOptions& options_;
     double scale_;
+    DxfSkips* skipped_;
     long long placed_ = 0;  // block copies placed so far
     std::vector<DrawnProfile> profiles_;
 };
@@ -201,18 +220,33 @@ double MillimetresPerInsUnit(int code) {
     }
 }
 
-std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw ProfileFileError(path + ": cannot open the file");
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    return ReadDxfText(text, path, options);
+std::string SkipSummary(const DxfSkips& skipped) {
+    DxfSkips sorted = skipped;  // most first, then by description
+    std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
+        return a.second != b.second ? a.second > b.second : a.first < b.first;
+    });
+    std::string summary;
+    for (const auto& [description, count] : sorted) {
+        if (!summary.empty()) summary += ", ";
+        summary += std::to_string(count) + " " + description;
+    }
+    return summary;
 }
 
-std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source, const DxfReadOptions& options) {
-    const DxfDrawing drawing = ParseDxf(text, source);
+std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options, DxfSkips* skipped) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw ProfileFileError(path + ": cannot open the file");
+    const std::string contents((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (file.bad()) throw ProfileFileError(path + ": read error");
+    return ReadDxfText(contents, path, options, skipped);
+}
+
+std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source, const DxfReadOptions& options,
+                                      DxfSkips* skipped) {
+    const DxfDrawing drawing = ParseDxf(contents, source);
     double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
     if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
-    return Resolver(drawing, options, scale).Run();
+    return Resolver(drawing, options, scale, skipped).Run();
 }
 
 }  // namespace tgp::cli

@@ -1,13 +1,21 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <string_view>
 #include <vector>
 
 #include "cli/DrawnProfile.h"
 
 namespace tgp::cli {
+
+// What a drawing held that made no outline, by description ("TEXT", "open LWPOLYLINE on layer DIM",
+// "CIRCLE in paper space"), with counts.
+using DxfSkips = std::vector<std::pair<std::string, std::size_t>>;
+// "12 TEXT, 3 open LWPOLYLINE on layer DIM": the most frequent first; empty when nothing was skipped.
+std::string SkipSummary(const DxfSkips& skipped);
 
 struct DxfReadOptions {
     std::optional<std::string> layer;              // only outlines on this layer (any case)
@@ -21,14 +29,16 @@ struct DxfReadOptions {
 // its entity's own coordinate system (a mirrored entity, extrusion (0, 0, -1), lands mirrored).
 // Entities on layer 0 inside a block take the layer of the reference. Paper space is not read.
 // Outlines that cannot be used as drawn carry their problem (a mesh, a radius of 0, an arc scaled
-// unequally, a plane not parallel to XY). Each is named after its entity:
+// unequally, a plane not parallel to XY). What makes no outline (texts, dimensions, open polylines,
+// anything in paper space or on other layers) is counted in `skipped` when given. Each is named after its entity:
 // "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)".
 // The drawing unit is $INSUNITS (millimetres when unitless) unless the options give one.
 // A file that cannot be opened or read raises ProfileFileError.
-std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {});
+std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {},
+                                          DxfSkips* skipped = nullptr);
 // The same from the text of a drawing; `source` names it in messages.
-std::vector<DrawnProfile> ReadDxfText(std::string_view text, const std::string& source,
-                                      const DxfReadOptions& options = {});
+std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source,
+                                      const DxfReadOptions& options = {}, DxfSkips* skipped = nullptr);
 
 // Millimetres per drawing unit for an $INSUNITS code; 0 for unitless and unknown codes.
 double MillimetresPerInsUnit(int code);

@@ -73,13 +73,14 @@ struct Options {
     int digits = 6;
     bool json = false;
     bool eachLoop = false;
+    bool quiet = false;
     DxfReadOptions dxf;  // from the two options above
 };
 
 // The outlines of one file, in millimetres: a drawing's unit from the option, else from the
 // drawing itself; a text file's from the option, else millimetres.
-std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o) {
-    if (LooksLikeDxf(path, o.format)) return ReadDxfProfiles(path, o.dxf);
+std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o, DxfSkips& skipped) {
+    if (LooksLikeDxf(path, o.format)) return ReadDxfProfiles(path, o.dxf, &skipped);
     std::ifstream in(path);
     if (!in) throw ProfileFileError(path + ": cannot open the file");
     std::vector<DrawnProfile> profiles = ReadTextProfiles(in, path);
@@ -105,6 +106,7 @@ void Declare(CLI::App& app, Options& o) {
     app.add_option("--layer", o.layer, "read only the outlines on this layer of a drawing (any case)");
     app.add_flag("--each-loop", o.eachLoop, "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
+    app.add_flag("-q,--quiet", o.quiet, "do not list what each drawing held that made no outline");
 }
 
 }  // namespace
@@ -128,11 +130,14 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
     bool unreadable = false;
     for (const std::string& file : o.files) {
         try {
-            for (ProfileOutcome& outcome : AnalyseProfiles(ReadProfiles(file, o), units.setting, o.eachLoop)) {
+            DxfSkips skipped;
+            const std::vector<DrawnProfile> profiles = ReadProfiles(file, o, skipped);
+            for (ProfileOutcome& outcome : AnalyseProfiles(profiles, units.setting, o.eachLoop)) {
                 outcome.name = file + ": " + outcome.name;
                 outcome.file = file;
                 outcomes.push_back(std::move(outcome));
             }
+            if (!o.quiet && !skipped.empty()) err << "tgp-section: " << file << ": skipped " << SkipSummary(skipped) << "\n";
         } catch (const ProfileFileError& e) {
             err << "tgp-section: " << e.what() << "\n";
             unreadable = true;
