@@ -3,6 +3,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <numbers>
 #include <optional>
 
 #include "cli/DrawnProfile.h"
@@ -20,7 +21,7 @@ constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control p
 enum class Section { None, Header, Blocks, Entities, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
-enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Insert, Attribute, Other };
+enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Insert, Attribute, Other };
 
 Kind KindOf(std::string_view type) {
     if (type == "LWPOLYLINE") return Kind::LwPolyline;
@@ -28,6 +29,8 @@ Kind KindOf(std::string_view type) {
     if (type == "VERTEX") return Kind::Vertex;
     if (type == "SEQEND") return Kind::SequenceEnd;
     if (type == "CIRCLE") return Kind::Circle;
+    if (type == "ARC") return Kind::Arc;
+    if (type == "LINE") return Kind::Line;
     if (type == "INSERT") return Kind::Insert;
     if (type == "ATTRIB") return Kind::Attribute;
     return Kind::Other;
@@ -43,6 +46,7 @@ class Parser {
         DxfShape shape{};
         DxfInsert insert{};
         double cx = 0, cy = 0, radius = 0;
+        double x1 = 0, y1 = 0, startAngle = 0, endAngle = 360;
         int flags = 0;
     };
 
@@ -181,7 +185,7 @@ private:
         }
         if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
-        if (e.kind == Kind::Circle) CircleGroup(tag, e);
+        if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line) CircleGroup(tag, e);
     }
 
     void LwPolylineGroup(const DxfTag& tag, DxfShape& s) {
@@ -202,11 +206,16 @@ private:
         }
     }
 
+    // Circles and arcs: centre, radius and (arcs) start and end angles; lines: both end points.
     void CircleGroup(const DxfTag& tag, Entity& e) {
         switch (tag.code) {
             case 10: e.cx = Number(tag); break;
             case 20: e.cy = Number(tag); break;
+            case 11: e.x1 = Number(tag); break;
+            case 21: e.y1 = Number(tag); break;
             case 40: e.radius = Number(tag); break;
+            case 50: e.startAngle = Number(tag); break;
+            case 51: e.endAngle = Number(tag); break;
             default: break;
         }
     }
@@ -258,6 +267,8 @@ private:
                 Space().shapes.push_back(std::move(e.shape));
                 break;
             case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
+            case Kind::Arc: Space().shapes.push_back(ArcShape(std::move(e))); break;
+            case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
             case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
             case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:
@@ -284,6 +295,37 @@ private:
         s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
         s.bulges = {1, 1};
         s.closed = true;
+        return s;
+    }
+
+    // An arc runs counter-clockwise (in its own coordinate system) from the start to the end angle;
+    // one that comes back to its start is a whole circle.
+    static DxfShape ArcShape(Entity e) {
+        const double sweep = SweepDegrees(e.startAngle, e.endAngle);
+        if (!(e.radius > 0) || sweep >= 360) return CircleShape(std::move(e));
+        DxfShape s = std::move(e.shape);
+        const double degree = std::numbers::pi / 180;
+        s.xy = {e.cx + e.radius * std::cos(e.startAngle * degree), e.cy + e.radius * std::sin(e.startAngle * degree),
+                e.cx + e.radius * std::cos(e.endAngle * degree), e.cy + e.radius * std::sin(e.endAngle * degree)};
+        s.bulges = {std::tan(sweep * degree / 4), 0};
+        s.edge = true;
+        return s;
+    }
+
+    // The counter-clockwise turn from one angle to another, in (0, 360]; 360 when they are equal.
+    static double SweepDegrees(double from, double to) {
+        double sweep = std::fmod(to - from, 360.0);
+        if (sweep <= 0) sweep += 360;
+        return sweep;
+    }
+
+    // A line's end points are world coordinates (its extrusion only gives its thickness a direction).
+    static DxfShape LineShape(Entity e) {
+        DxfShape s = std::move(e.shape);
+        s.extrusion = {0, 0, 1};
+        s.xy = {e.cx, e.cy, e.x1, e.y1};
+        s.bulges = {0, 0};
+        s.edge = true;
         return s;
     }
 

@@ -17,13 +17,16 @@ using Direction = std::array<double, 3>;
 
 // A closed-outline candidate: a polyline's vertices and bulges, or a circle as two half arcs.
 struct DxfShape {
-    std::string type;  // LWPOLYLINE, POLYLINE or CIRCLE
+    std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE or ARC
     std::string handle, layer;
     bool paperSpace = false;
     Direction extrusion{0, 0, 1};
     std::size_t line = 0;  // where the entity starts in the file
     std::vector<double> xy, bulges;
     bool closed = false;
+    // A LINE or ARC: one segment from xy[0..1] to xy[2..3] with bulges[0], to be chained with others
+    // into closed outlines.
+    bool edge = false;
     std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
 };
 

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "cli/DxfDrawing.h"
+#include "cli/EdgeChains.h"
 
 namespace tgp::cli {
 
@@ -58,6 +59,10 @@ public:
 
     std::vector<DrawnProfile> Run() {
         Space(drawing_.model, Context{Scaling(scale_, scale_), "", "", {}});
+        std::vector<DrawnProfile> chains = ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
+            Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
+        });
+        for (DrawnProfile& chain : chains) profiles_.push_back(std::move(chain));
         return std::move(profiles_);
     }
 
@@ -129,6 +134,14 @@ private:
             const auto& xy = p.xy;
             p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
         }
+        if (shape.edge && p.problem.empty() && p.xy.size() == 4) {
+            const bool finite = std::all_of(p.xy.begin(), p.xy.end(), [](double v) { return std::isfinite(v); });
+            if (finite && std::isfinite(p.bulges[0])) {
+                edges_.push_back({shape.type, shape.handle, layer, p.xy[0], p.xy[1], p.xy[2], p.xy[3], p.bulges[0]});
+                return;
+            }
+            p.problem = "has a coordinate that is not a finite number";
+        }
         // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
         if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
         profiles_.push_back(std::move(p));
@@ -189,6 +202,7 @@ private:
     DxfSkips* skipped_;
     long long placed_ = 0;  // block copies placed so far
     std::vector<DrawnProfile> profiles_;
+    std::vector<DrawnEdge> edges_;  // lines and arcs, chained into outlines at the end
 };
 
 }  // namespace

@@ -1,0 +1,135 @@
+#include "cli/EdgeChains.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+namespace tgp::cli {
+
+namespace {
+
+// Points that lie within the gap of one another become one node: each point is compared with the
+// nodes in its own and the neighbouring cells of a grid whose cells are one gap wide.
+class Nodes {
+public:
+    explicit Nodes(double gap) : gap_(gap > 0 ? gap : 1e-300) {}
+
+    int At(double x, double y) {
+        const std::int64_t cx = Cell(x), cy = Cell(y);
+        for (std::int64_t dx = -1; dx <= 1; ++dx) {
+            for (std::int64_t dy = -1; dy <= 1; ++dy) {
+                const auto found = cells_.find(Key(cx + dx, cy + dy));
+                if (found == cells_.end()) continue;
+                for (int node : found->second) {
+                    if (std::hypot(points_[static_cast<std::size_t>(node)].first - x,
+                                   points_[static_cast<std::size_t>(node)].second - y) <= gap_) {
+                        return node;
+                    }
+                }
+            }
+        }
+        const int node = static_cast<int>(points_.size());
+        points_.emplace_back(x, y);
+        cells_[Key(cx, cy)].push_back(node);
+        return node;
+    }
+    std::size_t Count() const { return points_.size(); }
+
+private:
+    std::int64_t Cell(double v) const {
+        const double c = std::floor(v / gap_);
+        return c > 4e18 ? INT64_MAX / 2 : c < -4e18 ? INT64_MIN / 2 : static_cast<std::int64_t>(c);
+    }
+    static std::uint64_t Key(std::int64_t x, std::int64_t y) {
+        return static_cast<std::uint64_t>(x) * 0x9E3779B97F4A7C15ull ^ static_cast<std::uint64_t>(y);
+    }
+
+    double gap_;
+    std::vector<std::pair<double, double>> points_;
+    std::unordered_map<std::uint64_t, std::vector<int>> cells_;
+};
+
+std::string CountedTypes(const std::vector<DrawnEdge>& edges, const std::vector<std::size_t>& chain) {
+    std::map<std::string, std::size_t> counts;
+    for (std::size_t e : chain) ++counts[edges[e].type];
+    std::string text;
+    for (const auto& [type, n] : counts) text += (text.empty() ? "" : " and ") + std::to_string(n) + " " + type;
+    return text;
+}
+
+}  // namespace
+
+std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
+                                     const std::function<void(const DrawnEdge&, const std::string& why)>& unused) {
+    if (edges.empty()) return {};
+    double xmin = HUGE_VAL, ymin = HUGE_VAL, xmax = -HUGE_VAL, ymax = -HUGE_VAL;
+    for (const DrawnEdge& e : edges) {
+        xmin = std::min({xmin, e.x0, e.x1});
+        xmax = std::max({xmax, e.x0, e.x1});
+        ymin = std::min({ymin, e.y0, e.y1});
+        ymax = std::max({ymax, e.y0, e.y1});
+    }
+    Nodes nodes(kChainGap * std::max(xmax - xmin, ymax - ymin));
+    std::vector<std::pair<int, int>> ends(edges.size());
+    for (std::size_t i = 0; i < edges.size(); ++i) ends[i] = {nodes.At(edges[i].x0, edges[i].y0), nodes.At(edges[i].x1, edges[i].y1)};
+    std::vector<std::vector<std::size_t>> at(nodes.Count());  // the edges at each node
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        if (ends[i].first == ends[i].second) continue;
+        at[static_cast<std::size_t>(ends[i].first)].push_back(i);
+        at[static_cast<std::size_t>(ends[i].second)].push_back(i);
+    }
+    std::vector<bool> done(edges.size(), false);
+    std::vector<DrawnProfile> outlines;
+    for (std::size_t first = 0; first < edges.size(); ++first) {
+        if (done[first]) continue;
+        done[first] = true;
+        if (ends[first].first == ends[first].second) {
+            unused(edges[first], "of no length");
+            continue;
+        }
+        // Walk on from the end of the first edge until the walk comes back to its start.
+        std::vector<std::pair<std::size_t, bool>> chain{{first, true}};  // edge, travelled forwards
+        const int start = ends[first].first;
+        int node = ends[first].second;
+        std::size_t current = first;
+        bool closed = false;
+        while (at[static_cast<std::size_t>(node)].size() == 2) {
+            const auto& pair = at[static_cast<std::size_t>(node)];
+            const std::size_t next = pair[0] == current ? pair[1] : pair[0];
+            if (node == start) {
+                closed = next == first;
+                break;
+            }
+            if (done[next]) break;
+            done[next] = true;
+            const bool forwards = ends[next].first == node;
+            chain.emplace_back(next, forwards);
+            node = forwards ? ends[next].second : ends[next].first;
+            current = next;
+        }
+        if (!closed) {
+            for (const auto& [e, forwards] : chain) unused(edges[e], "not part of a closed outline");
+            continue;
+        }
+        DrawnProfile p;
+        std::vector<std::size_t> members;
+        for (const auto& [e, forwards] : chain) {
+            const DrawnEdge& edge = edges[e];
+            p.Add(forwards ? edge.x0 : edge.x1, forwards ? edge.y0 : edge.y1, forwards ? edge.bulge : -edge.bulge);
+            members.push_back(e);
+        }
+        const DrawnEdge& lead = edges[first];
+        p.type = lead.type;
+        p.handle = lead.handle;
+        p.layer = lead.layer;
+        p.name = "outline of " + CountedTypes(edges, members) + (lead.layer.empty() ? "" : " on layer " + lead.layer) +
+                 ", from " + lead.type + (lead.handle.empty() ? "" : " handle " + lead.handle);
+        outlines.push_back(std::move(p));
+    }
+    return outlines;
+}
+
+}  // namespace tgp::cli

@@ -1,0 +1,126 @@
+// Outlines drawn as separate LINE and ARC entities, chained end to end into closed outlines.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/DxfProfileReader.h"
+#include "cli/SectionReport.h"
+
+namespace tgp::cli {
+namespace {
+
+std::string Drawing(const std::string& entities) {
+    return "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
+}
+
+std::string Line(int handle, double x0, double y0, double x1, double y1, const std::string& layer = "EDGES") {
+    std::ostringstream e;
+    e.precision(17);
+    e << "0\nLINE\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\n" << layer << "\n10\n" << x0
+      << "\n20\n" << y0 << "\n30\n0\n11\n" << x1 << "\n21\n" << y1 << "\n31\n0\n";
+    return e.str();
+}
+
+std::string Arc(int handle, double cx, double cy, double r, double from, double to, const std::string& extra = "") {
+    std::ostringstream e;
+    e.precision(17);
+    e << "0\nARC\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\nEDGES\n10\n" << cx << "\n20\n" << cy
+      << "\n30\n0\n40\n" << r << "\n50\n" << from << "\n51\n" << to << "\n" << extra;
+    return e.str();
+}
+
+// A b x b square with corners rounded to radius r, centred on the origin, as 4 LINEs and 4 ARCs in a
+// shuffled order, each line drawn one way or the other, the ends off by up to `gap`.
+std::string RoundedSquare(double b, double r, double gap, unsigned seed) {
+    const double h = b / 2;
+    std::vector<std::string> pieces = {
+        Line(1, -h + r, -h, h - r, -h + gap), Line(2, h + gap, -h + r, h, h - r),
+        Line(3, h - r, h, -h + r - gap, h), Line(4, -h, h - r, -h, -h + r + gap),
+        Arc(5, h - r, -h + r, r, 270, 360), Arc(6, h - r, h - r, r, 0, 90),
+        Arc(7, -h + r, h - r, r, 90, 180), Arc(8, -h + r, -h + r, r, 180, 270),
+    };
+    std::mt19937 random(seed);
+    std::shuffle(pieces.begin(), pieces.end(), random);
+    std::string all;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        std::string piece = pieces[i];
+        if (piece.find("0\nLINE") == 0 && random() % 2) {  // the same line drawn from its other end
+            std::istringstream in(piece);
+            std::vector<std::string> lines;
+            for (std::string l; std::getline(in, l);) lines.push_back(l);
+            std::swap(lines[7], lines[13]);
+            std::swap(lines[9], lines[15]);
+            piece.clear();
+            for (const auto& l : lines) piece += l + "\n";
+        }
+        all += piece;
+    }
+    return all;
+}
+
+double Area(const DrawnProfile& p) {
+    const auto outcome = AnalyseProfile(p, std::make_shared<UnitSetting>());
+    EXPECT_TRUE(outcome.values) << outcome.error;
+    return outcome.values ? outcome.values->area : NAN;
+}
+
+TEST(DrawingEdges, LinesAndArcsInAnyOrderAndDirectionMakeOneOutline) {
+    const double b = 40, r = 6;
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        for (double gap : {0.0, 1e-9, 2e-5}) {
+            DxfSkips skipped;
+            const auto p = ReadDxfText(Drawing(RoundedSquare(b, r, gap, seed)), "e.dxf", {}, &skipped);
+            ASSERT_EQ(p.size(), 1u) << seed << " gap " << gap << ": " << SkipSummary(skipped);
+            EXPECT_EQ(p[0].VertexCount(), 8u);
+            EXPECT_NEAR(Area(p[0]), b * b - (4 - M_PI) * r * r, 1e-3) << seed;
+            EXPECT_EQ(p[0].name.find("outline of 4 ARC and 4 LINE on layer EDGES, from "), 0u) << p[0].name;
+        }
+    }
+    DxfSkips skipped;
+    const auto apart = ReadDxfText(Drawing(RoundedSquare(b, r, 0.01, 1)), "e.dxf", {}, &skipped);
+    EXPECT_TRUE(apart.empty()) << "a gap of 0.01 on a 40 mm part does not close";
+    EXPECT_NE(SkipSummary(skipped).find("on layer EDGES not part of a closed outline"), std::string::npos) << SkipSummary(skipped);
+}
+
+TEST(DrawingEdges, TheBoreInsideAnOutlineOfEdgesIsAHole) {
+    const std::string bore = "0\nCIRCLE\n5\n99\n8\nEDGES\n10\n0\n20\n0\n40\n2.1\n";
+    const auto p = ReadDxfText(Drawing(RoundedSquare(20, 1.5, 0, 3) + bore), "v.dxf");
+    ASSERT_EQ(p.size(), 2u);
+    const auto sections = AnalyseProfiles(p, std::make_shared<UnitSetting>());
+    ASSERT_EQ(sections.size(), 1u);
+    EXPECT_EQ(sections[0].holes, 1);
+    EXPECT_NEAR(sections[0].values->area, 400 - (4 - M_PI) * 2.25 - M_PI * 2.1 * 2.1, 1e-9);
+}
+
+TEST(DrawingEdges, ArcsWrapAroundAndMirroredArcsRunTheOtherWay) {
+    // A half disc: a diameter line and an arc from 270 through 0 to 90 degrees.
+    const auto wrapped = ReadDxfText(Drawing(Line(1, 0, 10, 0, -10) + Arc(2, 0, 0, 10, 270, 90)), "w.dxf");
+    ASSERT_EQ(wrapped.size(), 1u);
+    EXPECT_NEAR(Area(wrapped[0]), M_PI * 50, 1e-9);
+    // The same half disc mirrored: drawn with extrusion (0, 0, -1) its arc lies at negative x.
+    const auto mirrored = ReadDxfText(Drawing(Line(1, 0, 10, 0, -10) + Arc(2, 0, 0, 10, 270, 90, "210\n0\n220\n0\n230\n-1\n")),
+                                      "m.dxf");
+    ASSERT_EQ(mirrored.size(), 1u);
+    const auto v = AnalyseProfile(mirrored[0], std::make_shared<UnitSetting>()).values;
+    ASSERT_TRUE(v);
+    EXPECT_NEAR(v->xc, -40 / (3 * M_PI), 1e-9);
+}
+
+TEST(DrawingEdges, DanglingAndBranchingEdgesAreListedNotGuessed) {
+    DxfSkips skipped;
+    // A triangle with a fourth line from one corner: the corner meets three edges.
+    const auto p = ReadDxfText(Drawing(Line(1, 0, 0, 10, 0) + Line(2, 10, 0, 0, 10) + Line(3, 0, 10, 0, 0) +
+                                       Line(4, 0, 0, -5, -5, "AXES") + Line(5, 20, 20, 30, 30, "AXES")),
+                               "b.dxf", {}, &skipped);
+    EXPECT_TRUE(p.empty());
+    EXPECT_EQ(SkipSummary(skipped), "3 LINE on layer EDGES not part of a closed outline, 2 LINE on layer AXES not part of a "
+                                    "closed outline");
+}
+
+}  // namespace
+}  // namespace tgp::cli
