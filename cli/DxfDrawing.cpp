@@ -8,6 +8,7 @@
 
 #include "cli/DrawnProfile.h"
 #include "cli/DxfTags.h"
+#include "cli/Spline.h"
 
 namespace tgp::cli {
 
@@ -21,7 +22,7 @@ constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control p
 enum class Section { None, Header, Blocks, Entities, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
-enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Insert, Attribute, Other };
+enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Insert, Attribute, Other };
 
 Kind KindOf(std::string_view type) {
     if (type == "LWPOLYLINE") return Kind::LwPolyline;
@@ -31,6 +32,7 @@ Kind KindOf(std::string_view type) {
     if (type == "CIRCLE") return Kind::Circle;
     if (type == "ARC") return Kind::Arc;
     if (type == "LINE") return Kind::Line;
+    if (type == "SPLINE") return Kind::Spline;
     if (type == "INSERT") return Kind::Insert;
     if (type == "ATTRIB") return Kind::Attribute;
     return Kind::Other;
@@ -48,6 +50,8 @@ class Parser {
         double cx = 0, cy = 0, radius = 0;
         double x1 = 0, y1 = 0, startAngle = 0, endAngle = 360;
         int flags = 0;
+        SplineData spline{};
+        double zmin = HUGE_VAL, zmax = -HUGE_VAL;  // of a spline's control points
     };
 
 public:
@@ -186,6 +190,30 @@ private:
         if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
         if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line) CircleGroup(tag, e);
+        if (e.kind == Kind::Spline) SplineGroup(tag, e);
+    }
+
+    void SplineGroup(const DxfTag& tag, Entity& e) {
+        SplineData& s = e.spline;
+        switch (tag.code) {
+            case 70: e.flags = Integer(tag); break;
+            case 71: s.degree = Integer(tag); break;
+            case 40: s.knots.push_back(Number(tag)); break;
+            case 41: s.weights.push_back(Number(tag)); break;
+            case 10: s.control.push_back({Number(tag), 0}); break;
+            case 20:
+                if (!s.control.empty()) s.control.back()[1] = Number(tag);
+                break;
+            case 30:
+                e.zmin = std::min(e.zmin, Number(tag));
+                e.zmax = std::max(e.zmax, Number(tag));
+                break;
+            case 11: s.fit.push_back({Number(tag), 0}); break;
+            case 21:
+                if (!s.fit.empty()) s.fit.back()[1] = Number(tag);
+                break;
+            default: break;
+        }
     }
 
     void LwPolylineGroup(const DxfTag& tag, DxfShape& s) {
@@ -269,6 +297,7 @@ private:
             case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
             case Kind::Arc: Space().shapes.push_back(ArcShape(std::move(e))); break;
             case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
+            case Kind::Spline: Space().shapes.push_back(SplineShape(std::move(e))); break;
             case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
             case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:
@@ -326,6 +355,34 @@ private:
         s.xy = {e.cx, e.cy, e.x1, e.y1};
         s.bulges = {0, 0};
         s.edge = true;
+        return s;
+    }
+
+    // A spline's points are world coordinates; it is flattened, closed when its flag says so or its
+    // ends meet, else a piece for chaining.
+    static DxfShape SplineShape(Entity e) {
+        DxfShape s = std::move(e.shape);
+        s.extrusion = {0, 0, 1};
+        s.approximate = true;
+        if (e.zmax > e.zmin) {
+            s.problem = "does not lie flat in a plane parallel to XY";
+            return s;
+        }
+        const std::vector<std::array<double, 2>> points = FlattenSpline(e.spline);
+        if (points.size() < 2) {
+            s.problem = "has too few control points to draw";
+            return s;
+        }
+        const auto& first = points.front();
+        const auto& last = points.back();
+        s.closed = (e.flags & kClosedFlag) != 0 || (first[0] == last[0] && first[1] == last[1]);
+        const std::size_t count = points.size() - (s.closed && first == last ? 1 : 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            s.xy.push_back(points[i][0]);
+            s.xy.push_back(points[i][1]);
+        }
+        s.bulges.assign(count, 0.0);
+        s.edge = !s.closed;
         return s;
     }
 

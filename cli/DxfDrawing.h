@@ -24,9 +24,10 @@ struct DxfShape {
     std::size_t line = 0;  // where the entity starts in the file
     std::vector<double> xy, bulges;
     bool closed = false;
-    // A LINE or ARC: one segment from xy[0..1] to xy[2..3] with bulges[0], to be chained with others
-    // into closed outlines.
+    // A LINE, an ARC, an open SPLINE: a piece to be chained with others into closed outlines (its
+    // last bulge is unused).
     bool edge = false;
+    bool approximate = false;  // a curve flattened into segments
     std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
 };
 

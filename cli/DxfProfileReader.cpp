@@ -111,7 +111,8 @@ private:
         p.type = shape.type;
         p.handle = shape.handle;
         p.layer = layer;
-        p.name = NameOf(shape.type, shape.handle, layer) + context.suffix;
+        p.name = NameOf(shape.type, shape.handle, layer) + context.suffix +
+                 (shape.approximate ? " (flattened within 1E-5 of its size)" : "");
         p.closed = shape.closed;
         p.problem = shape.problem;
         const std::optional<Affine> ocs = FromOcs(shape.extrusion);
@@ -134,10 +135,13 @@ private:
             const auto& xy = p.xy;
             p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
         }
-        if (shape.edge && p.problem.empty() && p.xy.size() == 4) {
-            const bool finite = std::all_of(p.xy.begin(), p.xy.end(), [](double v) { return std::isfinite(v); });
-            if (finite && std::isfinite(p.bulges[0])) {
-                edges_.push_back({shape.type, shape.handle, layer, p.xy[0], p.xy[1], p.xy[2], p.xy[3], p.bulges[0]});
+        if (shape.edge && p.problem.empty() && p.xy.size() >= 4) {
+            auto finite = [](const std::vector<double>& values) {
+                return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+            };
+            if (finite(p.xy) && finite(p.bulges)) {
+                p.bulges.pop_back();  // an edge has one bulge per segment
+                edges_.push_back({shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate});
                 return;
             }
             p.problem = "has a coordinate that is not a finite number";

@@ -67,14 +67,18 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
     if (edges.empty()) return {};
     double xmin = HUGE_VAL, ymin = HUGE_VAL, xmax = -HUGE_VAL, ymax = -HUGE_VAL;
     for (const DrawnEdge& e : edges) {
-        xmin = std::min({xmin, e.x0, e.x1});
-        xmax = std::max({xmax, e.x0, e.x1});
-        ymin = std::min({ymin, e.y0, e.y1});
-        ymax = std::max({ymax, e.y0, e.y1});
+        for (std::size_t i = 0; i + 1 < e.xy.size(); i += 2) {
+            xmin = std::min(xmin, e.xy[i]);
+            xmax = std::max(xmax, e.xy[i]);
+            ymin = std::min(ymin, e.xy[i + 1]);
+            ymax = std::max(ymax, e.xy[i + 1]);
+        }
     }
     Nodes nodes(kChainGap * std::max(xmax - xmin, ymax - ymin));
     std::vector<std::pair<int, int>> ends(edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i) ends[i] = {nodes.At(edges[i].x0, edges[i].y0), nodes.At(edges[i].x1, edges[i].y1)};
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        ends[i] = {nodes.At(edges[i].X0(), edges[i].Y0()), nodes.At(edges[i].X1(), edges[i].Y1())};
+    }
     std::vector<std::vector<std::size_t>> at(nodes.Count());  // the edges at each node
     for (std::size_t i = 0; i < edges.size(); ++i) {
         if (ends[i].first == ends[i].second) continue;
@@ -116,17 +120,24 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         }
         DrawnProfile p;
         std::vector<std::size_t> members;
+        bool approximate = false;
         for (const auto& [e, forwards] : chain) {
             const DrawnEdge& edge = edges[e];
-            p.Add(forwards ? edge.x0 : edge.x1, forwards ? edge.y0 : edge.y1, forwards ? edge.bulge : -edge.bulge);
+            const std::size_t segments = edge.bulges.size();
+            for (std::size_t k = 0; k < segments; ++k) {  // each segment's start point and bulge
+                const std::size_t i = forwards ? k : segments - k;
+                p.Add(edge.xy[2 * i], edge.xy[2 * i + 1], forwards ? edge.bulges[k] : -edge.bulges[segments - 1 - k]);
+            }
             members.push_back(e);
+            approximate = approximate || edge.approximate;
         }
         const DrawnEdge& lead = edges[first];
         p.type = lead.type;
         p.handle = lead.handle;
         p.layer = lead.layer;
         p.name = "outline of " + CountedTypes(edges, members) + (lead.layer.empty() ? "" : " on layer " + lead.layer) +
-                 ", from " + lead.type + (lead.handle.empty() ? "" : " handle " + lead.handle);
+                 ", from " + lead.type + (lead.handle.empty() ? "" : " handle " + lead.handle) +
+                 (approximate ? " (curves flattened)" : "");
         outlines.push_back(std::move(p));
     }
     return outlines;

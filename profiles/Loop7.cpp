@@ -125,6 +125,10 @@ void Loop7::ComputeInertia() {
     const PlanePoint O = MeanVertex();
     SegmentIntegrals sum;
     for (const LoopDLine& segment : segments_) sum += segment.IntegralsAbout(O);
+    block_ = BlockFromIntegrals(sum, O, perimeter);
+}
+
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O, double perimeter) {
     const double A = sum.Area;
     const double xc = RuntimeDivide(sum.StaticMomentY, A);
     const double yc = RuntimeDivide(sum.StaticMomentX, A);
@@ -134,7 +138,7 @@ void Loop7::ComputeInertia() {
     auto block = tgp::InertiaBlock::Create();
     block->Init(CheckFinite(ix), CheckFinite(iy), CheckFinite(ixy), {CheckFinite(O[0] + xc), CheckFinite(O[1] + yc), O[2]},
                 CheckFinite(A), CheckFinite(perimeter));
-    block_ = std::move(block);
+    return block;
 }
 
 std::shared_ptr<InertiaBlock> Loop7::InertiaBlock() {

@@ -134,4 +134,10 @@ private:
     std::uint64_t revision_ = 0;
 };
 
+// The section property block of a loop from the sums of its segments' integrals about the point O
+// (the loop computes them about its mean vertex): the centroid from the first moments, the second
+// moments moved to it by the parallel-axis rule. An area of 0 raises 6 "Overflow" (11 for moments
+// without area), an overflow 6.
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O, double perimeter);
+
 }  // namespace tgp

@@ -146,8 +146,9 @@ TEST(DxfProfiles, DeclaredCountsAreNotTrusted) {
         const std::string leader = std::string("0\nLEADER\n8\n0\n76\n") + declared + "\n10\n0\n20\n0\n30\n0\n";
         const DxfFile file({polyline, spline, leader});
         const auto p = ReadDxfProfiles(file.path());
-        ASSERT_EQ(p.size(), 1u) << declared;
+        ASSERT_EQ(p.size(), 2u) << declared;
         EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5})) << declared;
+        EXPECT_EQ(p[1].problem, "has too few control points to draw") << "the spline holds one point";
     }
 }
 
