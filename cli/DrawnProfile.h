@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/EllipticArc.h"
+
 namespace tgp::cli {
 
 // One closed outline as read from a drawing or a text file: the vertices (x, y pairs, in
@@ -21,6 +23,11 @@ struct DrawnProfile {
     // Outlines of one group form one section whatever their arrangement (the loops of one text
     // profile); -1: grouped by containment with the other outlines of the file.
     int group = -1;
+    // Elliptic arcs the outline follows: their segments (curveOf[k] = the curve of segment k, -1 for
+    // none) are circular arcs through points of the ellipse, and the section properties take the
+    // ellipse's exact integrals instead of theirs.
+    std::vector<EllipticArc> curves;
+    std::vector<int> curveOf;
 
     void Add(double x, double y, double bulge) {
         xy.push_back(x);

@@ -22,7 +22,7 @@ constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control p
 enum class Section { None, Header, Blocks, Entities, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
-enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Insert, Attribute, Other };
+enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Ellipse, Insert, Attribute, Other };
 
 Kind KindOf(std::string_view type) {
     if (type == "LWPOLYLINE") return Kind::LwPolyline;
@@ -33,6 +33,7 @@ Kind KindOf(std::string_view type) {
     if (type == "ARC") return Kind::Arc;
     if (type == "LINE") return Kind::Line;
     if (type == "SPLINE") return Kind::Spline;
+    if (type == "ELLIPSE") return Kind::Ellipse;
     if (type == "INSERT") return Kind::Insert;
     if (type == "ATTRIB") return Kind::Attribute;
     return Kind::Other;
@@ -189,7 +190,7 @@ private:
         }
         if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
-        if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line) CircleGroup(tag, e);
+        if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line || e.kind == Kind::Ellipse) CircleGroup(tag, e);
         if (e.kind == Kind::Spline) SplineGroup(tag, e);
     }
 
@@ -241,9 +242,11 @@ private:
             case 20: e.cy = Number(tag); break;
             case 11: e.x1 = Number(tag); break;
             case 21: e.y1 = Number(tag); break;
-            case 40: e.radius = Number(tag); break;
+            case 40: e.radius = Number(tag); break;  // an ellipse's axis ratio
             case 50: e.startAngle = Number(tag); break;
             case 51: e.endAngle = Number(tag); break;
+            case 41: e.startAngle = Number(tag); break;  // an ellipse's parameters
+            case 42: e.endAngle = Number(tag); break;
             default: break;
         }
     }
@@ -298,6 +301,7 @@ private:
             case Kind::Arc: Space().shapes.push_back(ArcShape(std::move(e))); break;
             case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
             case Kind::Spline: Space().shapes.push_back(SplineShape(std::move(e))); break;
+            case Kind::Ellipse: Space().shapes.push_back(EllipseShape(std::move(e))); break;
             case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
             case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:
@@ -324,6 +328,7 @@ private:
         s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
         s.bulges = {1, 1};
         s.closed = true;
+        s.asEllipse = EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, std::numbers::pi, 3 * std::numbers::pi};
         return s;
     }
 
@@ -338,6 +343,7 @@ private:
                 e.cx + e.radius * std::cos(e.endAngle * degree), e.cy + e.radius * std::sin(e.endAngle * degree)};
         s.bulges = {std::tan(sweep * degree / 4), 0};
         s.edge = true;
+        s.asEllipse = EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, e.startAngle * degree, e.startAngle * degree + sweep * degree};
         return s;
     }
 
@@ -355,6 +361,35 @@ private:
         s.xy = {e.cx, e.cy, e.x1, e.y1};
         s.bulges = {0, 0};
         s.edge = true;
+        return s;
+    }
+
+    // An ellipse lies in world coordinates: its centre, the end of its major axis (relative), its
+    // axis ratio and parameters, running counter-clockwise about its extrusion direction. The whole
+    // ellipse is an outline; an arc of it a piece for chaining.
+    static DxfShape EllipseShape(Entity e) {
+        DxfShape s = std::move(e.shape);
+        const Direction n = s.extrusion;
+        s.extrusion = {0, 0, 1};
+        const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
+        if (!(length > 0) || std::hypot(n[0], n[1]) > 1e-10 * length) {
+            s.problem = "lies in a plane that is not parallel to XY";
+            return s;
+        }
+        const double turn = n[2] > 0 ? 1 : -1, ratio = e.radius;
+        if (!(ratio > 0 && ratio <= 1) || !(std::hypot(e.x1, e.y1) > 0)) {
+            s.problem = "has an axis of length 0 or an axis ratio outside (0, 1]";
+            return s;
+        }
+        double t0 = e.startAngle, t1 = e.endAngle == 360 ? 2 * std::numbers::pi : e.endAngle;
+        const bool whole = std::fabs(t1 - t0) >= 2 * std::numbers::pi - 1e-12 || t1 == t0;
+        if (whole) t1 = t0 + 2 * std::numbers::pi;
+        while (t1 < t0) t1 += 2 * std::numbers::pi;
+        // The minor semi-axis: ratio times the normal crossed with the major one.
+        const EllipticArc arc{e.cx, e.cy, e.x1, e.y1, -turn * ratio * e.y1, turn * ratio * e.x1, t0, t1};
+        s.curve = arc;
+        s.closed = whole;
+        s.edge = !whole;
         return s;
     }
 

@@ -5,7 +5,10 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <optional>
 #include <vector>
+
+#include "cli/EllipticArc.h"
 
 namespace tgp::cli {
 
@@ -17,7 +20,7 @@ using Direction = std::array<double, 3>;
 
 // A closed-outline candidate: a polyline's vertices and bulges, or a circle as two half arcs.
 struct DxfShape {
-    std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE or ARC
+    std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE, ARC, SPLINE, ELLIPSE or HATCH
     std::string handle, layer;
     bool paperSpace = false;
     Direction extrusion{0, 0, 1};
@@ -28,6 +31,11 @@ struct DxfShape {
     // last bulge is unused).
     bool edge = false;
     bool approximate = false;  // a curve flattened into segments
+    // An ELLIPSE or a hatch's elliptic edge: the whole shape follows this arc (xy and bulges are
+    // arcs through its points).
+    std::optional<EllipticArc> curve;
+    // A CIRCLE or ARC as an elliptic arc, for a block reference that scales it unequally.
+    std::optional<EllipticArc> asEllipse;
     std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
 };
 

@@ -119,18 +119,17 @@ private:
         if (!ocs && p.problem.empty()) p.problem = "lies in a plane that is not parallel to XY";
         const Affine map = ocs ? ocs->Then(context.toWorld) : context.toWorld;
         const bool curved = std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
-        if (curved && !map.KeepsCircles() && p.problem.empty()) {
+        // A circle or arc scaled unequally is an ellipse; a polyline's arcs cannot become one.
+        const bool stretched = curved && !map.KeepsCircles();
+        const std::optional<EllipticArc>& curve = shape.curve ? shape.curve : stretched ? shape.asEllipse : shape.curve;
+        if (stretched && !curve && p.problem.empty()) {
             p.problem = "has arcs that its block reference scales unequally in x and y (they would be ellipses)";
         }
-        const double flip = map.Determinant() < 0 ? -1 : 1;
-        p.xy.reserve(shape.xy.size());
-        for (std::size_t i = 0; i + 1 < shape.xy.size(); i += 2) {
-            const double x = shape.xy[i], y = shape.xy[i + 1];
-            p.xy.push_back(map.a * x + map.b * y + map.e);
-            p.xy.push_back(map.c * x + map.d * y + map.f);
+        if (curve && p.problem.empty()) {
+            FollowCurve(curve->Mapped(map.a, map.b, map.c, map.d, map.e, map.f), shape.edge, p);
+        } else {
+            Place(shape, map, p);
         }
-        p.bulges.reserve(shape.bulges.size());
-        for (double bulge : shape.bulges) p.bulges.push_back(flip * bulge);
         if (!p.closed && p.VertexCount() > 2) {
             const auto& xy = p.xy;
             p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
@@ -141,7 +140,8 @@ private:
             };
             if (finite(p.xy) && finite(p.bulges)) {
                 p.bulges.pop_back();  // an edge has one bulge per segment
-                edges_.push_back({shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate});
+                edges_.push_back({shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate,
+                                  p.curves.empty() ? std::nullopt : std::optional<EllipticArc>(p.curves.front())});
                 return;
             }
             p.problem = "has a coordinate that is not a finite number";
@@ -149,6 +149,32 @@ private:
         // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
         if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
         profiles_.push_back(std::move(p));
+    }
+
+    // The vertices and bulges in world coordinates; a mirror reverses every arc's sense.
+    static void Place(const DxfShape& shape, const Affine& map, DrawnProfile& p) {
+        const double flip = map.Determinant() < 0 ? -1 : 1;
+        p.xy.reserve(shape.xy.size());
+        for (std::size_t i = 0; i + 1 < shape.xy.size(); i += 2) {
+            const double x = shape.xy[i], y = shape.xy[i + 1];
+            p.xy.push_back(map.a * x + map.b * y + map.e);
+            p.xy.push_back(map.c * x + map.d * y + map.f);
+        }
+        p.bulges.reserve(shape.bulges.size());
+        for (double bulge : shape.bulges) p.bulges.push_back(flip * bulge);
+    }
+
+    // An elliptic shape in world coordinates: arcs through the ellipse's points (a piece for
+    // chaining also gets its end point), with the ellipse kept for the exact properties.
+    static void FollowCurve(const EllipticArc& curve, bool piece, DrawnProfile& p) {
+        const std::vector<double> arcs = ArcsAlong(curve, ArcPieces(curve));
+        for (std::size_t i = 0; i + 2 < arcs.size(); i += 3) p.Add(arcs[i], arcs[i + 1], arcs[i + 2]);
+        if (piece) {
+            const PlanePoint end = curve.At(curve.t1);
+            p.Add(end[0], end[1], 0);
+        }
+        p.curves = {curve};
+        p.curveOf.assign(p.bulges.size(), 0);
     }
 
     void Insert(const DxfInsert& insert, const Context& context) {

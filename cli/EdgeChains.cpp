@@ -124,13 +124,17 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         for (const auto& [e, forwards] : chain) {
             const DrawnEdge& edge = edges[e];
             const std::size_t segments = edge.bulges.size();
+            const int curve = edge.curve ? static_cast<int>(p.curves.size()) : -1;
+            if (edge.curve) p.curves.push_back(forwards ? *edge.curve : edge.curve->Reversed());
             for (std::size_t k = 0; k < segments; ++k) {  // each segment's start point and bulge
                 const std::size_t i = forwards ? k : segments - k;
                 p.Add(edge.xy[2 * i], edge.xy[2 * i + 1], forwards ? edge.bulges[k] : -edge.bulges[segments - 1 - k]);
+                p.curveOf.push_back(curve);
             }
             members.push_back(e);
             approximate = approximate || edge.approximate;
         }
+        if (p.curves.empty()) p.curveOf.clear();
         const DrawnEdge& lead = edges[first];
         p.type = lead.type;
         p.handle = lead.handle;

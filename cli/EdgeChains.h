@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct DrawnEdge {
     std::string type, handle, layer;
     std::vector<double> xy, bulges;
     bool approximate = false;  // a flattened curve
+    std::optional<EllipticArc> curve;  // an elliptic arc the segments run along
 
     double X0() const { return xy[0]; }
     double Y0() const { return xy[1]; }

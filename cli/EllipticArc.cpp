@@ -70,8 +70,27 @@ double Length(const EllipticArc& arc) {
     return length;
 }
 
+SegmentBox BoundingBox(const EllipticArc& arc) {
+    const double low = std::min(arc.t0, arc.t1), high = std::max(arc.t0, arc.t1);
+    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+    auto include = [&](double t) {
+        const PlanePoint p = arc.At(t);
+        box = {std::min(box.xmin, p[0]), std::min(box.ymin, p[1]), std::max(box.xmax, p[0]), std::max(box.ymax, p[1])};
+    };
+    include(arc.t0);
+    include(arc.t1);
+    // x turns where -ux sin t + vx cos t = 0, y where -uy sin t + vy cos t = 0: each twice a turn.
+    for (double turn : {std::atan2(arc.vx, arc.ux), std::atan2(arc.vy, arc.uy)}) {
+        for (double t = turn - 2 * std::numbers::pi * std::ceil((turn - low) / (2 * std::numbers::pi) + 1); t <= high;
+             t += std::numbers::pi) {
+            if (t >= low) include(t);
+        }
+    }
+    return box;
+}
+
 int ArcPieces(const EllipticArc& arc) {
-    return std::max(2, static_cast<int>(std::ceil(std::fabs(arc.t1 - arc.t0) / (2 * std::numbers::pi) * 256)));
+    return std::max(2, static_cast<int>(std::ceil(std::fabs(arc.t1 - arc.t0) / (2 * std::numbers::pi) * 512)));
 }
 
 std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces) {

@@ -25,12 +25,15 @@ struct EllipticArc {
 // integrates it to the rounding of the result.
 SegmentIntegrals IntegralsAbout(const EllipticArc& arc, const PlanePoint& Origin);
 double Length(const EllipticArc& arc);
+// The box around the arc: its ends and the points where it turns in x or in y.
+SegmentBox BoundingBox(const EllipticArc& arc);
 
 // Circular arcs through points of the ellipse, for what needs a loop of lines and arcs (containment,
 // crossings, the cut at the plastic axis): `pieces` arcs from t0 to t1, each through the ellipse's
 // points at its ends and its middle. Returns their start points and bulges (x, y, bulge per arc).
 std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces);
-// How many arcs ArcsAlong takes for an arc of the given turn: 256 for a whole ellipse.
+// How many arcs ArcsAlong takes for an arc of the given turn: 512 for a whole ellipse, which keeps
+// the arcs' area within 2E-9 of the ellipse's for axes of 1 to 10.
 int ArcPieces(const EllipticArc& arc);
 
 }  // namespace tgp::cli

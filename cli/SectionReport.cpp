@@ -79,8 +79,74 @@ double ModulusIn(double cubicMillimetres, const Units& units) {
     return In(modulus, units);
 }
 
-SectionValues ValuesOf(Loop7s& section, const Units& units) {
-    auto block = section.InertiaBlock();
+// The block of an outline that follows elliptic arcs: the arcs' exact integrals in place of those
+// of the circular arcs that stand for them, about the outline's mean vertex as a loop takes them.
+std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
+    const std::size_t n = p.VertexCount();
+    PlanePoint O{0, 0, 0};
+    for (std::size_t k = 0; k < n; ++k) O = Plus(O, {p.xy[2 * k], p.xy[2 * k + 1], 0});
+    O = Scaled(O, 1.0 / static_cast<double>(n));
+    SegmentIntegrals sum;
+    double perimeter = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int curve = k < p.curveOf.size() ? p.curveOf[k] : -1;
+        if (curve >= 0) {
+            if (k > 0 && p.curveOf[k - 1] == curve) continue;  // the curve was taken whole
+            const EllipticArc& arc = p.curves[static_cast<std::size_t>(curve)];
+            sum += IntegralsAbout(arc, O);
+            perimeter += Length(arc);
+            continue;
+        }
+        const std::size_t next = (k + 1) % n;
+        LoopDLine segment;
+        segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+        sum += segment.IntegralsAbout(O);
+        perimeter += segment.Length();
+    }
+    return BlockFromIntegrals(sum, O, perimeter);
+}
+
+// The section's composite block: its loops' blocks (or their exact ones), material positive and
+// holes negative, joined in order.
+std::shared_ptr<InertiaBlock> CompositeOf(Loop7s& section, const std::vector<std::shared_ptr<InertiaBlock>>& exact) {
+    std::shared_ptr<InertiaBlock> composite;
+    for (std::size_t i = 1; i <= section.Count(); ++i) {
+        const auto& own = exact[i - 1];
+        auto block = (own ? own : section.Item(i)->InertiaBlock())->Copy();
+        if ((block->Area()->Millimetres() < 0) != section.IsHole(i)) block->Inverse();
+        if (composite) composite->Join(*block);
+        else composite = std::move(block);
+    }
+    return composite;
+}
+
+// The box around outlines that follow elliptic arcs: the arcs' own extremes, not their stand-ins'.
+SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, Loop7s& section) {
+    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+    auto add = [&box](const SegmentBox& b) {
+        box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
+    };
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const DrawnProfile& p = *members[i];
+        if (p.curves.empty()) {
+            for (const LoopDLine& segment : section.Item(i + 1)->Segments()) add(segment.BoundingBox());
+            continue;
+        }
+        for (const EllipticArc& arc : p.curves) add(BoundingBox(arc));
+        for (std::size_t k = 0; k < p.VertexCount(); ++k) {
+            if (p.curveOf[k] >= 0) continue;
+            const std::size_t next = (k + 1) % p.VertexCount();
+            LoopDLine segment;
+            segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+            add(segment.BoundingBox());
+        }
+    }
+    return box;
+}
+
+SectionValues ValuesOf(Loop7s& section, const std::vector<const DrawnProfile*>& members,
+                       const std::vector<std::shared_ptr<InertiaBlock>>& exact, const Units& units) {
+    auto block = CompositeOf(section, exact);
     const Point c = block->Centroid();
     SectionValues v{};
     v.area = In(block->Area(), units);
@@ -93,7 +159,9 @@ SectionValues ValuesOf(Loop7s& section, const Units& units) {
     v.rx = In(block->RadiusOfGyrationX(), units);
     v.ry = In(block->RadiusOfGyrationY(), units);
     DropRoundingNoiseAndFindPrincipalAxes(v, units);
-    const SectionModuli m = ComputeModuli(section);
+    const bool curved = std::any_of(members.begin(), members.end(), [](const DrawnProfile* p) { return !p->curves.empty(); });
+    const SegmentBox box = curved ? BoxOf(members, section) : SegmentBox{};
+    const SectionModuli m = ComputeModuli(section, block.get(), curved ? &box : nullptr);
     v.top = LengthIn(m.top, units);
     v.bottom = LengthIn(m.bottom, units);
     v.left = LengthIn(m.left, units);
@@ -170,7 +238,9 @@ ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
                 if (section->Depth(i) == 0 && parts++ == 0) outer = members[i - 1];
                 holes += section->IsHole(i);
             }
-            outcome.values = ValuesOf(*section, units);
+            std::vector<std::shared_ptr<InertiaBlock>> exact;
+            for (const DrawnProfile* member : members) exact.push_back(member->curves.empty() ? nullptr : ExactBlock(*member));
+            outcome.values = ValuesOf(*section, members, exact, units);
         }
     } catch (const Error& e) {
         outcome.error = e.description();

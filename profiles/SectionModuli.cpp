@@ -171,8 +171,8 @@ void EqualAreaAxis(const std::vector<Piece>& pieces, double ymin, double ymax, d
 
 }  // namespace
 
-SectionModuli ComputeModuli(Loop7s& section) {
-    auto block = section.InertiaBlock();
+SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite, const SegmentBox* given) {
+    auto block = composite ? composite->Copy() : section.InertiaBlock();
     const Point c = block->Centroid();
     const double area = block->Area()->Millimetres();
     const double ix = block->MomentOfInertiaX()->Millimetres(), iy = block->MomentOfInertiaY()->Millimetres();
@@ -183,6 +183,7 @@ SectionModuli ComputeModuli(Loop7s& section) {
             box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
         }
     }
+    if (given) box = *given;
     SectionModuli m{};
     m.top = box.ymax - c[1];
     m.bottom = c[1] - box.ymin;

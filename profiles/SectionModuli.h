@@ -21,7 +21,9 @@ struct SectionModuli {
 // equal-area axes are found to the last digits: the area above a line and its first moment are
 // exact integrals along the boundary with the part below the line cut away, straight segments and
 // arcs alike, and the line is moved by a safeguarded Newton iteration. Raises what the collection's
-// InertiaBlock raises.
-SectionModuli ComputeModuli(Loop7s& section);
+// InertiaBlock raises. `composite`, when given, is the section's block to take the centroid, area
+// and moments from (one computed more exactly than from the loops' own segments).
+// `box`, when given, is the box around the section to take the extreme fibres from.
+SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite = nullptr, const SegmentBox* box = nullptr);
 
 }  // namespace tgp

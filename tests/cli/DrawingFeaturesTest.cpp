@@ -107,7 +107,7 @@ TEST(DrawingBlocks, ReferencesThatCannotBeUsed) {
         {"", Insert("E1", "L", "NOWHERE", 0, 0), "refers to block NOWHERE, which the drawing does not define"},
         {Block("SELF", 0, 0, Insert("E2", "0", "SELF", 1, 1)), Insert("E3", "L", "SELF", 0, 0),
          "inserts block SELF inside itself"},
-        {Block("ROUND", 0, 0, "0\nCIRCLE\n5\nC1\n8\n0\n10\n0\n20\n0\n40\n5\n"), Insert("E4", "L", "ROUND", 0, 0, 2, 1),
+        {Block("ROUND", 0, 0, Polyline("C1", "0", {{0, 0, 1}, {10, 0, 1}})), Insert("E4", "L", "ROUND", 0, 0, 2, 1),
          "has arcs that its block reference scales unequally in x and y (they would be ellipses)"},
     };
     // Arrays of arrays multiply: 1000 copies of 1000 copies of a block is refused, not drawn.
