@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/EllipticArc.h"
@@ -36,6 +37,12 @@ struct DrawnProfile {
     }
     std::size_t VertexCount() const { return bulges.size(); }
 };
+
+// What a file held that made no section, by description ("TEXT", "open LWPOLYLINE on layer DIM"),
+// with counts.
+using SkipList = std::vector<std::pair<std::string, std::size_t>>;
+// Adds `count` to the description's count (a new entry the first time).
+void Count(SkipList& list, const std::string& what, std::size_t count = 1);
 
 // A file that cannot be read as profiles at all (missing, unreadable, malformed line).
 class ProfileFileError : public std::runtime_error {

@@ -3,10 +3,12 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <memory>
 #include <numbers>
 #include <optional>
 
 #include "cli/DrawnProfile.h"
+#include "cli/DxfHatch.h"
 #include "cli/DxfTags.h"
 #include "cli/Spline.h"
 
@@ -22,7 +24,7 @@ constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control p
 enum class Section { None, Header, Blocks, Entities, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
-enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Ellipse, Insert, Attribute, Other };
+enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Ellipse, Hatch, Insert, Attribute, Other };
 
 Kind KindOf(std::string_view type) {
     if (type == "LWPOLYLINE") return Kind::LwPolyline;
@@ -34,6 +36,7 @@ Kind KindOf(std::string_view type) {
     if (type == "LINE") return Kind::Line;
     if (type == "SPLINE") return Kind::Spline;
     if (type == "ELLIPSE") return Kind::Ellipse;
+    if (type == "HATCH") return Kind::Hatch;
     if (type == "INSERT") return Kind::Insert;
     if (type == "ATTRIB") return Kind::Attribute;
     return Kind::Other;
@@ -43,9 +46,9 @@ class Parser {
     // The entity being read. Polylines, circles and vertices keep their numbers in cx, cy, radius
     // (a vertex's bulge) and flags.
     struct Entity {
-        Kind kind;
+        Kind kind = Kind::Other;
         std::string type;
-        std::size_t line;
+        std::size_t line = 0;
         DxfShape shape{};
         DxfInsert insert{};
         double cx = 0, cy = 0, radius = 0;
@@ -53,6 +56,7 @@ class Parser {
         int flags = 0;
         SplineData spline{};
         double zmin = HUGE_VAL, zmax = -HUGE_VAL;  // of a spline's control points
+        std::shared_ptr<HatchReader> hatch;
     };
 
 public:
@@ -161,7 +165,11 @@ private:
             return;
         }
         if (kind == Kind::Vertex && !polyline_) return;  // a stray vertex (or an attribute's)
-        entity_ = Entity{kind, std::string(type), line};
+        entity_ = Entity{};
+        entity_->kind = kind;
+        entity_->type = std::string(type);
+        entity_->line = line;
+        if (kind == Kind::Hatch) entity_->hatch = std::make_shared<HatchReader>([this](const DxfTag& t) { return Number(t); });
         entity_->shape.type = std::string(type);
         entity_->shape.line = line;
         entity_->insert.line = line;
@@ -192,6 +200,7 @@ private:
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
         if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line || e.kind == Kind::Ellipse) CircleGroup(tag, e);
         if (e.kind == Kind::Spline) SplineGroup(tag, e);
+        if (e.kind == Kind::Hatch) e.hatch->Group(tag);
     }
 
     void SplineGroup(const DxfTag& tag, Entity& e) {
@@ -302,6 +311,9 @@ private:
             case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
             case Kind::Spline: Space().shapes.push_back(SplineShape(std::move(e))); break;
             case Kind::Ellipse: Space().shapes.push_back(EllipseShape(std::move(e))); break;
+            case Kind::Hatch:
+                for (DxfShape& path : e.hatch->Paths(e.shape)) Space().shapes.push_back(std::move(path));
+                break;
             case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
             case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:

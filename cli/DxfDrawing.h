@@ -36,6 +36,10 @@ struct DxfShape {
     std::optional<EllipticArc> curve;
     // A CIRCLE or ARC as an elliptic arc, for a block reference that scales it unequally.
     std::optional<EllipticArc> asEllipse;
+    // A HATCH boundary path: its number, and for a path of edges the edges themselves (chained
+    // into the outline when the drawing is resolved).
+    int boundary = 0;
+    std::vector<DxfShape> pieces;
     std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
 };
 

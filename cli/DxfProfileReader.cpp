@@ -78,14 +78,7 @@ private:
     }
 
     void Skip(const std::string& what, std::size_t count = 1) {
-        if (!skipped_) return;
-        for (auto& [description, n] : *skipped_) {
-            if (description == what) {
-                n += count;
-                return;
-            }
-        }
-        skipped_->emplace_back(what, count);
+        if (skipped_) Count(*skipped_, what, count);
     }
 
     std::string LayerOf(const std::string& own, const Context& context) const {
@@ -107,15 +100,31 @@ private:
         if (shape.paperSpace) return Skip(shape.type + " in paper space");
         const std::string layer = LayerOf(shape.layer, context);
         if (!Wanted(layer)) return Skip(shape.type + " on other layers");
+        if (!shape.pieces.empty()) return Boundary(shape, context, layer);
+        DrawnProfile p = Placed(shape, shape.extrusion, context, layer);
+        if (shape.edge && p.problem.empty()) {
+            if (std::optional<DrawnEdge> edge = EdgeOf(shape, layer, p)) {
+                edges_.push_back(std::move(*edge));
+                return;
+            }
+        }
+        // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
+        if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
+        profiles_.push_back(std::move(p));
+    }
+
+    // A shape in world coordinates through its plane's coordinate system and the block references
+    // around it, named after its entity.
+    DrawnProfile Placed(const DxfShape& shape, const Direction& extrusion, const Context& context, const std::string& layer) {
         DrawnProfile p;
         p.type = shape.type;
         p.handle = shape.handle;
         p.layer = layer;
-        p.name = NameOf(shape.type, shape.handle, layer) + context.suffix +
-                 (shape.approximate ? " (flattened within 1E-5 of its size)" : "");
+        p.name = NameOf(shape.type, shape.handle, layer) + (shape.boundary > 0 ? ", boundary " + std::to_string(shape.boundary) : "") +
+                 context.suffix + (shape.approximate ? " (flattened within 1E-5 of its size)" : "");
         p.closed = shape.closed;
         p.problem = shape.problem;
-        const std::optional<Affine> ocs = FromOcs(shape.extrusion);
+        const std::optional<Affine> ocs = FromOcs(extrusion);
         if (!ocs && p.problem.empty()) p.problem = "lies in a plane that is not parallel to XY";
         const Affine map = ocs ? ocs->Then(context.toWorld) : context.toWorld;
         const bool curved = std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
@@ -134,21 +143,54 @@ private:
             const auto& xy = p.xy;
             p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
         }
-        if (shape.edge && p.problem.empty() && p.xy.size() >= 4) {
-            auto finite = [](const std::vector<double>& values) {
-                return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
-            };
-            if (finite(p.xy) && finite(p.bulges)) {
-                p.bulges.pop_back();  // an edge has one bulge per segment
-                edges_.push_back({shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate,
-                                  p.curves.empty() ? std::nullopt : std::optional<EllipticArc>(p.curves.front())});
+        return p;
+    }
+
+    // A placed piece as an edge to chain, or nothing (with the problem set) when a coordinate is
+    // not finite.
+    static std::optional<DrawnEdge> EdgeOf(const DxfShape& shape, const std::string& layer, DrawnProfile& p) {
+        auto finite = [](const std::vector<double>& values) {
+            return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+        };
+        if (p.xy.size() < 4 || !finite(p.xy) || !finite(p.bulges)) {
+            p.problem = "has a coordinate that is not a finite number";
+            return std::nullopt;
+        }
+        p.bulges.pop_back();  // an edge has one bulge per segment
+        return DrawnEdge{shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate,
+                         p.curves.empty() ? std::nullopt : std::optional<EllipticArc>(p.curves.front())};
+    }
+
+    // A hatch boundary of edges: the edges placed, then chained into the boundary's outline.
+    void Boundary(const DxfShape& path, const Context& context, const std::string& layer) {
+        std::vector<DrawnEdge> pieces;
+        DxfShape name;
+        name.type = path.type;
+        name.handle = path.handle;
+        name.boundary = path.boundary;
+        DrawnProfile named = Placed(name, path.extrusion, context, layer);
+        for (const DxfShape& piece : path.pieces) {
+            DrawnProfile p = Placed(piece, path.extrusion, context, layer);
+            std::optional<DrawnEdge> edge = p.problem.empty() ? EdgeOf(piece, layer, p) : std::nullopt;
+            if (!edge) {
+                named.problem = p.problem;
+                named.xy.clear();
+                profiles_.push_back(std::move(named));
                 return;
             }
-            p.problem = "has a coordinate that is not a finite number";
+            pieces.push_back(std::move(*edge));
         }
-        // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
-        if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
-        profiles_.push_back(std::move(p));
+        bool open = false;
+        std::vector<DrawnProfile> outlines = ChainEdges(pieces, [&open](const DrawnEdge&, const std::string&) { open = true; });
+        if (open || outlines.empty()) return Skip(path.type + (layer.empty() ? "" : " on layer " + layer) + " boundary that does not close");
+        for (DrawnProfile& outline : outlines) {
+            const bool flattened = outline.name.ends_with(" (curves flattened)");
+            outline.name = named.name + (flattened ? " (curves flattened)" : "");
+            outline.type = named.type;
+            outline.handle = named.handle;
+            outline.layer = named.layer;
+            profiles_.push_back(std::move(outline));
+        }
     }
 
     // The vertices and bulges in world coordinates; a mirror reverses every arc's sense.
@@ -262,6 +304,16 @@ double MillimetresPerInsUnit(int code) {
         case 24: return 6336000000.0 / 3937;      // US survey miles
         default: return 0;                        // unitless, or an astronomical unit
     }
+}
+
+void Count(SkipList& list, const std::string& what, std::size_t count) {
+    for (auto& [description, n] : list) {
+        if (description == what) {
+            n += count;
+            return;
+        }
+    }
+    list.emplace_back(what, count);
 }
 
 std::string SkipSummary(const DxfSkips& skipped) {

@@ -11,9 +11,9 @@
 
 namespace tgp::cli {
 
-// What a drawing held that made no outline, by description ("TEXT", "open LWPOLYLINE on layer DIM",
-// "CIRCLE in paper space"), with counts.
-using DxfSkips = std::vector<std::pair<std::string, std::size_t>>;
+// What a drawing held that made no outline ("TEXT", "open LWPOLYLINE on layer DIM", "CIRCLE in
+// paper space"), with counts.
+using DxfSkips = SkipList;
 // "12 TEXT, 3 open LWPOLYLINE on layer DIM": the most frequent first; empty when nothing was skipped.
 std::string SkipSummary(const DxfSkips& skipped);
 

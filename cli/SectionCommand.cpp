@@ -132,7 +132,7 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         try {
             DxfSkips skipped;
             const std::vector<DrawnProfile> profiles = ReadProfiles(file, o, skipped);
-            for (ProfileOutcome& outcome : AnalyseProfiles(profiles, units.setting, o.eachLoop)) {
+            for (ProfileOutcome& outcome : AnalyseProfiles(profiles, units.setting, o.eachLoop, &skipped)) {
                 outcome.name = file + ": " + outcome.name;
                 outcome.file = file;
                 outcomes.push_back(std::move(outcome));

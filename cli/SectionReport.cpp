@@ -260,18 +260,36 @@ ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
 // Groups loops that belong to no explicit group by containment and touch: each outermost loop with
 // everything inside it, and outermost loops that touch one another together. A pair that overlaps
 // is left out (both reported) until none does.
+// Two loops that cover the same region (the same outline drawn twice, a hatch on its outline).
+bool SameRegion(Loop7& a, Loop7& b) {
+    const double area = a.AreaAbs();
+    auto near = [](double x, double y, double scale) { return std::fabs(std::fabs(x) - std::fabs(y)) <= 1e-9 * scale; };
+    const Point ca = a.Centroid(), cb = b.Centroid();
+    const double moments = std::fabs(a.MomentOfInertiaX()) + std::fabs(a.MomentOfInertiaY());
+    return near(area, b.AreaAbs(), area) && std::hypot(ca[0] - cb[0], ca[1] - cb[1]) <= 1e-9 * std::sqrt(area) &&
+           near(a.MomentOfInertiaX(), b.MomentOfInertiaX(), moments) && near(a.MomentOfInertiaY(), b.MomentOfInertiaY(), moments);
+}
+
 std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
-                                                         std::vector<std::pair<std::size_t, std::size_t>>& overlaps) {
+                                                         std::vector<std::pair<std::size_t, std::size_t>>& overlaps,
+                                                         std::vector<std::size_t>& repeats) {
     std::vector<std::size_t> kept(loops.size());
     std::iota(kept.begin(), kept.end(), 0);
     auto all = Loop7s::Create();
     for (const auto& loop : loops) all->Add(loop);
     while (const auto pair = all->FirstOverlap()) {
-        overlaps.emplace_back(kept[pair->first - 1], kept[pair->second - 1]);
-        all->Remove(pair->second);
-        all->Remove(pair->first);
-        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(pair->second - 1));
-        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(pair->first - 1));
+        const auto [first, second] = *pair;
+        if (SameRegion(*all->Item(first), *all->Item(second))) {  // the later copy goes
+            repeats.push_back(kept[second - 1]);
+            all->Remove(second);
+            kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(second - 1));
+            continue;
+        }
+        overlaps.emplace_back(kept[first - 1], kept[second - 1]);
+        all->Remove(second);
+        all->Remove(first);
+        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(second - 1));
+        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(first - 1));
     }
     // The outermost loop of each kept loop, then outermost loops that touch share one group.
     std::vector<std::size_t> root(kept.size());
@@ -368,7 +386,7 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
 }
 
 std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
-                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop) {
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop, SkipList* skipped) {
     // Outcomes come out in file order: each is filed under the position of its first outline.
     std::vector<std::pair<std::size_t, ProfileOutcome>> filed;
     std::vector<std::shared_ptr<Loop7>> loops;
@@ -410,10 +428,15 @@ std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& pro
         std::vector<std::shared_ptr<Loop7>> freeLoops;
         for (std::size_t k : free) freeLoops.push_back(loops[k]);
         std::vector<std::pair<std::size_t, std::size_t>> overlaps;
-        for (const auto& members : GroupByContainment(freeLoops, overlaps)) {
+        std::vector<std::size_t> repeats;
+        for (const auto& members : GroupByContainment(freeLoops, overlaps, repeats)) {
             std::vector<std::size_t> indices;
             for (std::size_t m : members) indices.push_back(free[m]);
             section(indices);
+        }
+        for (std::size_t r : repeats) {
+            const DrawnProfile& p = profiles[position[free[r]]];
+            if (skipped) Count(*skipped, p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
         }
         for (const auto& [a, b] : overlaps) {
             for (auto [one, other] : {std::pair{a, b}, std::pair{b, a}}) {
