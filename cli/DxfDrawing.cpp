@@ -21,7 +21,7 @@ constexpr int k3dPolylineFlag = 8;
 constexpr int kMeshFlags = 16 | 64;
 constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control points lie off the curve
 
-enum class Section { None, Header, Blocks, Entities, Other };
+enum class Section { None, Header, Blocks, Entities, Objects, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
 enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Ellipse, Hatch, Insert, Attribute, Other };
@@ -119,8 +119,22 @@ private:
             inBlockHeader_ = false;
             return false;
         }
+        if (section_ == Section::Objects) {
+            layout_ = value == "LAYOUT";
+            if (layout_) drawing_.layouts.emplace_back();
+            layoutData_ = false;
+            return false;
+        }
         if (section_ == Section::Entities || (section_ == Section::Blocks && block_)) BeginEntity(value, tag.position);
         return false;
+    }
+
+    // A LAYOUT object: its name, and after its AcDbLayout marker the block record of its space.
+    void LayoutGroup(const DxfTag& tag) {
+        DxfLayout& layout = drawing_.layouts.back();
+        if (tag.code == 1) layout.name = std::string(tag.value);
+        if (tag.code == 100) layoutData_ = tag.value == "AcDbLayout";
+        if (tag.code == 330 && layoutData_) layout.blockRecord = std::string(tag.value);
     }
 
     void Group(const DxfTag& tag) {
@@ -130,10 +144,15 @@ private:
             section_ = tag.value == "HEADER" ? Section::Header
                        : tag.value == "BLOCKS" ? Section::Blocks
                        : tag.value == "ENTITIES" ? Section::Entities
+                       : tag.value == "OBJECTS" ? Section::Objects
                                                  : Section::Other;
             return;
         }
         if (section_ == Section::Header) return HeaderGroup(tag);
+        if (section_ == Section::Objects) {
+            if (layout_) LayoutGroup(tag);
+            return;
+        }
         if (inBlockHeader_ && block_) return BlockHeaderGroup(tag);
         if (entity_) EntityGroup(tag);
     }
@@ -146,6 +165,7 @@ private:
     void BlockHeaderGroup(const DxfTag& tag) {
         switch (tag.code) {
             case 2: block_->name = std::string(tag.value); break;
+            case 330: block_->blockRecord = std::string(tag.value); break;
             case 10: block_->baseX = Number(tag); break;
             case 20: block_->baseY = Number(tag); break;
             default: break;
@@ -481,6 +501,7 @@ private:
     bool expectSectionName_ = false;
     std::string variable_;
     std::optional<DxfBlock> block_;
+    bool layout_ = false, layoutData_ = false;
     bool inBlockHeader_ = false;
     std::optional<Entity> entity_;
     std::optional<DxfShape> polyline_;

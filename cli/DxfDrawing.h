@@ -72,14 +72,21 @@ struct DxfSpace {
 
 struct DxfBlock {
     std::string name;
+    std::string blockRecord;  // the handle of its block record (a layout's space refers to it)
     double baseX = 0, baseY = 0;
     DxfSpace contents;
+};
+
+// A paper-space layout: its name and the block record of the block that holds its entities.
+struct DxfLayout {
+    std::string name, blockRecord;
 };
 
 struct DxfDrawing {
     int insunits = 0;  // $INSUNITS: 0 unitless, 1 inches, 4 millimetres, 6 metres, ...
     DxfSpace model;
     std::map<std::string, DxfBlock> blocks;  // by upper-case name (block names ignore case)
+    std::vector<DxfLayout> layouts;          // from the OBJECTS section (release 2000 and later)
 };
 
 // Reads a DXF file's contents, ASCII or binary, into a drawing. Numbers are read with a decimal

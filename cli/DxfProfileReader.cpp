@@ -57,8 +57,23 @@ public:
     Resolver(const DxfDrawing& drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
         : drawing_(drawing), options_(options), scale_(scale), skipped_(skipped) {}
 
-    std::vector<DrawnProfile> Run() {
-        Space(drawing_.model, Context{Scaling(scale_, scale_), "", "", {}});
+    // The space to read: model space, or a layout's (the active one's entities are in the ENTITIES
+    // section marked as paper space, the others' in blocks of their own).
+    std::vector<DrawnProfile> Run(const std::string& source) {
+        const Context world{Scaling(scale_, scale_), "", "", {}};
+        if (!options_.layout || UpperCase(*options_.layout) == "MODEL") {
+            Space(drawing_.model, world);
+        } else {
+            const DxfBlock* block = LayoutBlock(source);
+            if (!block || UpperCase(block->name) == "*PAPER_SPACE") {
+                paper_ = Paper::Only;
+                Space(drawing_.model, world);
+            }
+            if (block) {
+                paper_ = Paper::Any;
+                Space(block->contents, world);
+            }
+        }
         std::vector<DrawnProfile> chains = ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
             Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
         });
@@ -67,12 +82,29 @@ public:
     }
 
 private:
+    // The block that holds the entities of the named layout; nothing for the active paper space of a
+    // drawing that lists no layouts (release 12) when it has paper-space entities.
+    const DxfBlock* LayoutBlock(const std::string& source) const {
+        std::string names = "Model";
+        for (const DxfLayout& layout : drawing_.layouts) {
+            if (UpperCase(layout.name) != UpperCase(*options_.layout)) {
+                if (UpperCase(layout.name) != "MODEL") names += ", " + layout.name;
+                continue;
+            }
+            for (const auto& [key, block] : drawing_.blocks) {
+                if (!layout.blockRecord.empty() && block.blockRecord == layout.blockRecord) return &block;
+            }
+            return nullptr;
+        }
+        throw ProfileFileError(source + ": there is no layout '" + *options_.layout + "' (the layouts: " + names + ")");
+    }
+
     void Space(const DxfSpace& space, const Context& context) {
         for (const DxfShape& shape : space.shapes) Shape(shape, context);
         for (const DxfInsert& insert : space.inserts) Insert(insert, context);
         for (const auto& [other, count] : space.others) {
             const std::string layer = LayerOf(other.layer, context);
-            Skip(other.paperSpace ? other.type + " in paper space" : !Wanted(layer) ? other.type + " on other layers" : other.type,
+            Skip(Excluded(other.paperSpace) ? other.type + ExcludedSpace() : !Wanted(layer) ? other.type + " on other layers" : other.type,
                  count);
         }
     }
@@ -96,8 +128,14 @@ private:
         return name;
     }
 
+    bool Excluded(bool paperSpace) {
+        if (paper_ == Paper::Any) return false;
+        return paperSpace != (paper_ == Paper::Only);
+    }
+    std::string ExcludedSpace() const { return paper_ == Paper::Only ? " in model space" : " in paper space"; }
+
     void Shape(const DxfShape& shape, const Context& context) {
-        if (shape.paperSpace) return Skip(shape.type + " in paper space");
+        if (Excluded(shape.paperSpace)) return Skip(shape.type + ExcludedSpace());
         const std::string layer = LayerOf(shape.layer, context);
         if (!Wanted(layer)) return Skip(shape.type + " on other layers");
         if (!shape.pieces.empty()) return Boundary(shape, context, layer);
@@ -220,7 +258,7 @@ private:
     }
 
     void Insert(const DxfInsert& insert, const Context& context) {
-        if (insert.paperSpace) return Skip("INSERT in paper space");
+        if (Excluded(insert.paperSpace)) return Skip("INSERT" + ExcludedSpace());
         const std::string layer = LayerOf(insert.layer, context);
         const std::string reference = " in block " + insert.block + " (INSERT" +
                                       (insert.handle.empty() ? "" : " handle " + insert.handle) + ")";
@@ -273,6 +311,7 @@ private:
     double scale_;
     DxfSkips* skipped_;
     long long placed_ = 0;  // block copies placed so far
+    enum class Paper { None, Only, Any } paper_ = Paper::None;  // which space's entities are read
     std::vector<DrawnProfile> profiles_;
     std::vector<DrawnEdge> edges_;  // lines and arcs, chained into outlines at the end
 };
@@ -342,7 +381,7 @@ std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::stri
     const DxfDrawing drawing = ParseDxf(contents, source);
     double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
     if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
-    return Resolver(drawing, options, scale, skipped).Run();
+    return Resolver(drawing, options, scale, skipped).Run(source);
 }
 
 }  // namespace tgp::cli

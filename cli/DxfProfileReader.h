@@ -20,6 +20,7 @@ std::string SkipSummary(const DxfSkips& skipped);
 struct DxfReadOptions {
     std::optional<std::string> layer;              // only outlines on this layer (any case)
     std::optional<double> millimetresPerUnit;      // the drawing unit, overriding $INSUNITS
+    std::optional<std::string> layout;             // a paper-space layout to read instead of model space
 };
 
 // Reads the closed-outline candidates of a DXF drawing's model space, in millimetres: LWPOLYLINE
@@ -27,7 +28,9 @@ struct DxfReadOptions {
 // closed), CIRCLE (two half arcs), and the same inside block references (INSERT, nested, with
 // insertion point, rotation, scale, mirror and rows and columns), each in world coordinates through
 // its entity's own coordinate system (a mirrored entity, extrusion (0, 0, -1), lands mirrored).
-// Entities on layer 0 inside a block take the layer of the reference. Paper space is not read.
+// Entities on layer 0 inside a block take the layer of the reference. Paper space is not read, unless
+// the options name a layout: then that layout is read instead of model space ("Model" is model
+// space); a drawing without that layout raises ProfileFileError naming the layouts it has.
 // Outlines that cannot be used as drawn carry their problem (a mesh, a radius of 0, an arc scaled
 // unequally, a plane not parallel to XY). What makes no outline (texts, dimensions, open polylines,
 // anything in paper space or on other layers) is counted in `skipped` when given. Each is named after its entity:

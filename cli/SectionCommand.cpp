@@ -70,6 +70,7 @@ struct Options {
     std::string format = "auto";
     std::string drawingUnits;
     std::string layer;
+    std::string layout;
     int digits = 6;
     bool json = false;
     bool eachLoop = false;
@@ -104,6 +105,7 @@ void Declare(CLI::App& app, Options& o) {
     app.add_option("--drawing-units", o.drawingUnits,
                    "unit of the input coordinates: mm, cm, dm, m, in or ft (default: a drawing's $INSUNITS, else mm)");
     app.add_option("--layer", o.layer, "read only the outlines on this layer of a drawing (any case)");
+    app.add_option("--layout", o.layout, "read this paper-space layout of a drawing instead of its model space");
     app.add_flag("--each-loop", o.eachLoop, "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
     app.add_flag("-q,--quiet", o.quiet, "do not list what each drawing held that made no outline");
@@ -121,6 +123,7 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)), o.digits);
         if (!o.drawingUnits.empty()) o.dxf.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
         if (!o.layer.empty()) o.dxf.layer = o.layer;
+        if (!o.layout.empty()) o.dxf.layout = o.layout;
     } catch (const CLI::ParseError& e) {
         return app.exit(e, out, err) == 0 ? 0 : 1;
     }

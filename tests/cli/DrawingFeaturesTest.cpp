@@ -175,5 +175,39 @@ TEST(DrawingEntities, CirclesWithoutARadiusAndMeshesAreNamedProblems) {
     EXPECT_EQ(p[2].problem, "is a mesh, not a profile");
 }
 
+// Layouts: the active one's entities are marked as paper space in ENTITIES, another's live in a block
+// of its own; its LAYOUT object names the block record of that block.
+TEST(DrawingLayouts, ALayoutIsReadWhenNamed) {
+    const std::string blocks = "0\nBLOCK\n5\n20\n330\n1F\n2\n*Paper_Space0\n70\n0\n10\n0\n20\n0\n30\n0\n" +
+                               Polyline("B2", "SHEET", kSquare) + "0\nENDBLK\n" +
+                               "0\nBLOCK\n5\n22\n330\n1E\n2\n*Paper_Space\n70\n0\n10\n0\n20\n0\n30\n0\n0\nENDBLK\n";
+    const std::string objects = "0\nSECTION\n2\nOBJECTS\n"
+                                "0\nLAYOUT\n5\n30\n330\n1A\n100\nAcDbPlotSettings\n1\n\n100\nAcDbLayout\n1\nLayout1\n330\n1E\n"
+                                "0\nLAYOUT\n5\n31\n330\n1A\n100\nAcDbPlotSettings\n1\n\n100\nAcDbLayout\n1\nLayout2\n330\n1F\n"
+                                "0\nLAYOUT\n5\n32\n330\n1A\n100\nAcDbLayout\n1\nModel\n330\n1D\n0\nENDSEC\n";
+    const std::string entities = Polyline("A1", "PARTS", kSquare) + Polyline("P1", "SHEET", {{0, 0}, {5, 0}, {5, 5}, {0, 5}}, "67\n1\n");
+    std::string drawing = Drawing(entities, blocks);
+    drawing.insert(drawing.rfind("0\nEOF"), objects);
+    struct Case {
+        std::optional<std::string> layout;
+        std::string handle;
+    };
+    for (const Case& c : {Case{{}, "A1"}, Case{"model", "A1"}, Case{"Layout1", "P1"}, Case{"LAYOUT2", "B2"}}) {
+        DxfReadOptions options;
+        options.layout = c.layout;
+        const auto p = ReadDxfText(drawing, "d.dxf", options);
+        ASSERT_EQ(p.size(), 1u) << c.layout.value_or("(none)");
+        EXPECT_EQ(p[0].handle, c.handle) << c.layout.value_or("(none)");
+    }
+    DxfReadOptions missing;
+    missing.layout = "Sheet 9";
+    try {
+        ReadDxfText(drawing, "d.dxf", missing);
+        ADD_FAILURE() << "a layout that is not there";
+    } catch (const ProfileFileError& e) {
+        EXPECT_STREQ(e.what(), "d.dxf: there is no layout 'Sheet 9' (the layouts: Model, Layout1, Layout2)");
+    }
+}
+
 }  // namespace
 }  // namespace tgp::cli
