@@ -409,12 +409,15 @@ private:
             return s;
         }
         const double turn = n[2] > 0 ? 1 : -1, ratio = e.radius;
-        if (!(ratio > 0 && ratio <= 1) || !(std::hypot(e.x1, e.y1) > 0)) {
-            s.problem = "has an axis of length 0 or an axis ratio outside (0, 1]";
+        // The format asks for a ratio of at most 1; drawings with more (the "minor" axis the longer
+        // one) still describe an ellipse.
+        if (!(ratio > 0) || !std::isfinite(ratio) || !(std::hypot(e.x1, e.y1) > 0)) {
+            s.problem = "has an axis of length 0";
             return s;
         }
         double t0 = e.startAngle, t1 = e.endAngle == 360 ? 2 * std::numbers::pi : e.endAngle;
-        const bool whole = std::fabs(t1 - t0) >= 2 * std::numbers::pi - 1e-12 || t1 == t0;
+        // Parameters written with six decimals (6.283185) still mean the whole ellipse.
+        const bool whole = std::fabs(t1 - t0) >= 2 * std::numbers::pi - 1e-5 || t1 == t0;
         if (whole) t1 = t0 + 2 * std::numbers::pi;
         while (t1 < t0) t1 += 2 * std::numbers::pi;
         // The minor semi-axis: ratio times the normal crossed with the major one.

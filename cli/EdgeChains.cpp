@@ -86,12 +86,49 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         at[static_cast<std::size_t>(ends[i].second)].push_back(i);
     }
     std::vector<bool> done(edges.size(), false);
+    // Lines that end in the open (centre marks, extension lines, construction lines) are not part
+    // of an outline, nor is what only they connect: they are taken away from their free ends on.
+    std::vector<std::size_t> free;
+    for (std::size_t n = 0; n < at.size(); ++n) {
+        if (at[n].size() == 1) free.push_back(n);
+    }
+    while (!free.empty()) {
+        const std::size_t node = free.back();
+        free.pop_back();
+        if (at[node].size() != 1) continue;
+        const std::size_t e = at[node].front();
+        done[e] = true;
+        unused(edges[e], "not part of a closed outline");
+        for (int end : {ends[e].first, ends[e].second}) {
+            auto& list = at[static_cast<std::size_t>(end)];
+            list.erase(std::remove(list.begin(), list.end(), e), list.end());
+            if (list.size() == 1) free.push_back(static_cast<std::size_t>(end));
+        }
+    }
     std::vector<DrawnProfile> outlines;
     for (std::size_t first = 0; first < edges.size(); ++first) {
         if (done[first]) continue;
         done[first] = true;
         if (ends[first].first == ends[first].second) {
-            unused(edges[first], "of no length");
+            // An edge that comes back to where it starts (a whole ellipse drawn as an arc) is an
+            // outline by itself; a single segment doing so has no length.
+            if (edges[first].bulges.size() > 1) {
+                DrawnProfile p;
+                const DrawnEdge& edge = edges[first];
+                for (std::size_t k = 0; k < edge.bulges.size(); ++k) p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
+                if (edge.curve) {
+                    p.curves = {*edge.curve};
+                    p.curveOf.assign(edge.bulges.size(), 0);
+                }
+                p.type = edge.type;
+                p.handle = edge.handle;
+                p.layer = edge.layer;
+                p.name = edge.type + (edge.handle.empty() ? "" : " handle " + edge.handle) +
+                         (edge.layer.empty() ? "" : " on layer " + edge.layer) + (edge.approximate ? " (curves flattened)" : "");
+                outlines.push_back(std::move(p));
+            } else {
+                unused(edges[first], "of no length");
+            }
             continue;
         }
         // Walk on from the end of the first edge until the walk comes back to its start.

@@ -29,8 +29,11 @@ struct DrawnEdge {
 inline constexpr double kChainGap = 1e-6;
 
 // Chains edges whose ends meet into closed outlines, in the order of travel (an edge travelled
-// backwards has its vertices reversed and its bulges negated). An edge that is not part of a closed
-// chain (an end that meets no other edge, or more than one) is handed to `unused` with the reason.
+// backwards has its vertices reversed and its bulges negated). Edges with a free end are taken
+// away first, from that end on (centre marks and extension lines that touch an outline do not stop
+// it closing). An edge that is not part of a closed chain (a free end, or a point where more than
+// two edges still meet) is handed to `unused` with the reason; an edge whose own ends meet is an
+// outline by itself.
 // Outlines come in the order of their first edge.
 std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
                                      const std::function<void(const DrawnEdge&, const std::string& why)>& unused);

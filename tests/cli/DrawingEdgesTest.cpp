@@ -111,15 +111,27 @@ TEST(DrawingEdges, ArcsWrapAroundAndMirroredArcsRunTheOtherWay) {
     EXPECT_NEAR(v->xc, -40 / (3 * M_PI), 1e-9);
 }
 
-TEST(DrawingEdges, DanglingAndBranchingEdgesAreListedNotGuessed) {
+// Lines that end in the open (an axis from a corner, a centre mark) are taken away, and the
+// outline they touch still closes; where three edges still meet, nothing is guessed.
+TEST(DrawingEdges, DanglingEdgesAreTakenAwayAndBranchesListed) {
     DxfSkips skipped;
-    // A triangle with a fourth line from one corner: the corner meets three edges.
-    const auto p = ReadDxfText(Drawing(Line(1, 0, 0, 10, 0) + Line(2, 10, 0, 0, 10) + Line(3, 0, 10, 0, 0) +
-                                       Line(4, 0, 0, -5, -5, "AXES") + Line(5, 20, 20, 30, 30, "AXES")),
-                               "b.dxf", {}, &skipped);
-    EXPECT_TRUE(p.empty());
-    EXPECT_EQ(SkipSummary(skipped), "3 LINE on layer EDGES not part of a closed outline, 2 LINE on layer AXES not part of a "
-                                    "closed outline");
+    const auto triangle = ReadDxfText(Drawing(Line(1, 0, 0, 10, 0) + Line(2, 10, 0, 0, 10) + Line(3, 0, 10, 0, 0) +
+                                              Line(4, 0, 0, -5, -5, "AXES") + Line(6, -5, -5, -8, -2, "AXES") +
+                                              Line(5, 20, 20, 30, 30, "AXES")),
+                                      "b.dxf", {}, &skipped);
+    ASSERT_EQ(triangle.size(), 1u);
+    EXPECT_NEAR(Area(triangle[0]), 50, 1e-12);
+    EXPECT_EQ(SkipSummary(skipped), "3 LINE on layer AXES not part of a closed outline");
+
+    skipped.clear();
+    // A square split by a line across it: two loops share that line, so no edge is taken as an
+    // outline (the drawing is ambiguous), and all seven are listed.
+    const auto split = ReadDxfText(Drawing(Line(1, 0, 0, 5, 0) + Line(2, 5, 0, 10, 0) + Line(3, 10, 0, 10, 10) +
+                                           Line(4, 10, 10, 5, 10) + Line(5, 5, 10, 0, 10) + Line(6, 0, 10, 0, 0) +
+                                           Line(7, 5, 0, 5, 10)),
+                                   "s.dxf", {}, &skipped);
+    EXPECT_TRUE(split.empty());
+    EXPECT_EQ(SkipSummary(skipped), "7 LINE on layer EDGES not part of a closed outline");
 }
 
 }  // namespace
