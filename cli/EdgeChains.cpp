@@ -52,6 +52,70 @@ private:
     std::unordered_map<std::uint64_t, std::vector<int>> cells_;
 };
 
+using Ends = std::vector<std::pair<int, int>>;
+using Incidence = std::vector<std::vector<std::size_t>>;
+
+// Takes away edges with a free end, and then those that leaves free, until none is left.
+template <class TakeAway>
+void PruneDangling(Incidence& at, const Ends& ends, TakeAway takeAway) {
+    std::vector<std::size_t> free;
+    for (std::size_t n = 0; n < at.size(); ++n) {
+        if (at[n].size() == 1) free.push_back(n);
+    }
+    while (!free.empty()) {
+        const std::size_t node = free.back();
+        free.pop_back();
+        if (at[node].size() != 1) continue;
+        const std::size_t e = at[node].front();
+        takeAway(e);
+        for (int end : {ends[e].first, ends[e].second}) {
+            if (at[static_cast<std::size_t>(end)].size() == 1) free.push_back(static_cast<std::size_t>(end));
+        }
+    }
+}
+
+// The edges that lie on no cycle (whose removal would split their part of the drawing): Tarjan's
+// low-link search, iterative, stepping back only over the edge it came by (two arcs between the
+// same two points are a cycle).
+std::vector<std::size_t> Bridges(const Incidence& at, const Ends& ends) {
+    const std::size_t n = at.size();
+    std::vector<int> order(n, -1), low(n, 0);
+    std::vector<std::size_t> bridges;
+    int counter = 0;
+    struct Frame {
+        std::size_t node, via, next;  // via: the edge it was reached by
+    };
+    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    for (std::size_t root = 0; root < n; ++root) {
+        if (order[root] >= 0 || at[root].empty()) continue;
+        std::vector<Frame> stack{{root, kNone, 0}};
+        order[root] = low[root] = counter++;
+        while (!stack.empty()) {
+            Frame& f = stack.back();
+            if (f.next < at[f.node].size()) {
+                const std::size_t e = at[f.node][f.next++];
+                if (e == f.via) continue;
+                const std::size_t other =
+                    static_cast<std::size_t>(ends[e].first == static_cast<int>(f.node) ? ends[e].second : ends[e].first);
+                if (order[other] < 0) {
+                    order[other] = low[other] = counter++;
+                    stack.push_back({other, e, 0});
+                } else {
+                    low[f.node] = std::min(low[f.node], order[other]);
+                }
+                continue;
+            }
+            const Frame done = f;
+            stack.pop_back();
+            if (stack.empty()) break;
+            Frame& parent = stack.back();
+            low[parent.node] = std::min(low[parent.node], low[done.node]);
+            if (low[done.node] > order[parent.node]) bridges.push_back(done.via);
+        }
+    }
+    return bridges;
+}
+
 std::string CountedTypes(const std::vector<DrawnEdge>& edges, const std::vector<std::size_t>& chain) {
     std::map<std::string, std::size_t> counts;
     for (std::size_t e : chain) ++counts[edges[e].type];
@@ -86,24 +150,22 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         at[static_cast<std::size_t>(ends[i].second)].push_back(i);
     }
     std::vector<bool> done(edges.size(), false);
-    // Lines that end in the open (centre marks, extension lines, construction lines) are not part
-    // of an outline, nor is what only they connect: they are taken away from their free ends on.
-    std::vector<std::size_t> free;
-    for (std::size_t n = 0; n < at.size(); ++n) {
-        if (at[n].size() == 1) free.push_back(n);
-    }
-    while (!free.empty()) {
-        const std::size_t node = free.back();
-        free.pop_back();
-        if (at[node].size() != 1) continue;
-        const std::size_t e = at[node].front();
+    auto takeAway = [&](std::size_t e) {
         done[e] = true;
         unused(edges[e], "not part of a closed outline");
         for (int end : {ends[e].first, ends[e].second}) {
             auto& list = at[static_cast<std::size_t>(end)];
             list.erase(std::remove(list.begin(), list.end(), e), list.end());
-            if (list.size() == 1) free.push_back(static_cast<std::size_t>(end));
         }
+    };
+    // Lines that end in the open (centre marks, extension lines) are not part of an outline, nor is
+    // what only they connect; neither are lines that merely join two outlines (a leader from a hole
+    // to a corner): every edge on no cycle at all goes, then what that leaves dangling.
+    for (;;) {
+        PruneDangling(at, ends, takeAway);
+        const std::vector<std::size_t> bridges = Bridges(at, ends);
+        if (bridges.empty()) break;
+        for (std::size_t e : bridges) takeAway(e);
     }
     std::vector<DrawnProfile> outlines;
     for (std::size_t first = 0; first < edges.size(); ++first) {
@@ -177,7 +239,7 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         p.handle = lead.handle;
         p.layer = lead.layer;
         p.name = "outline of " + CountedTypes(edges, members) + (lead.layer.empty() ? "" : " on layer " + lead.layer) +
-                 ", from " + lead.type + (lead.handle.empty() ? "" : " handle " + lead.handle) +
+                 (lead.handle.empty() ? "" : ", from " + lead.type + " handle " + lead.handle) +
                  (approximate ? " (curves flattened)" : "");
         outlines.push_back(std::move(p));
     }
