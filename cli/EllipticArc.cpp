@@ -72,10 +72,10 @@ double Length(const EllipticArc& arc) {
 
 SegmentBox BoundingBox(const EllipticArc& arc) {
     const double low = std::min(arc.t0, arc.t1), high = std::max(arc.t0, arc.t1);
-    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+    SegmentBox box = SegmentBox::Empty();
     auto include = [&](double t) {
         const PlanePoint p = arc.At(t);
-        box = {std::min(box.xmin, p[0]), std::min(box.ymin, p[1]), std::max(box.xmax, p[0]), std::max(box.ymax, p[1])};
+        box.Include({p[0], p[1], p[0], p[1]});
     };
     include(arc.t0);
     include(arc.t1);

@@ -79,6 +79,14 @@ double ModulusIn(double cubicMillimetres, const Units& units) {
     return In(modulus, units);
 }
 
+// Segment k of an outline, from vertex k to the next (the last back to the first).
+LoopDLine SegmentOf(const DrawnProfile& p, std::size_t k) {
+    const std::size_t next = (k + 1) % p.VertexCount();
+    LoopDLine segment;
+    segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+    return segment;
+}
+
 // The block of an outline that follows elliptic arcs: the arcs' exact integrals in place of those
 // of the circular arcs that stand for them, about the outline's mean vertex as a loop takes them.
 std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
@@ -97,9 +105,7 @@ std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
             perimeter += Length(arc);
             continue;
         }
-        const std::size_t next = (k + 1) % n;
-        LoopDLine segment;
-        segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+        const LoopDLine segment = SegmentOf(p, k);
         sum += segment.IntegralsAbout(O);
         perimeter += segment.Length();
     }
@@ -122,23 +128,16 @@ std::shared_ptr<InertiaBlock> CompositeOf(Loop7s& section, const std::vector<std
 
 // The box around outlines that follow elliptic arcs: the arcs' own extremes, not their stand-ins'.
 SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, Loop7s& section) {
-    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-    auto add = [&box](const SegmentBox& b) {
-        box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
-    };
+    SegmentBox box = SegmentBox::Empty();
     for (std::size_t i = 0; i < members.size(); ++i) {
         const DrawnProfile& p = *members[i];
         if (p.curves.empty()) {
-            for (const LoopDLine& segment : section.Item(i + 1)->Segments()) add(segment.BoundingBox());
+            for (const LoopDLine& segment : section.Item(i + 1)->Segments()) box.Include(segment.BoundingBox());
             continue;
         }
-        for (const EllipticArc& arc : p.curves) add(BoundingBox(arc));
+        for (const EllipticArc& arc : p.curves) box.Include(BoundingBox(arc));
         for (std::size_t k = 0; k < p.VertexCount(); ++k) {
-            if (p.curveOf[k] >= 0) continue;
-            const std::size_t next = (k + 1) % p.VertexCount();
-            LoopDLine segment;
-            segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
-            add(segment.BoundingBox());
+            if (p.curveOf[k] < 0) box.Include(SegmentOf(p, k).BoundingBox());
         }
     }
     return box;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -27,6 +29,15 @@ struct SegmentIntegrals {
 // An axis-aligned box around a segment, arc bulges included.
 struct SegmentBox {
     double xmin, ymin, xmax, ymax;
+
+    // A box around nothing, which any box included makes that box.
+    static SegmentBox Empty() { return {HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL}; }
+    void Include(const SegmentBox& b) {
+        xmin = std::min(xmin, b.xmin);
+        ymin = std::min(ymin, b.ymin);
+        xmax = std::max(xmax, b.xmax);
+        ymax = std::max(ymax, b.ymax);
+    }
 };
 
 // One segment of a closed loop: a straight line, or a circular arc given by its end points and a

@@ -12,11 +12,8 @@ namespace {
 enum class Side { Inside, Outside, Mixed, OnBoundary };
 
 SegmentBox BoxOf(const Loop7& loop) {
-    SegmentBox box = loop.Segments().front().BoundingBox();
-    for (const LoopDLine& segment : loop.Segments()) {
-        const SegmentBox b = segment.BoundingBox();
-        box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
-    }
+    SegmentBox box = SegmentBox::Empty();
+    for (const LoopDLine& segment : loop.Segments()) box.Include(segment.BoundingBox());
     return box;
 }
 

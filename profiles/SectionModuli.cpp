@@ -176,14 +176,13 @@ SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite, cons
     const Point c = block->Centroid();
     const double area = block->Area()->Millimetres();
     const double ix = block->MomentOfInertiaX()->Millimetres(), iy = block->MomentOfInertiaY()->Millimetres();
-    SegmentBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-    for (const auto& loop : section.Loops()) {
-        for (const LoopDLine& segment : loop->Segments()) {
-            const SegmentBox b = segment.BoundingBox();
-            box = {std::min(box.xmin, b.xmin), std::min(box.ymin, b.ymin), std::max(box.xmax, b.xmax), std::max(box.ymax, b.ymax)};
+    SegmentBox box = SegmentBox::Empty();
+    if (given) box = *given;
+    else {
+        for (const auto& loop : section.Loops()) {
+            for (const LoopDLine& segment : loop->Segments()) box.Include(segment.BoundingBox());
         }
     }
-    if (given) box = *given;
     SectionModuli m{};
     m.top = box.ymax - c[1];
     m.bottom = c[1] - box.ymin;
