@@ -204,12 +204,7 @@ TEST(SectionCommand, ExamplesRun) {
     EXPECT_EQ(text.out.substr(text.out.find("\"area\": 2")), dxf.out.substr(dxf.out.find("\"area\": 2")));
 }
 
-// The number after "key": in one line of the JSON output.
-double JsonNumber(const std::string& line, const std::string& key) {
-    const auto at = line.find("\"" + key + "\": ");
-    if (at == std::string::npos) return NAN;
-    return testing::ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
-}
+using testing::JsonNumber;
 
 // ---- principal axes of turned sections -------------------------------------------------------
 

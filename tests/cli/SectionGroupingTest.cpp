@@ -127,11 +127,7 @@ std::string HollowDrawing(const std::vector<testing::HollowRow>& rows, int insun
            entities + "0\nENDSEC\n0\nEOF\n";
 }
 
-double JsonNumber(const std::string& line, const std::string& key) {
-    const auto at = line.find("\"" + key + "\": ");
-    if (at == std::string::npos) return NAN;
-    return testing::ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
-}
+using testing::JsonNumber;
 
 TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
     const auto rows = testing::ReadHollowTable();

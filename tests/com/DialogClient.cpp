@@ -8,6 +8,7 @@
 
 #include "Client.h"
 #include "ModifiedCounter.h"
+#include "StackDispatch.h"
 
 using namespace client;
 
@@ -433,19 +434,9 @@ CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
 namespace {
 
 // A form of the caller's, as VB6 forms offer it: an object whose hWnd is its window.
-class FormWithWindow final : public IDispatch {
+class FormWithWindow final : public StackDispatch {
 public:
     explicit FormWithWindow(HWND window) : window_(window) {}
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch) ? this : nullptr;
-        if (!*result) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references_; }  // lives on the stack
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
         if (_wcsicmp(names[0], L"hWnd") != 0) return DISP_E_UNKNOWNNAME;
         ids[0] = 1;
@@ -460,7 +451,6 @@ public:
 
 private:
     HWND window_;
-    ULONG references_ = 1;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Geometry and profile classes from C++: arrays of Double, lower bounds, typed by-reference
 // variables as VBA passes them, the CAD entity's Move calls and hostile arrays.
 #include "Client.h"
+#include "StackDispatch.h"
 
 using namespace client;
 
@@ -30,21 +31,11 @@ Var RefTo(VARIANT& variable) {
 }
 
 // A CAD entity that records its Move calls.
-class RecordingEntity final : public IDispatch {
+class RecordingEntity final : public StackDispatch {
 public:
     int moves = 0;
     std::vector<double> lastTo;
     VARTYPE argumentType = VT_EMPTY;
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch) ? this : nullptr;
-        if (!*result) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references_; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
         if (std::wstring(names[0]) != L"Move") return DISP_E_UNKNOWNNAME;
         *ids = 7;
@@ -57,10 +48,6 @@ public:
         lastTo = Elements(params->rgvarg[0]);  // the last argument comes first
         return S_OK;
     }
-    ULONG references() const { return references_; }
-
-private:
-    ULONG references_ = 1;
 };
 
 }  // namespace

@@ -1,33 +1,20 @@
 #pragma once
 // A counting sink for UnitSetting's Modified event and its connection, shared by the client's tests.
 #include "Client.h"
+#include "StackDispatch.h"
 #include "Tessary_Geometry_Pro.h"
 
 namespace client {
 
 // A sink for UnitSetting's Modified event that counts the calls.
-class ModifiedCounter final : public IDispatch {
+class ModifiedCounter final : public StackDispatch {
 public:
+    ModifiedCounter() : StackDispatch(DIID___UnitSetting) {}
     int count = 0;
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___UnitSetting) ? this : nullptr;
-        if (!*result) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references_; }  // lives on the stack
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
         if (id == 1 && params && params->cArgs == 0) ++count;
         return S_OK;
     }
-    ULONG references() const { return references_; }
-
-private:
-    ULONG references_ = 1;
 };
 
 // Connects a sink to an object's events (by default a counter to a UnitSetting's Modified) for the

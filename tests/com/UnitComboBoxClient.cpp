@@ -7,6 +7,7 @@
 #include "Client.h"
 #include "FakeComboBox.h"
 #include "ModifiedCounter.h"
+#include "StackDispatch.h"
 #include "Tessary_Geometry_Pro.h"
 
 using namespace client;
@@ -16,23 +17,13 @@ namespace {
 constexpr int kLength = 1, kForceMoment = 8;
 
 // A sink for UnitComboBox's Change: records both ids and may rewrite the new one or fail.
-class ChangeRecorder final : public IDispatch {
+class ChangeRecorder final : public StackDispatch {
 public:
+    ChangeRecorder() : StackDispatch(DIID___UnitComboBox) {}
     std::vector<std::pair<short, short>> changes;
     short rewrite = -1;  // when not -1, written into newUnitID
     bool fail = false;   // answers as a handler that raised an error
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___UnitComboBox) ? this : nullptr;
-        if (!*result) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references_; }  // lives on the stack
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO* info, UINT*) override {
         if (id != 1 || !params || params->cArgs != 2) {
             changes.emplace_back(-100, -100);  // a malformed event
@@ -53,9 +44,6 @@ public:
         }
         return S_OK;
     }
-
-private:
-    ULONG references_ = 1;
 };
 
 // A new test box of the given kind, released with the holder.

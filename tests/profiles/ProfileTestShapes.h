@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <utility>
 #include <cmath>
 #include <fstream>
 #include <optional>
@@ -135,26 +136,41 @@ inline double ParseNumber(const std::string& text) {
     return value;
 }
 
-// The rows of european_i_sections.csv, or nothing when the shared data folder is absent.
-inline std::optional<std::vector<SectionRow>> ReadSectionTable() {
-    std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/european_i_sections.csv");
+// The number after "key": in one line of tgp-section's JSON output (NaN when the key is not there).
+inline double JsonNumber(const std::string& line, const std::string& key) {
+    const auto at = line.find("\"" + key + "\": ");
+    if (at == std::string::npos) return NAN;
+    return ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
+}
+
+// The data rows of a table in the shared data folder (comment lines and the header left out), as
+// cells; nothing when the folder is absent. A row of fewer than `cells` cells fails the test.
+inline std::optional<std::vector<std::vector<std::string>>> ReadTableRows(const std::string& file, std::size_t cells) {
+    std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/" + file);
     if (!in) return std::nullopt;
-    std::vector<SectionRow> rows;
-    std::string line;
+    std::vector<std::vector<std::string>> rows;
     bool header = true;
-    while (std::getline(in, line)) {
+    for (std::string line; std::getline(in, line);) {
         if (line.empty() || line[0] == '#') continue;
-        if (header) {  // section,series,h,b,tw,tf,r,A,Iy,Wel_y,iy,Iz,Wel_z,iz
-            header = false;
-            continue;
-        }
+        if (std::exchange(header, false)) continue;
         std::vector<std::string> f;
         std::stringstream fields(line);
         for (std::string cell; std::getline(fields, cell, ',');) f.push_back(cell);
-        if (f.size() < 14) {
+        if (f.size() < cells) {
             ADD_FAILURE() << "short row: " << line;
             continue;
         }
+        rows.push_back(std::move(f));
+    }
+    return rows;
+}
+
+// The rows of european_i_sections.csv (section,series,h,b,tw,tf,r,A,Iy,Wel_y,iy,Iz,Wel_z,iz).
+inline std::optional<std::vector<SectionRow>> ReadSectionTable() {
+    const auto cells = ReadTableRows("european_i_sections.csv", 14);
+    if (!cells) return std::nullopt;
+    std::vector<SectionRow> rows;
+    for (const auto& f : *cells) {
         rows.push_back({f[0], ParseNumber(f[2]), ParseNumber(f[3]), ParseNumber(f[4]), ParseNumber(f[5]),
                         ParseNumber(f[6]), ParseNumber(f[7]), ParseNumber(f[8]), ParseNumber(f[10]),
                         ParseNumber(f[11]), ParseNumber(f[13])});
@@ -169,26 +185,12 @@ struct HollowRow {
     bool Circular() const { return kind == "CHS"; }
 };
 
-// The rows of hollow_sections.csv, or nothing when the shared data folder is absent.
+// The rows of hollow_sections.csv (designation,kind,B,H,t,ro,ri,A,Ix,Iy,Welx,Wely,Wplx,Wply).
 inline std::optional<std::vector<HollowRow>> ReadHollowTable() {
-    std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/hollow_sections.csv");
-    if (!in) return std::nullopt;
+    const auto cells = ReadTableRows("hollow_sections.csv", 14);
+    if (!cells) return std::nullopt;
     std::vector<HollowRow> rows;
-    std::string line;
-    bool header = true;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        if (header) {  // designation,kind,B_mm,H_mm,t_mm,ro_mm,ri_mm,A_cm2,Ix_cm4,Iy_cm4,Welx,Wely,Wplx,Wply
-            header = false;
-            continue;
-        }
-        std::vector<std::string> f;
-        std::stringstream fields(line);
-        for (std::string cell; std::getline(fields, cell, ',');) f.push_back(cell);
-        if (f.size() < 14) {
-            ADD_FAILURE() << "short row: " << line;
-            continue;
-        }
+    for (const auto& f : *cells) {
         HollowRow r;
         r.name = f[0];
         r.kind = f[1];
