@@ -222,14 +222,11 @@ double Geometry::Volume_4Points(const Point& A, const Point& b, const Point& C, 
 
 APlane_Result Geometry::Analyse_Point_Plane(const Point& P, const Point& A, const Point& b, const Point& C,
                                             double& Distance, Point* FootPoint, std::string* Desc) {
-    const Point n = NormalVector(A, b, C);
-    const double height = Vector::vxxv(Vector::VectorAB(P, A), n);
-    const Point foot = height == 0 ? P : Vector::vplusv(P, Vector::vxr(n, height));
-    Distance = height == 0 ? 0 : Vector::vLength(P, foot);
-    if (FootPoint) *FootPoint = foot;
-    const APlane_Result result = height == 0 ? APlane_PointOnPlane : APlane_PointOffPlane;
-    if (Desc) *Desc = result == APlane_PointOnPlane ? "The point lies on the plane" : "The point lies off the plane";
-    return result;
+    PointPlaneAnalysis analysis = Analysis::PointPlane(P, A, b, C);
+    Distance = analysis.distance;
+    if (FootPoint) *FootPoint = std::move(analysis.foot);
+    if (Desc) *Desc = std::move(analysis.desc);
+    return analysis.result;
 }
 
 void Geometry::RotatePoint(const Point& point, const Point& Org, const Point& Uz, double Rotation,

@@ -2,15 +2,11 @@
 
 #include <string>
 
+#include "geometry/Analysis.h"
 #include "geometry/Point.h"
 
 namespace tgp {
 
-// Result of Analyse_Point_Plane.
-enum APlane_Result : int {
-    APlane_PointOnPlane = 0,   // the point lies in the plane (distance exactly 0)
-    APlane_PointOffPlane = 1,  // the point lies off the plane
-};
 
 // The global Geometry class: angle functions, triangle and tetrahedron measurement and point
 // rotation. All members are static. Angles are radians, and pi is the shortened literal
@@ -55,7 +51,8 @@ public:
     // Volume of the tetrahedron on four points: the face b, C, D times the height of A over it / 3.
     static double Volume_4Points(const Point& A, const Point& b, const Point& C, const Point& D);
     // Perpendicular distance of P from the plane through A, b, C (never negative), optionally the
-    // foot of the perpendicular and a description. Collinear A, b, C raise error 2411.
+    // foot of the perpendicular and a description; where P lies (Analysis::PointPlane has the
+    // tolerance). Collinear A, b, C raise error 2411.
     static APlane_Result Analyse_Point_Plane(const Point& P, const Point& A, const Point& b, const Point& C,
                                              double& Distance, Point* FootPoint = nullptr,
                                              std::string* Desc = nullptr);

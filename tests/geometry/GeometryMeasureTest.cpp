@@ -100,10 +100,10 @@ TEST(GeometryPointPlane, DistanceFootAndDescription) {
     Point foot;
     std::string desc;
     EXPECT_EQ(Geometry::Analyse_Point_Plane({1, 2, -3}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
-              APlane_PointOffPlane);
+              APlane_PointBehind);
     EXPECT_DOUBLE_EQ(distance, 3);
     EXPECT_TRUE(PointsNear(foot, {1, 2, 0}, 1e-15));
-    EXPECT_EQ(desc, "The point lies off the plane");
+    EXPECT_EQ(desc, "The point lies behind the plane");
 
     EXPECT_EQ(Geometry::Analyse_Point_Plane({4, 5, 0}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
               APlane_PointOnPlane);
@@ -113,7 +113,7 @@ TEST(GeometryPointPlane, DistanceFootAndDescription) {
 
     // The plane x + y + z = 1 and the origin: distance 1 / sqrt(3), foot (1/3, 1/3, 1/3).
     EXPECT_EQ(Geometry::Analyse_Point_Plane({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, distance, &foot),
-              APlane_PointOffPlane);
+              APlane_PointBehind);
     EXPECT_NEAR(distance, 1 / std::sqrt(3.0), 1e-15);
     EXPECT_TRUE(PointsNear(foot, {1.0 / 3, 1.0 / 3, 1.0 / 3}, 1e-15));
 
