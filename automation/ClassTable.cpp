@@ -4,6 +4,7 @@
 
 #include "GeometryAdapters.h"
 #include "GeometryExeAdapter.h"
+#include "HostBridgeAdapter.h"
 #include "ProfileAdapters.h"
 #include "Quantities.h"
 #include "Tessary_Geometry_Pro.h"
@@ -27,6 +28,7 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"InertiaBlock", __uuidof(::InertiaBlock), &CreateInertiaBlock},
     ClassEntry{L"Loop7s", __uuidof(::Loop7s), &CreateLoop7s},
     ClassEntry{L"UnitComboBox", __uuidof(::UnitComboBox), &CreateUnitComboBox},
+    ClassEntry{L"HostBridge", __uuidof(::HostBridge), &CreateHostBridge},
 });
 
 }  // namespace

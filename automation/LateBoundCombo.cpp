@@ -71,7 +71,16 @@ void LateBoundCombo::Text(const std::string& text) {
 
 void LateBoundCombo::OnSelection(SelectionHandler handler) {
     events_.reset();
-    if (handler) events_ = ControlEvents::Connect(control_, std::move(handler));
+    if (!handler) return;
+    // Click is preferred to Change: a form's combo box also reports Change for each edit of its text,
+    // and one pick must be one notification.
+    events_ = EventConnection::Connect(control_, [&](const std::map<std::wstring, DISPID>& members) {
+        std::map<DISPID, EventConnection::Handler> chosen;
+        auto click = members.find(L"CLICK");
+        if (click == members.end()) click = members.find(L"CHANGE");
+        if (click != members.end()) chosen.emplace(click->second, [handler](DISPPARAMS&) { handler(); });
+        return chosen;
+    });
 }
 
 }  // namespace tgp::automation

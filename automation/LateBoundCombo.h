@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "ControlEvents.h"
+#include "EventConnection.h"
 #include "OleBase.h"
 #include "ui/ComboControl.h"
 
@@ -33,7 +33,7 @@ public:
 
 private:
     IDispatch* control_;
-    std::unique_ptr<ControlEvents> events_;
+    std::unique_ptr<EventConnection> events_;
 };
 
 }  // namespace tgp::automation

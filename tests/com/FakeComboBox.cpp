@@ -20,12 +20,16 @@ ITypeLib* FakeLibrary() {
     return library;
 }
 
+}  // namespace
+
 HRESULT TypeInfoOf(const GUID& guid, ITypeInfo** info) {
     if (!info) return E_POINTER;
     *info = nullptr;
     ITypeLib* library = FakeLibrary();
     return library ? library->GetTypeInfoOfGuid(guid, info) : TYPE_E_CANTLOADLIBRARY;
 }
+
+namespace {
 
 ITypeInfo* ComboInfo() {
     static ITypeInfo* info = [] {

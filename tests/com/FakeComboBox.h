@@ -11,6 +11,9 @@
 
 namespace client {
 
+// Type information from the test controls' type library (in the client's own resources).
+HRESULT TypeInfoOf(const GUID& guid, ITypeInfo** info);
+
 class FakeComboBox final : public IFakeComboBox,
                            public IProvideClassInfo,
                            public IConnectionPointContainer,

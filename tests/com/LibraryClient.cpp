@@ -128,9 +128,12 @@ CLIENT_TEST(TypeLibraryContents) {
         {L"Loop7sSortKey", {L"SortByArea", L"SortByCentroidX", L"SortByCentroidY", L"SortByDepth"}},
         {L"_UnitComboBox", {L"Init", L"Combo", L"DimensionType", L"UnitSetting", L"UnitString", L"UnitID"}},
         {L"__UnitComboBox", {L"Change"}},
+        {L"_HostBridge", {L"Application", L"ShowModal"}},
+        {L"__HostBridge", {L"WindowChanged", L"EnterModal", L"LeaveModal", L"DrawingActivated", L"DrawingClosing",
+                           L"ObjectModified", L"HostClosing"}},
         {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
         {L"Vector", {}}, {L"Geometry", {}}, {L"Matrix", {}}, {L"UCS", {}}, {L"Loop7", {}}, {L"InertiaBlock", {}},
-        {L"UnitComboBox", {}}, {L"Loop7s", {}},
+        {L"UnitComboBox", {}}, {L"Loop7s", {}}, {L"HostBridge", {}},
     };
     for (const auto& [type, members] : expected) {
         auto found = types.find(type);

@@ -1,9 +1,9 @@
-#include "ControlEvents.h"
+#include "EventConnection.h"
 
 #include <wchar.h>
 
 #include <atomic>
-#include <set>
+#include <cwctype>
 #include <utility>
 #include <vector>
 
@@ -99,11 +99,11 @@ std::vector<Outgoing> FromConnectionPoints(IDispatch* control, IConnectionPointC
     return found;
 }
 
-// The members of an outgoing interface that report a selection: its Click, else its Change.
-std::set<DISPID> SelectionMembers(ITypeInfo* events) {
-    std::set<DISPID> clicks, changes;
+// The members of an outgoing interface by name, upper case (names are case-insensitive).
+std::map<std::wstring, DISPID> MembersOf(ITypeInfo* events) {
+    std::map<std::wstring, DISPID> members;
     TYPEATTR* attributes = nullptr;
-    if (FAILED(events->GetTypeAttr(&attributes))) return {};
+    if (FAILED(events->GetTypeAttr(&attributes))) return members;
     const UINT count = attributes->cFuncs;
     events->ReleaseTypeAttr(attributes);
     for (UINT i = 0; i < count; ++i) {
@@ -113,23 +113,24 @@ std::set<DISPID> SelectionMembers(ITypeInfo* events) {
         events->ReleaseFuncDesc(desc);
         BSTR name = nullptr;
         if (FAILED(events->GetDocumentation(id, &name, nullptr, nullptr, nullptr)) || !name) continue;
-        if (_wcsicmp(name, L"Click") == 0) clicks.insert(id);
-        if (_wcsicmp(name, L"Change") == 0) changes.insert(id);
+        std::wstring upper(name);
         SysFreeString(name);
+        for (wchar_t& c : upper) c = static_cast<wchar_t>(std::towupper(c));
+        members.emplace(std::move(upper), id);
     }
-    return clicks.empty() ? changes : clicks;
+    return members;
 }
 
 }  // namespace
 
-// Receives the control's events as a late-bound call of their dispatch ids; the chosen ones run the
-// handler. A failure inside the handler never reaches the control.
-class SelectionSink final : public IDispatch {
+// Receives the object's events as late-bound calls of their dispatch ids; the chosen ones run their
+// handlers. A failure inside a handler never reaches the object that raised the event.
+class EventSink final : public IDispatch {
 public:
-    SelectionSink(const IID& events, std::set<DISPID> members, std::function<void()> handler)
-        : events_(events), members_(std::move(members)), handler_(std::move(handler)) {}
+    EventSink(const IID& events, std::map<DISPID, EventConnection::Handler> handlers)
+        : events_(events), handlers_(std::move(handlers)) {}
 
-    void Detach() { handler_ = nullptr; }
+    void Detach() { handlers_.clear(); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         if (!result) return E_POINTER;
@@ -154,15 +155,17 @@ public:
         return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                                     UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result,
+                                     EXCEPINFO*, UINT*) override {
         if (result) VariantInit(result);
-        if (!members_.count(member) || !handler_) return S_OK;
-        // A copy: the handler may disconnect this sink (and so clear handler_) while it runs.
-        const std::function<void()> handler = handler_;
+        const auto found = handlers_.find(member);
+        if (found == handlers_.end()) return S_OK;
+        // A copy: the handler may disconnect this sink (and so clear handlers_) while it runs.
+        const EventConnection::Handler handler = found->second;
+        DISPPARAMS none{nullptr, nullptr, 0, 0};
         AddRef();
         try {
-            handler();
+            handler(params ? *params : none);
         } catch (...) {
         }
         Release();
@@ -171,22 +174,21 @@ public:
 
 private:
     IID events_;
-    std::set<DISPID> members_;
-    std::function<void()> handler_;
+    std::map<DISPID, EventConnection::Handler> handlers_;
     std::atomic<long> references_{1};
 };
 
-ControlEvents::ControlEvents(IConnectionPoint* point, SelectionSink* sink, DWORD cookie)
+EventConnection::EventConnection(IConnectionPoint* point, EventSink* sink, DWORD cookie)
     : point_(point), sink_(sink), cookie_(cookie) {}
 
-ControlEvents::~ControlEvents() {
+EventConnection::~EventConnection() {
     sink_->Detach();
     point_->Unadvise(cookie_);
     point_->Release();
     sink_->Release();
 }
 
-std::unique_ptr<ControlEvents> ControlEvents::Connect(IDispatch* control, std::function<void()> handler) {
+std::unique_ptr<EventConnection> EventConnection::Connect(IDispatch* control, const Chooser& choose) {
     if (!control) return nullptr;
     Ref<IConnectionPointContainer> container;
     if (FAILED(control->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container.out()))) ||
@@ -195,14 +197,14 @@ std::unique_ptr<ControlEvents> ControlEvents::Connect(IDispatch* control, std::f
     std::vector<Outgoing> outgoing = FromClassInfo(control);
     if (outgoing.empty()) outgoing = FromConnectionPoints(control, container.get());
     for (const Outgoing& candidate : outgoing) {
-        std::set<DISPID> members = SelectionMembers(candidate.info.get());
+        std::map<DISPID, Handler> handlers = choose(MembersOf(candidate.info.get()));
         Ref<IConnectionPoint> point;
-        if (members.empty() || FAILED(container->FindConnectionPoint(candidate.iid, point.out())) || !point.get())
+        if (handlers.empty() || FAILED(container->FindConnectionPoint(candidate.iid, point.out())) || !point.get())
             continue;
-        Ref<SelectionSink> sink(new SelectionSink(candidate.iid, std::move(members), std::move(handler)));
+        Ref<EventSink> sink(new EventSink(candidate.iid, std::move(handlers)));
         DWORD cookie = 0;
         if (FAILED(point->Advise(sink.get(), &cookie))) return nullptr;
-        return std::unique_ptr<ControlEvents>(new ControlEvents(point.release(), sink.release(), cookie));
+        return std::unique_ptr<EventConnection>(new EventConnection(point.release(), sink.release(), cookie));
     }
     return nullptr;
 }
