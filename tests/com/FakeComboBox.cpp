@@ -214,13 +214,8 @@ void FakeComboBox::Notify(const wchar_t* member) {
     (click ? clicks : changes) += 1;
     DISPID id = kClick;
     if (!click) id = kind_ == Kind::VbForm ? 1 : 2;
-    auto sinks = sinks_;  // a sink may disconnect while it runs
-    for (auto& sink : sinks) sink.second->AddRef();
-    for (auto& sink : sinks) {
-        DISPPARAMS none{nullptr, nullptr, 0, 0};
-        sink.second->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
-        sink.second->Release();
-    }
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    sinks_.Fire(id, none);
 }
 
 HRESULT FakeComboBox::GetClassInfo(ITypeInfo** info) {
@@ -259,24 +254,9 @@ HRESULT FakeComboBox::GetConnectionPointContainer(IConnectionPointContainer** co
     return S_OK;
 }
 
-HRESULT FakeComboBox::Advise(IUnknown* sink, DWORD* cookie) {
-    IDispatch* dispatch = nullptr;
-    if (FAILED(sink->QueryInterface(Events(), reinterpret_cast<void**>(&dispatch)))) return CONNECT_E_CANNOTCONNECT;
-    *cookie = nextCookie_++;
-    sinks_.emplace_back(*cookie, dispatch);
-    return S_OK;
-}
+HRESULT FakeComboBox::Advise(IUnknown* sink, DWORD* cookie) { return sinks_.Advise(sink, Events(), cookie); }
 
-HRESULT FakeComboBox::Unadvise(DWORD cookie) {
-    for (auto it = sinks_.begin(); it != sinks_.end(); ++it) {
-        if (it->first != cookie) continue;
-        IDispatch* sink = it->second;
-        sinks_.erase(it);
-        sink->Release();
-        return S_OK;
-    }
-    return CONNECT_E_NOCONNECTION;
-}
+HRESULT FakeComboBox::Unadvise(DWORD cookie) { return sinks_.Unadvise(cookie); }
 
 HRESULT FakeComboBox::EnumConnections(IEnumConnections** connections) {
     *connections = nullptr;

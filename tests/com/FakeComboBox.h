@@ -8,6 +8,7 @@
 
 #include "Client.h"
 #include "FakeControls.h"
+#include "SinkList.h"
 
 namespace client {
 
@@ -37,7 +38,7 @@ public:
     long index = -1;
     std::wstring text;
     int clicks = 0, changes = 0;  // notifications sent
-    std::size_t Sinks() const { return sinks_.size(); }
+    std::size_t Sinks() const { return sinks_.Count(); }
     ULONG References() const { return references_; }
 
     // IUnknown
@@ -79,8 +80,7 @@ private:
 
     Kind kind_;
     std::atomic<ULONG> references_{1};
-    std::vector<std::pair<DWORD, IDispatch*>> sinks_;
-    DWORD nextCookie_ = 1;
+    SinkList sinks_;
 };
 
 }  // namespace client

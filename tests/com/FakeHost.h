@@ -10,6 +10,7 @@
 #include "Client.h"
 #include "FakeComboBox.h"
 #include "FakeControls.h"
+#include "SinkList.h"
 
 namespace client {
 
@@ -19,23 +20,16 @@ class FakeHostObject : public Itf, public IProvideClassInfo, public IConnectionP
 public:
     FakeHostObject(const IID& own, const CLSID& coclass, const IID& events)
         : own_(own), coclass_(coclass), events_(events) {}
-    virtual ~FakeHostObject() {
-        for (auto& sink : sinks_) sink.second->Release();
-    }
+    virtual ~FakeHostObject() = default;
 
     // Raises an event with the given arguments (in published order) at every connected sink.
     void Fire(DISPID member, std::vector<Var> args = {}) {
         std::vector<VARIANT> reversed;
         for (auto it = args.rbegin(); it != args.rend(); ++it) reversed.push_back(it->v);
         DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-        auto sinks = sinks_;  // a sink may disconnect while it runs
-        for (auto& sink : sinks) sink.second->AddRef();
-        for (auto& sink : sinks) {
-            sink.second->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
-            sink.second->Release();
-        }
+        sinks_.Fire(member, params);
     }
-    std::size_t Sinks() const { return sinks_.size(); }
+    std::size_t Sinks() const { return sinks_.Count(); }
     ULONG References() const { return references_; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
@@ -90,23 +84,8 @@ public:
         AddRef();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
-        IDispatch* dispatch = nullptr;
-        if (FAILED(sink->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)))) return CONNECT_E_CANNOTCONNECT;
-        *cookie = nextCookie_++;
-        sinks_.emplace_back(*cookie, dispatch);
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
-        for (auto it = sinks_.begin(); it != sinks_.end(); ++it) {
-            if (it->first != cookie) continue;
-            IDispatch* sink = it->second;
-            sinks_.erase(it);
-            sink->Release();
-            return S_OK;
-        }
-        return CONNECT_E_NOCONNECTION;
-    }
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override { return sinks_.Advise(sink, IID_IDispatch, cookie); }
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override { return sinks_.Unadvise(cookie); }
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
         *connections = nullptr;
         return E_NOTIMPL;
@@ -115,8 +94,7 @@ public:
 private:
     IID own_, coclass_, events_;
     std::atomic<ULONG> references_{1};
-    std::vector<std::pair<DWORD, IDispatch*>> sinks_;
-    DWORD nextCookie_ = 1;
+    SinkList sinks_;
 };
 
 class TestDrawing final : public FakeHostObject<IFakeDocument> {
