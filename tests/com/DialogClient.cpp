@@ -366,23 +366,19 @@ void Drag(HWND from, int dx, int dy) {
     GetWindowRect(from, &r);
     const int x = (r.left + r.right) / 2, y = (r.top + r.bottom) / 2;
     SetCursorPos(x, y);
-    auto button = [](DWORD flag) {
+    auto send = [](DWORD flag) {  // one mouse event (a button or a move), then time to handle it
         INPUT input{};
         input.type = INPUT_MOUSE;
         input.mi.dwFlags = flag;
         SendInput(1, &input, sizeof input);
         Sleep(60);
     };
-    button(MOUSEEVENTF_LEFTDOWN);
+    send(MOUSEEVENTF_LEFTDOWN);
     for (int step = 1; step <= 4; ++step) {
         SetCursorPos(x + dx * step / 4, y + dy * step / 4);
-        INPUT move{};
-        move.type = INPUT_MOUSE;
-        move.mi.dwFlags = MOUSEEVENTF_MOVE;
-        SendInput(1, &move, sizeof move);
-        Sleep(60);
+        send(MOUSEEVENTF_MOVE);
     }
-    button(MOUSEEVENTF_LEFTUP);
+    send(MOUSEEVENTF_LEFTUP);
     Sleep(200);
 }
 

@@ -44,6 +44,7 @@ void ExpectProperties(Loop7& loop, const Expected& e, double sign, const std::st
 // Closed forms. r: radius; the reference sums use the full-precision pi.
 using testing::Circle;
 using testing::Rectangle;
+using testing::RoundedRectangle;
 
 // Circular segment of half-angle t (radius r, centre origin) above its chord, clockwise: the chord
 // from right to left, then the arc back over the top. t > pi/2 makes a major segment (|bulge| > 1).
@@ -65,23 +66,6 @@ Expected CircularSegmentExpected(double r, double t) {
     return {area, 0, yc, yy - area * yc * yc, xx, 0, 2 * w + r * a};
 }
 
-// Rounded rectangle w x h with corner radius c, centred on (x0, y0), clockwise.
-Outline RoundedRectangle(double x0, double y0, double w, double h, double c) {
-    const double W = w / 2, H = h / 2, b = -std::tan(M_PI / 8);
-    Outline o;
-    o.Add(x0 - W, y0 - H + c);
-    o.Add(x0 - W, y0 + H - c, b);
-    o.Add(x0 - W + c, y0 + H);
-    o.Add(x0 + W - c, y0 + H, b);
-    o.Add(x0 + W, y0 + H - c);
-    o.Add(x0 + W, y0 - H + c, b);
-    o.Add(x0 + W - c, y0 - H);
-    o.Add(x0 - W + c, y0 - H, b);
-    return o;
-}
-
-// The full rectangle less four corner spandrels (corner square minus quarter disc), each moved to
-// the centre by the parallel-axis rule.
 Expected RoundedRectangleExpected(double x0, double y0, double w, double h, double c) {
     const double quarter = M_PI * c * c / 4, spandrel = c * c - quarter;
     auto spandrelSecond = [&](double half) {  // ∫ v² over one spandrel, v measured from the centre
