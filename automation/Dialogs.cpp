@@ -94,22 +94,6 @@ void WriteEditedBack(VARIANT* target, const EditedValue& edited) {
     VariantClear(&v);
 }
 
-// The window of an owner form given by the caller: a VB6-style form answers hWnd; anything else
-// (a VBA user form has no such member) leaves the choice to the active window.
-HWND WindowOf(IDispatch* form) {
-    if (!form) return nullptr;
-    try {
-        VARIANT handle;
-        VariantInit(&handle);
-        CallByName(form, L"hWnd", DISPATCH_PROPERTYGET, {}, &handle);
-        const HWND window = reinterpret_cast<HWND>(static_cast<INT_PTR>(ToInteger32(handle)));
-        VariantClear(&handle);
-        return IsWindow(window) ? window : nullptr;
-    } catch (const Error&) {
-        return nullptr;
-    }
-}
-
 // Modeless unit-setting dialogs live until they are hidden; the host's message loop serves them.
 std::set<std::unique_ptr<ui::win32::UnitSettingDialog>>& OpenModelessDialogs() {
     static std::set<std::unique_ptr<ui::win32::UnitSettingDialog>> open;
@@ -133,7 +117,9 @@ bool RunEditQuantity(VARIANT* Value, const VARIANT& UnitID, BSTR Title, BSTR Des
     const UnitArg unit = IsMissing(UnitID) ? UnitArg() : ToUnitArg(UnitID);
     ui::win32::EditQuantityDialog dialog;
     dialog.Form().EditQuantity(ValueOf(Deref(*Value)), unit, ToUtf8(Title), ToUtf8(Desc));
-    const bool confirmed = dialog.Run(WindowOf(OwnerForm));
+    // A VB6-style owner form answers hWnd; anything else (a VBA user form has no such member)
+    // leaves the choice of owner to the active window.
+    const bool confirmed = dialog.Run(WindowProperty(OwnerForm, L"hWnd"));
     if (!confirmed) return false;
     WriteEditedBack(Value, dialog.Form().Value());
     if (ReturnUnitID) *ReturnUnitID = dialog.Form().UnitID();

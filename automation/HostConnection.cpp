@@ -118,16 +118,7 @@ void HostConnection::CheckActiveDocument() {
     if (active) active->Release();
 }
 
-HWND HostConnection::MainWindow() const {
-    if (!application_) return nullptr;
-    try {
-        ScopedVariant handle;
-        CallByName(application_, L"HWND", DISPATCH_PROPERTYGET, {}, &handle);
-        return reinterpret_cast<HWND>(static_cast<intptr_t>(ToDouble(handle.get())));
-    } catch (...) {
-        return nullptr;
-    }
-}
+HWND HostConnection::MainWindow() const { return WindowProperty(application_, L"HWND"); }
 
 void HostConnection::Drop() {
     // The connections go first, so no event arrives for a host that is being let go.

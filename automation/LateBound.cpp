@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ErrorInfo.h"
+#include "Variants.h"
 
 namespace tgp::automation {
 
@@ -88,6 +89,18 @@ bool HasMember(IDispatch* object, const wchar_t* name) noexcept {
         return true;
     } catch (...) {
         return false;
+    }
+}
+
+HWND WindowProperty(IDispatch* object, const wchar_t* name) noexcept {
+    if (!HasMember(object, name)) return nullptr;
+    try {
+        ScopedVariant handle;
+        CallByName(object, name, DISPATCH_PROPERTYGET, {}, &handle);
+        const HWND window = reinterpret_cast<HWND>(static_cast<intptr_t>(ToDouble(handle.get())));
+        return IsWindow(window) ? window : nullptr;
+    } catch (...) {
+        return nullptr;
     }
 }
 

@@ -16,4 +16,8 @@ void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initial
 // Whether the object has a member of that name, as a late-bound call would find it.
 bool HasMember(IDispatch* object, const wchar_t* name) noexcept;
 
+// The window an object names through a handle property (a form's hWnd, a host's HWND); null when
+// the object is Nothing, has no such member, fails to answer or names no window.
+HWND WindowProperty(IDispatch* object, const wchar_t* name) noexcept;
+
 }  // namespace tgp::automation

@@ -49,18 +49,6 @@ void PumpWhileShown(HWND window) {
     }
 }
 
-// The window an object reports through its hWnd member; null when it has none.
-HWND WindowOf(IDispatch* form) {
-    if (!HasMember(form, L"hWnd")) return nullptr;
-    try {
-        ScopedVariant handle;
-        CallByName(form, L"hWnd", DISPATCH_PROPERTYGET, {}, &handle);
-        return reinterpret_cast<HWND>(static_cast<intptr_t>(ToDouble(handle.get())));
-    } catch (...) {
-        return nullptr;
-    }
-}
-
 void ShowWindowModally(HWND owner, HWND window) {
     if (!IsWindow(window)) throw Error::InvalidProcedureCall();
     if (owner) SetWindowLongPtrW(window, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));
@@ -78,7 +66,7 @@ void ShowFormModally(HWND owner, IDispatch* form) {
     V_VT(&modal) = VT_I2;
     V_I2(&modal) = 1;  // vbModal
     CallByName(form, L"Show", DISPATCH_METHOD, {modal}, nullptr);
-    if (HWND window = WindowOf(form)) PumpWhileShown(window);
+    if (HWND window = WindowProperty(form, L"hWnd")) PumpWhileShown(window);
 }
 
 }  // namespace
