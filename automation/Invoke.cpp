@@ -51,6 +51,12 @@ VARTYPE ByReferenceType(const ELEMDESC& element) {
     }
 }
 
+// A Variant parameter passed by reference ([in, out] VARIANT*).
+bool IsVariantReference(const ELEMDESC& element) {
+    const TYPEDESC& type = element.tdesc;
+    return type.vt == VT_PTR && type.lptdesc && type.lptdesc->vt == VT_VARIANT;
+}
+
 // Whether a user-defined type is an enumeration (rather than an interface).
 bool IsEnumeration(ITypeInfo* info, HREFTYPE reference) {
     ITypeInfo* referenced = nullptr;
@@ -116,12 +122,12 @@ SAFEARRAY* PackParameterArray(const FUNCDESC& desc, const DISPPARAMS& params, st
     return array;
 }
 
-// Whether a member needs more than DispInvoke: a parameter array or a by-reference parameter of a
-// fixed type.
+// Whether a member needs more than DispInvoke: a parameter array or a by-reference parameter.
 bool NeedsMoreThanDispInvoke(const FUNCDESC& desc) {
     if (desc.cParamsOpt == -1) return true;
     for (SHORT p = 0; p < desc.cParams; ++p)
-        if (ByReferenceType(desc.lprgelemdescParam[p]) != VT_EMPTY) return true;
+        if (ByReferenceType(desc.lprgelemdescParam[p]) != VT_EMPTY || IsVariantReference(desc.lprgelemdescParam[p]))
+            return true;
     return false;
 }
 
@@ -215,6 +221,16 @@ HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISP
             if (index < 0 || index >= desc.get()->cParams) continue;
             VARTYPE type = ByReferenceType(desc.get()->lprgelemdescParam[index]);
             VARIANT& given = params->rgvarg[a];
+            if (IsVariantReference(desc.get()->lprgelemdescParam[index]) && !(V_VT(&given) & VT_BYREF)) {
+                // A value, not a variable: the member works on a copy, so that what it writes back
+                // does not free or replace what the caller still owns.
+                Shadow& shadow = shadows.emplace_back(Shadow{a, {}});
+                VariantInit(&shadow.local);
+                if (FAILED(VariantCopy(&shadow.local, &given))) V_VT(&shadow.local) = VT_EMPTY;
+                V_VT(&arguments[a]) = VT_BYREF | VT_VARIANT;
+                V_VARIANTREF(&arguments[a]) = &shadow.local;
+                continue;
+            }
             if (type == VT_EMPTY || V_VT(&given) == (VT_BYREF | type) || IsMissing(given)) continue;
             const VARTYPE held = V_VT(&Deref(given));
             if (held == VT_DISPATCH || held == VT_UNKNOWN) {  // not through its default member

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <set>
 #include <string>
@@ -163,14 +164,22 @@ struct Hostile {
     }
 };
 
-// Calls by dispatch id; arguments in published order.
-HRESULT Invoke(IDispatch* object, const Member& member, std::vector<VARIANT> args, VARIANT* result, EXCEPINFO& info) {
+// Calls by dispatch id; arguments in published order. `touched` tells whether the callee changed
+// an argument passed by value: those belong to the caller (a callee that writes an in/out result
+// into one frees the caller's array under its feet).
+HRESULT Invoke(IDispatch* object, const Member& member, std::vector<VARIANT> args, VARIANT* result, EXCEPINFO& info,
+               bool& touched) {
     std::vector<VARIANT> reversed(args.rbegin(), args.rend());
+    const std::vector<VARIANT> before = reversed;
     DISPID put = DISPID_PROPERTYPUT;
     const bool isPut = member.flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
     DISPPARAMS params{reversed.data(), isPut ? &put : nullptr, static_cast<UINT>(reversed.size()), isPut ? 1u : 0u};
     UINT argError = 0;
-    return object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, member.flags, &params, result, &info, &argError);
+    const HRESULT hr = object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, member.flags, &params, result, &info, &argError);
+    touched = false;
+    for (std::size_t a = 0; a < before.size(); ++a)
+        touched = touched || std::memcmp(&before[a], &reversed[a], sizeof(VARIANT)) != 0;
+    return hr;
 }
 
 bool AllFinite(const VARIANT& value) {
@@ -234,8 +243,10 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
                     Var result;
                     EXCEPINFO info{};
                     if (std::getenv("TGP_TRACE")) std::fprintf(stderr, "%ls.%ls %s %u\n", className, member.name.c_str(), hostile.names[v].c_str(), position);
-                    const HRESULT hr = Invoke(object, member, args, &result.v, info);
-                    const std::string fault = Unclean(hr, info, result.v);
+                    bool touched = false;
+                    const HRESULT hr = Invoke(object, member, args, &result.v, info, touched);
+                    const std::string fault = touched ? "an argument passed by value was changed"
+                                                      : Unclean(hr, info, result.v);
                     ++calls;
                     if (!fault.empty() && ++unclean <= 40) {
                         Check(false, Narrow(className) + "." + Narrow(member.name) + " given " + hostile.names[v] +
