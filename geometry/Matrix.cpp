@@ -9,6 +9,7 @@
 #include "core/Message.h"
 #include "core/Rounding.h"
 #include "core/Timer.h"
+#include "geometry/GaussElimination.h"
 
 namespace tgp {
 
@@ -36,105 +37,6 @@ void ShowCodeOnHold() { ShowMessage("Code On Hold ^^", "Tessary World"); }
 // Seconds since the given Timer reading, written only when the caller asked for it.
 void StoreElapsed(double* elapsed, double start) {
     if (elapsed) *elapsed = Timer() - start;
-}
-
-// --- Forward elimination and back substitution ------------------------------------------------
-//
-// The elimination works in place on a row-major block of n rows and `columns` columns and treats its
-// leading n x n part as the matrix (a wide matrix's extra columns are left alone). Pivots count as
-// zero only when exactly 0, and rows are exchanged only then, never for a larger pivot: results
-// must match the published arithmetic bit for bit, so there is no tolerance and no reordering.
-//
-// A matrix narrower than it is tall has no column n - 1; the elimination fails with error 9 at the
-// first step that would touch a missing column, which is what indexing the stored array does.
-
-struct EliminationResult {
-    double determinant;
-    bool completed;  // false when it stopped at a column with no non-zero pivot
-};
-
-class ForwardElimination {
-public:
-    ForwardElimination(double* a, int n, int columns, std::vector<double>* y)
-        : a_(a), n_(n), columns_(columns), y_(y) {}
-
-    EliminationResult Run() {
-        int sign = 1;
-        for (int k = 0; k + 1 < n_; ++k) {
-            if (Pivot(k) == 0) {
-                if (!ExchangeWithLowerRow(k)) return {0.0, false};
-                sign = -sign;
-            }
-            EliminateBelow(k);
-        }
-        return {DiagonalProduct(sign), true};
-    }
-
-private:
-    double* Row(int i) const { return a_ + static_cast<std::size_t>(i) * columns_; }
-    bool Narrow() const { return columns_ < n_; }
-    void RequireAllColumns() const {
-        if (Narrow()) throw Error::SubscriptOutOfRange();
-    }
-    double& Y(int i) const {
-        if (static_cast<std::size_t>(i) >= y_->size()) throw Error::SubscriptOutOfRange();
-        return (*y_)[i];
-    }
-
-    double Pivot(int k) const {
-        if (k >= columns_) throw Error::SubscriptOutOfRange();
-        return Row(k)[k];
-    }
-
-    // Swaps row k with the first lower row that has a non-zero entry in column k.
-    bool ExchangeWithLowerRow(int k) {
-        for (int p = k + 1; p < n_; ++p) {
-            if (Row(p)[k] == 0) continue;
-            RequireAllColumns();
-            std::swap_ranges(Row(k), Row(k) + n_, Row(p));
-            if (y_) std::swap(Y(k), Y(p));
-            return true;
-        }
-        return false;
-    }
-
-    void EliminateBelow(int k) {
-        const double* pivotRow = Row(k);
-        for (int i = k + 1; i < n_; ++i) {
-            double* row = Row(i);
-            if (row[k] == 0) continue;
-            RequireAllColumns();
-            const double f = row[k] / pivotRow[k];
-            // From column k on, so the entry below the pivot keeps its rounding residue.
-            for (int j = k; j < n_; ++j) row[j] -= f * pivotRow[j];
-            if (y_) Y(i) -= f * Y(k);
-        }
-    }
-
-    double DiagonalProduct(int sign) const {
-        RequireAllColumns();
-        double product = sign;
-        for (int m = 0; m < n_; ++m) product *= Row(m)[m];
-        return product;
-    }
-
-    double* a_;
-    int n_;
-    int columns_;
-    std::vector<double>* y_;
-};
-
-// x with U.x = z for the upper-triangular leading n x n block of U (row stride `columns`).
-std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int columns, const std::vector<double>& z) {
-    std::vector<double> x(static_cast<std::size_t>(n));
-    for (int i = n - 1; i >= 0; --i) {
-        if (static_cast<std::size_t>(i) >= z.size()) throw Error::SubscriptOutOfRange();
-        const double* row = u.data() + static_cast<std::size_t>(i) * columns;
-        double sum = 0;
-        for (int j = i + 1; j < n; ++j) sum += row[j] * x[j];
-        x[i] = (z[i] - sum) / row[i];
-    }
-    return x;
 }
 
 // Copies the leading n x n block at `source` (row stride `columns`) without row `skipRow` and column
@@ -398,7 +300,7 @@ std::shared_ptr<Matrix> Matrix::PlusWithNumber(double realNumber) const {
 double Matrix::Det(double* /*ElapsedTime*/, Array2DData* GaussMatrix) {
     if (cachedDeterminant_) return *cachedDeterminant_;
     Array2DData eliminated = Array2D();
-    const EliminationResult result = ForwardElimination(eliminated.data.data(), rowCount_, columnCount_, nullptr).Run();
+    const GaussElimination::Result result = GaussElimination(eliminated.data.data(), rowCount_, columnCount_, nullptr).Run();
     CheckFinite(result.determinant);  // an overflowing product of pivots is not a determinant
     if (result.completed && GaussMatrix) {
         CheckAllFinite(eliminated.data);
@@ -414,7 +316,7 @@ void Matrix::BuildInverse() {
     cachedInverse_ = std::make_shared<Matrix>();
     const int n = rowCount_;
     std::vector<double> work(data_.begin(), data_.end());
-    const double determinant = CheckFinite(ForwardElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
+    const double determinant = CheckFinite(GaussElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
     if (determinant == 0) return;
     Array2DData inverse(n, n);
     const std::size_t minorSide = n > 0 ? static_cast<std::size_t>(n - 1) : 0;
@@ -422,7 +324,7 @@ void Matrix::BuildInverse() {
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < n; ++j) {
             FillMinor(data_.data(), n, columnCount_, i, j, minor);
-            const double minorDeterminant = ForwardElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
+            const double minorDeterminant = GaussElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
             inverse(j, i) = CheckFinite(std::pow(-1.0, i + j) * minorDeterminant / determinant);
         }
     }
@@ -457,7 +359,7 @@ std::optional<std::vector<double>> Matrix::SolveWithGaussMethod(const std::vecto
     const double start = Timer();
     std::vector<double> eliminated(data_.begin(), data_.end());
     std::vector<double> y = YVector;
-    const double determinant = ForwardElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
+    const double determinant = GaussElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
     std::optional<std::vector<double>> x;
     if (CheckFinite(determinant) != 0) x = CheckAllFinite(BackSubstitute(eliminated, rowCount_, columnCount_, y));
     StoreElapsed(ElapsedTime, start);
