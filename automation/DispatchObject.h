@@ -98,8 +98,8 @@ public:
         return Server::TypeInfoOf(__uuidof(Itf), info);
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-        ITypeInfo* info = Interface().info();
-        return info ? DispGetIDsOfNames(info, names, count, ids) : TYPE_E_CANTLOADLIBRARY;
+        const TypeInfoInvoker& invoker = Interface();
+        return invoker.info() ? invoker.GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO* exception, UINT* argError) override {

@@ -1,6 +1,7 @@
 #include "Invoke.h"
 
 #include <algorithm>
+#include <cwctype>
 #include <utility>
 #include <vector>
 
@@ -9,33 +10,6 @@
 
 namespace tgp::automation {
 namespace {
-
-// The description of the member being called, matched on dispatch id and kind of call.
-class FunctionDescription {
-public:
-    FunctionDescription(ITypeInfo* info, DISPID member, WORD flags) : info_(info) {
-        TYPEATTR* attributes = nullptr;
-        if (FAILED(info->GetTypeAttr(&attributes))) return;
-        for (UINT i = 0; i < attributes->cFuncs && !desc_; ++i) {
-            FUNCDESC* candidate = nullptr;
-            if (FAILED(info->GetFuncDesc(i, &candidate))) continue;
-            if (candidate->memid == member && (candidate->invkind & flags)) desc_ = candidate;
-            else info->ReleaseFuncDesc(candidate);
-        }
-        info->ReleaseTypeAttr(attributes);
-    }
-    ~FunctionDescription() {
-        if (desc_) info_->ReleaseFuncDesc(desc_);
-    }
-    FunctionDescription(const FunctionDescription&) = delete;
-    FunctionDescription& operator=(const FunctionDescription&) = delete;
-
-    const FUNCDESC* get() const { return desc_; }
-
-private:
-    ITypeInfo* info_;
-    FUNCDESC* desc_ = nullptr;
-};
 
 // The fixed type a by-reference parameter points to, or VT_EMPTY when the parameter is not one
 // (by value, a Variant*, an object or an array).
@@ -87,10 +61,10 @@ bool IsScalar(ITypeInfo* info, const TYPEDESC& type) {
 
 // The parameter an argument of DISPPARAMS stands for: named arguments carry their index (the
 // property-put value is the last parameter); positional ones come last-first.
-int ParameterIndex(const DISPPARAMS& params, UINT argument, const FUNCDESC& desc) {
+int ParameterIndex(const DISPPARAMS& params, UINT argument, int parameters) {
     if (argument < params.cNamedArgs) {
         DISPID named = params.rgdispidNamedArgs[argument];
-        return named == DISPID_PROPERTYPUT ? desc.cParams - 1 : static_cast<int>(named);
+        return named == DISPID_PROPERTYPUT ? parameters - 1 : static_cast<int>(named);
     }
     return static_cast<int>(params.cArgs - 1 - argument);
 }
@@ -98,10 +72,10 @@ int ParameterIndex(const DISPPARAMS& params, UINT argument, const FUNCDESC& desc
 // A parameter array (vararg) member: the positional arguments beyond the fixed parameters are
 // packed into one array of Variants, passed by reference as the last parameter. Returns the
 // packed array (to be destroyed after the call), or nullptr when the member takes no such array.
-SAFEARRAY* PackParameterArray(const FUNCDESC& desc, const DISPPARAMS& params, std::vector<VARIANTARG>& arguments,
+SAFEARRAY* PackParameterArray(int parameters, const DISPPARAMS& params, std::vector<VARIANTARG>& arguments,
                               SAFEARRAY*& slot) {
-    if (desc.cParamsOpt != -1 || desc.cParams < 1) return nullptr;
-    UINT fixed = static_cast<UINT>(desc.cParams - 1);
+    if (parameters < 1) return nullptr;
+    UINT fixed = static_cast<UINT>(parameters - 1);
     UINT positional = params.cArgs - params.cNamedArgs;
     UINT packed = positional > fixed ? positional - fixed : 0;
     SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, packed);
@@ -152,7 +126,68 @@ HRESULT CallerResult(HRESULT hr, EXCEPINFO* exception) {
     return DISP_E_EXCEPTION;
 }
 
+// Names compare as Basic compares identifiers: without regard to case.
+wchar_t Fold(wchar_t c) { return c < 128 ? static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c + 32 : c) : towlower(c); }
+
+std::wstring Folded(std::wstring_view name) {
+    std::wstring folded(name);
+    for (wchar_t& c : folded) c = Fold(c);
+    return folded;
+}
+
+bool FoldedLess(std::wstring_view folded, std::wstring_view name) {
+    const std::size_t n = std::min(folded.size(), name.size());
+    for (std::size_t i = 0; i < n; ++i) {
+        const wchar_t c = Fold(name[i]);
+        if (folded[i] != c) return folded[i] < c;
+    }
+    return folded.size() < name.size();
+}
+
+bool FoldedEqual(std::wstring_view folded, std::wstring_view name) {
+    if (folded.size() != name.size()) return false;
+    for (std::size_t i = 0; i < name.size(); ++i)
+        if (folded[i] != Fold(name[i])) return false;
+    return true;
+}
+
 }  // namespace
+
+void TypeInfoInvoker::AddNames(const FUNCDESC& desc) {
+    for (const Name& known : names_)
+        if (known.member == desc.memid) return;  // a property's get and let share one name
+    BSTR names[64] = {};
+    UINT count = 0;
+    if (FAILED(info_->GetNames(desc.memid, names, 64, &count)) || count == 0) return;
+    Name entry{Folded(names[0] ? names[0] : L""), desc.memid, {}};
+    for (UINT i = 1; i < count; ++i) entry.parameters.push_back(Folded(names[i] ? names[i] : L""));
+    for (UINT i = 0; i < count; ++i) SysFreeString(names[i]);
+    names_.push_back(std::move(entry));
+}
+
+DISPID TypeInfoInvoker::Lookup(std::wstring_view name) const {
+    auto it = std::lower_bound(names_.begin(), names_.end(), name,
+                               [](const Name& entry, std::wstring_view wanted) { return FoldedLess(entry.folded, wanted); });
+    return it != names_.end() && FoldedEqual(it->folded, name) ? static_cast<DISPID>(it - names_.begin()) : -1;
+}
+
+HRESULT TypeInfoInvoker::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const {
+    if (!names || !ids) return E_POINTER;
+    if (count == 0) return S_OK;
+    HRESULT hr = S_OK;
+    const DISPID found = names[0] ? Lookup(names[0]) : -1;
+    ids[0] = found < 0 ? DISPID_UNKNOWN : names_[found].member;
+    if (found < 0) hr = DISP_E_UNKNOWNNAME;
+    for (UINT i = 1; i < count; ++i) {
+        ids[i] = DISPID_UNKNOWN;
+        if (found < 0 || !names[i]) continue;
+        const auto& parameters = names_[found].parameters;
+        for (std::size_t p = 0; p < parameters.size(); ++p)
+            if (FoldedEqual(parameters[p], names[i])) ids[i] = static_cast<DISPID>(p);
+        if (ids[i] == DISPID_UNKNOWN) hr = DISP_E_UNKNOWNNAME;
+    }
+    return hr;
+}
 
 TypeInfoInvoker::TypeInfoInvoker(ITypeInfo* info) : info_(info) {
     TYPEATTR* attributes = nullptr;
@@ -160,19 +195,21 @@ TypeInfoInvoker::TypeInfoInvoker(ITypeInfo* info) : info_(info) {
     for (UINT i = 0; i < attributes->cFuncs; ++i) {
         FUNCDESC* desc = nullptr;
         if (FAILED(info->GetFuncDesc(i, &desc))) continue;
-        if (NeedsMoreThanDispInvoke(*desc)) special_.insert(desc->memid);
-        UINT arguments = 0;
-        std::vector<bool> scalar;
+        AddNames(*desc);
+        Signature signature{desc->memid, static_cast<WORD>(desc->invkind), 0, desc->cParamsOpt == -1,
+                            NeedsMoreThanDispInvoke(*desc), desc->cParams, {}, {}, {}};
         for (SHORT p = 0; p < desc->cParams; ++p) {
-            const USHORT flags = desc->lprgelemdescParam[p].paramdesc.wParamFlags;
-            if (!(flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) ++arguments;
-            scalar.push_back(IsScalar(info, desc->lprgelemdescParam[p].tdesc));
+            const ELEMDESC& parameter = desc->lprgelemdescParam[p];
+            if (!(parameter.paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) ++signature.arguments;
+            signature.scalar.push_back(IsScalar(info, parameter.tdesc));
+            signature.byReference.push_back(ByReferenceType(parameter));
+            signature.variantReference.push_back(IsVariantReference(parameter));
         }
-        signatures_.push_back({desc->memid, static_cast<WORD>(desc->invkind), arguments, desc->cParamsOpt == -1,
-                               std::move(scalar)});
+        signatures_.push_back(std::move(signature));
         info->ReleaseFuncDesc(desc);
     }
     info->ReleaseTypeAttr(attributes);
+    std::sort(names_.begin(), names_.end(), [](const Name& a, const Name& b) { return a.folded < b.folded; });
     std::stable_sort(signatures_.begin(), signatures_.end(),
                      [](const Signature& a, const Signature& b) { return a.member < b.member; });
 }
@@ -186,9 +223,27 @@ const TypeInfoInvoker::Signature* TypeInfoInvoker::Find(DISPID member, WORD flag
     return nullptr;
 }
 
+// Whether any argument needs more than DispInvoke gives it: a parameter array to pack, a value for
+// a Variant by reference, or a variable or value of another type for a fixed by-reference type.
+bool TypeInfoInvoker::NeedsShadows(const Signature& signature, const DISPPARAMS* params) {
+    if (!params) return false;
+    if (signature.parameterArray) return true;
+    for (UINT a = 0; a < params->cArgs; ++a) {
+        const int index = ParameterIndex(*params, a, signature.parameters);
+        if (index < 0 || index >= signature.parameters) continue;
+        const VARIANT& given = params->rgvarg[a];
+        if (signature.variantReference[index] && !(V_VT(&given) & VT_BYREF)) return true;
+        // DispInvoke coerces such an argument where it lies: a copy keeps the caller's own intact.
+        const VARTYPE type = signature.byReference[index];
+        if (type != VT_EMPTY && V_VT(&given) != (VT_BYREF | type)) return true;
+    }
+    return false;
+}
+
 HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                                 EXCEPINFO* exception, UINT* argError) const {
-    if (const Signature* signature = Find(member, flags); signature && params) {
+    const Signature* signature = Find(member, flags);
+    if (signature && params) {
         if (!signature->parameterArray && params->cArgs > signature->arguments) return DISP_E_BADPARAMCOUNT;
         for (UINT a = 0; a < params->cArgs; ++a) {
             const int index = params->cNamedArgs && a < params->cNamedArgs && params->rgdispidNamedArgs[a] == DISPID_PROPERTYPUT
@@ -201,27 +256,28 @@ HRESULT TypeInfoInvoker::Invoke(IDispatch* self, DISPID member, WORD flags, DISP
             }
         }
     }
-    if (!special_.count(member)) {
+    if (!signature || !signature->special || !NeedsShadows(*signature, params)) {
         return CallerResult(DispInvoke(self, info_, member, flags, params, result, exception, argError), exception);
     }
-    FunctionDescription desc(info_, member, flags);
     std::vector<VARIANTARG> arguments;
     std::vector<Shadow> shadows;
     DISPPARAMS adjusted = params ? *params : DISPPARAMS{};
     SAFEARRAY* packedSlot = nullptr;
-    SAFEARRAY* packed = (desc.get() && params) ? PackParameterArray(*desc.get(), *params, arguments, packedSlot) : nullptr;
+    SAFEARRAY* packed = (signature->parameterArray && params)
+                            ? PackParameterArray(signature->parameters, *params, arguments, packedSlot)
+                            : nullptr;
     if (packed) {
         adjusted.rgvarg = arguments.data();
         adjusted.cArgs = static_cast<UINT>(arguments.size());
-    } else if (desc.get() && params && params->cArgs) {
+    } else if (params && params->cArgs) {
         arguments.assign(params->rgvarg, params->rgvarg + params->cArgs);
         shadows.reserve(params->cArgs);
         for (UINT a = 0; a < params->cArgs; ++a) {
-            int index = ParameterIndex(*params, a, *desc.get());
-            if (index < 0 || index >= desc.get()->cParams) continue;
-            VARTYPE type = ByReferenceType(desc.get()->lprgelemdescParam[index]);
+            int index = ParameterIndex(*params, a, signature->parameters);
+            if (index < 0 || index >= signature->parameters) continue;
+            VARTYPE type = signature->byReference[index];
             VARIANT& given = params->rgvarg[a];
-            if (IsVariantReference(desc.get()->lprgelemdescParam[index]) && !(V_VT(&given) & VT_BYREF)) {
+            if (signature->variantReference[index] && !(V_VT(&given) & VT_BYREF)) {
                 // A value, not a variable: the member works on a copy, so that what it writes back
                 // does not free or replace what the caller still owns.
                 Shadow& shadow = shadows.emplace_back(Shadow{a, {}});

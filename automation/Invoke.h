@@ -1,6 +1,8 @@
 #pragma once
 
-#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "OleBase.h"
@@ -30,6 +32,10 @@ public:
     TypeInfoInvoker& operator=(const TypeInfoInvoker&) = delete;
 
     ITypeInfo* info() const { return info_; }
+    // The member's id and its named parameters' indices, from a table made once: the type
+    // library's own lookup compares every name of the interface on every call, the largest cost of
+    // a script's call.
+    HRESULT GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const;
     HRESULT Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                    EXCEPINFO* exception, UINT* argError) const;
 
@@ -41,13 +47,28 @@ private:
         WORD kinds;
         UINT arguments;
         bool parameterArray;
-        std::vector<bool> scalar;  // per parameter: a number, text, Boolean or enumeration
+        bool special;  // a parameter array or a by-reference parameter: more than DispInvoke
+        int parameters;
+        // Per parameter: a number, text, Boolean or enumeration; the fixed type a by-reference
+        // parameter points to (VT_EMPTY if none); whether it is a Variant by reference.
+        std::vector<bool> scalar;
+        std::vector<VARTYPE> byReference;
+        std::vector<char> variantReference;
     };
     const Signature* Find(DISPID member, WORD flags) const;
+    static bool NeedsShadows(const Signature& signature, const DISPPARAMS* params);
+    void AddNames(const FUNCDESC& desc);
+    DISPID Lookup(std::wstring_view name) const;
+
+    struct Name {
+        std::wstring folded;  // lower case
+        DISPID member;
+        std::vector<std::wstring> parameters;  // folded, in order
+    };
 
     ITypeInfo* info_;
-    std::set<DISPID> special_;
     std::vector<Signature> signatures_;  // sorted by member
+    std::vector<Name> names_;            // sorted by folded name
 };
 
 }  // namespace tgp::automation

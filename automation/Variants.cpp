@@ -107,6 +107,17 @@ void ForEachElement(const VARIANT& value, Visit&& visit) {
     VARTYPE elementType = VT_EMPTY;
     SAFEARRAY* array = ArrayOf(value, 1, elementType);
     Bounds bounds = BoundsOf(array, 1);
+    if (elementType == VT_VARIANT && array->cbElements == sizeof(VARIANT) && SUCCEEDED(SafeArrayLock(array))) {
+        // The elements in place (locked meanwhile): no copy of each one, the common case of a
+        // script's Array(x, y, z).
+        struct Unlock {
+            SAFEARRAY* array;
+            ~Unlock() { SafeArrayUnlock(array); }
+        } unlock{array};
+        const VARIANT* elements = static_cast<const VARIANT*>(array->pvData);
+        for (LONG i = 0; i < bounds.count(); ++i) visit(elements[i]);
+        return;
+    }
     for (LONG i = bounds.lower; i <= bounds.upper; ++i) {
         ScopedVariant element;
         ReadElement(array, elementType, &i, element);
@@ -149,6 +160,13 @@ double Finite(double value) {
 }
 
 double ToDouble(const VARIANT& value) {
+    const VARIANT& v = Deref(value);
+    switch (V_VT(&v)) {  // the common numbers without a conversion call
+        case VT_R8: return Finite(V_R8(&v));
+        case VT_I4: return V_I4(&v);
+        case VT_I2: return V_I2(&v);
+        default: break;
+    }
     ScopedVariant converted;
     return Finite(V_R8(&Converted(value, VT_R8, converted).get()));
 }
@@ -199,6 +217,7 @@ IDispatch* ToObject(const VARIANT& value) {
 
 Point ToPoint(const VARIANT& value) {
     Point point;
+    point.reserve(3);
     ForEachElement(value, [&](const VARIANT& element) { point.push_back(ToDouble(element)); });
     return point;
 }
