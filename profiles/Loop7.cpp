@@ -39,23 +39,27 @@ void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<c
     if (Coordinates.size() % 2 != 0) throw Error::SubscriptOutOfRange();  // an x without its y
     const std::size_t n = Coordinates.size() / 2;
     auto vertex = [&](std::size_t i) { return PlanePoint{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
-    std::vector<LoopDLine> segments;
+    decltype(segments_) segments;
     segments.reserve(n);
     std::size_t firstKept = 0;  // the closing segment ends at the first vertex not dropped
+    PlanePoint startPointSum{0, 0, 0};  // summed while the segment is at hand (see MeanVertex)
     const std::size_t last = NoClose ? (n == 0 ? 0 : n - 1) : n;
     for (std::size_t i = 0; i < last; ++i) {
         if (i >= Bulges.size()) throw Error::SubscriptOutOfRange();
-        LoopDLine segment;
+        // Built in place, and taken back when it has no length.
+        LoopDLine& segment = segments.emplace_back();
         segment.Init(vertex(i), vertex(i + 1 < n ? i + 1 : firstKept), Bulges[i]);
         if (IsEqualWithin(segment.Length(), 0, kZeroLengthTolerance)) {
+            segments.pop_back();
             if (i == firstKept) ++firstKept;
             continue;
         }
-        segments.push_back(segment);
+        startPointSum = Plus(startPointSum, segment.StartPoint());
     }
     segments_ = std::move(segments);
     closed_ = !NoClose;
     Changed();
+    startPointSum_ = startPointSum;
 }
 
 void Loop7::InitFromPoints(std::span<const Point> Vertices) {
@@ -72,6 +76,7 @@ void Loop7::InitFromPoints(std::span<const Point> Vertices) {
 void Loop7::Reverse() {
     std::reverse(segments_.begin(), segments_.end());
     for (LoopDLine& segment : segments_) segment.Inverse();
+    startPointSum_.reset();
     if (block_) block_->Inverse();
     ++revision_;
 }
@@ -97,7 +102,11 @@ std::vector<double> Loop7::Coordinates() const {
 
 PlanePoint Loop7::MeanVertex() const {
     PlanePoint sum{0, 0, 0};
-    for (const LoopDLine& segment : segments_) sum = Plus(sum, segment.StartPoint());
+    if (startPointSum_) {
+        sum = *startPointSum_;
+    } else {
+        for (const LoopDLine& segment : segments_) sum = Plus(sum, segment.StartPoint());
+    }
     return Scaled(sum, RuntimeDivide(1, static_cast<double>(segments_.size())));
 }
 
@@ -120,11 +129,15 @@ void Loop7::ComputeInertia() {
                        "1E-05 are dropped)");
     }
     if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
-    double perimeter = 0;
-    for (const LoopDLine& segment : segments_) perimeter += segment.Length();
+    // One pass for the perimeter and the integrals: a loop of millions of segments is read from
+    // memory, not cache, on every pass.
     const PlanePoint O = MeanVertex();
+    double perimeter = 0;
     SegmentIntegrals sum;
-    for (const LoopDLine& segment : segments_) sum += segment.IntegralsAbout(O);
+    for (const LoopDLine& segment : segments_) {
+        perimeter += segment.Length();
+        sum += segment.IntegralsAbout(O);
+    }
     block_ = BlockFromIntegrals(sum, O, perimeter);
 }
 
@@ -251,6 +264,7 @@ void Loop7::Move(const Point& Displacement, bool MoveAcad) {
     if (MoveAcad && entity_) entity_->Move({0, 0, 0}, Displacement);
     if (block_) block_->Move(Displacement);
     for (LoopDLine& segment : segments_) segment.Move(d);
+    startPointSum_.reset();
     ++revision_;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/LargeBlockAllocator.h"
 #include "geometry/Point.h"
 #include "profiles/HostEntity.h"
 #include "profiles/InertiaBlock.h"
@@ -122,10 +123,14 @@ private:
     void ComputeInertia();
     void Changed() {
         block_.reset();
+        startPointSum_.reset();
         ++revision_;
     }
 
-    std::vector<LoopDLine> segments_;
+    std::vector<LoopDLine, LargeBlockAllocator<LoopDLine>> segments_;
+    // The sum of the start points in segment order, when known from building the loop: the mean
+    // vertex then costs no pass over millions of segments. Cleared by whatever moves a segment.
+    std::optional<PlanePoint> startPointSum_;
     bool closed_ = true;
     std::shared_ptr<HostEntity> entity_;
     std::string handle_;
