@@ -10,6 +10,7 @@
 
 #include "cli/DxfProfileReader.h"
 #include "cli/SectionReport.h"
+#include "cli/MappedFile.h"
 #include "cli/TextProfileReader.h"
 #include "units/DLength.h"
 #include "units/UnitCatalogue.h"
@@ -82,9 +83,8 @@ struct Options {
 // drawing itself; a text file's from the option, else millimetres.
 std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o, DxfSkips& skipped) {
     if (LooksLikeDxf(path, o.format)) return ReadDxfProfiles(path, o.dxf, &skipped);
-    std::ifstream in(path);
-    if (!in) throw ProfileFileError(path + ": cannot open the file");
-    std::vector<DrawnProfile> profiles = ReadTextProfiles(in, path);
+    const MappedFile file(path);
+    std::vector<DrawnProfile> profiles = ReadTextProfiles(file.Text(), path);
     const double scale = o.dxf.millimetresPerUnit.value_or(1);
     if (scale != 1) {
         for (DrawnProfile& p : profiles) {

@@ -1,6 +1,7 @@
 #include "cli/TextProfileReader.h"
 
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "core/Error.h"
@@ -10,23 +11,33 @@ namespace tgp::cli {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 std::string_view Trimmed(std::string_view s) {
-    const auto first = s.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return s.substr(first, s.find_last_not_of(kBlanks) - first + 1);
+    std::size_t first = 0, last = s.size();
+    while (first < last && IsBlank(s[first])) ++first;
+    while (last > first && IsBlank(s[last - 1])) --last;
+    return s.substr(first, last - first);
 }
 
-std::vector<std::string_view> Words(std::string_view s) {
-    std::vector<std::string_view> words;
-    while (!(s = Trimmed(s)).empty()) {
-        const auto end = std::min(s.find_first_of(kBlanks), s.size());
-        words.push_back(s.substr(0, end));
-        s.remove_prefix(end);
+// The blank-separated words of a line, up to kMostWords (a count above it means "too many"):
+// no allocation, since a profile file has a million of these lines.
+constexpr std::size_t kMostWords = 4;
+struct Words {
+    std::string_view word[kMostWords];
+    std::size_t count = 0;
+
+    explicit Words(std::string_view s) {
+        std::size_t i = 0;
+        while (count < kMostWords) {
+            while (i < s.size() && IsBlank(s[i])) ++i;
+            if (i == s.size()) return;
+            const std::size_t start = i;
+            while (i < s.size() && !IsBlank(s[i])) ++i;
+            word[count++] = s.substr(start, i - start);
+        }
     }
-    return words;
-}
+};
 
 // A piece of the input fit for a message: at most 40 characters, control bytes and bytes outside
 // ASCII shown as '?', so a binary file does not garble the terminal.
@@ -100,11 +111,11 @@ private:
     void Finish() { EndLoop(); }
 
     void Vertex(std::string_view line) {
-        const auto words = Words(line);
-        if (words.size() < 2 || words.size() > 3) Fail("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
+        const Words words(line);
+        if (words.count < 2 || words.count > 3) Fail("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
         if (!current_) Start("");
-        const double x = Number(words[0]), y = Number(words[1]);
-        current_->Add(x, y, words.size() == 3 ? Number(words[2]) : 0.0);
+        const double x = Number(words.word[0]), y = Number(words.word[1]);
+        current_->Add(x, y, words.count == 3 ? Number(words.word[2]) : 0.0);
     }
 
     double Number(std::string_view word) const {
@@ -130,11 +141,21 @@ private:
 
 }  // namespace
 
-std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName) {
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName) {
     TextParser parser(sourceName);
-    for (std::string line; std::getline(in, line);) parser.Line(line);
-    if (in.bad()) throw ProfileFileError(sourceName + ": read error");
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        parser.Line(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
     return parser.Result();
+}
+
+std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName) {
+    std::ostringstream text;
+    text << in.rdbuf();
+    if (in.bad()) throw ProfileFileError(sourceName + ": read error");
+    return ReadTextProfiles(text.view(), sourceName);
 }
 
 }  // namespace tgp::cli

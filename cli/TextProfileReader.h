@@ -2,6 +2,7 @@
 
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/DrawnProfile.h"
@@ -21,6 +22,7 @@ namespace tgp::cli {
 // "profile <n> (line <first line>)". Numbers are read through the library's number-text service,
 // so the process locale plays no part. A malformed line raises ProfileFileError naming the source
 // and the line number.
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName);
 std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName);
 
 }  // namespace tgp::cli

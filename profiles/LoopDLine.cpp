@@ -166,16 +166,19 @@ SegmentIntegrals LoopDLine::Integrals() const {
 }
 
 SegmentIntegrals LoopDLine::IntegralsAbout(const PlanePoint& Origin) const {
-    const PlanePoint a = Minus(start_, Origin), b = Minus(end_, Origin);
+    return IntegralsOf(Minus(start_, Origin), Minus(end_, Origin), IsArc() ? alfa_ : 0.0);
+}
+
+SegmentIntegrals LoopDLine::IntegralsOf(const PlanePoint& a, const PlanePoint& b, double Alfa) {
     SegmentIntegrals s = LineIntegrals(a, b);
-    if (IsArc()) s += SegmentRegionIntegrals(a, b);
+    if (Alfa != 0) s += SegmentRegionIntegrals(a, b, Alfa);
     return s;
 }
 
 // The integrals along the chord, from its end points: the antiderivatives in x of the line
 // y = k x + b taken between the ends, multiplied out so that no slope appears. A steep segment
 // therefore loses no digits, and a vertical one (equal x) gives 0 for all six.
-SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint& b) const {
+SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint& b) {
     const double xa = a[0], ya = a[1], xb = b[0], yb = b[1];
     if (xa == xb) return {};
     const double dx = xb - xa;
@@ -195,13 +198,13 @@ SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint&
 // chord encloses the circular segment, counter-clockwise for a positive bulge, and by Green's theorem
 // the closed integral of P dx is minus the area integral of dP/dy (plus for clockwise). The segment's
 // moments are known in the chord's frame and carried over to the global axes exactly.
-SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b) const {
+SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b, double alfa) {
     const double dx = b[0] - a[0], dy = b[1] - a[1];
     const double chord = std::sqrt(dx * dx + dy * dy);
     if (chord == 0) return {};
-    const CircularSegment region = CircularSegment::Of(chord / 2, std::fabs(alfa_) / 2);
+    const CircularSegment region = CircularSegment::Of(chord / 2, std::fabs(alfa) / 2);
     const double tx = dx / chord, ty = dy / chord;
-    const double sign = alfa_ > 0 ? 1.0 : -1.0;
+    const double sign = alfa > 0 ? 1.0 : -1.0;
     const double wx = sign * ty, wy = -sign * tx;  // towards the arc: right of A-to-B for a positive bulge
     const double mx = (a[0] + b[0]) / 2, my = (a[1] + b[1]) / 2;
     const double A = region.area, Q = region.qv, Iu = region.iuu, Iv = region.ivv;

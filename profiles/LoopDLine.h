@@ -98,6 +98,9 @@ public:
     double MomentOfInertiaY() const { return Integrals().MomentOfInertiaY; }
     double ProductOfInertiaXY() const { return Integrals().ProductOfInertiaXY; }
     SegmentIntegrals Integrals() const;
+    // The integrals of the segment from a to b with included angle Alfa (0: straight), from the end
+    // points and the angle alone: what Integrals gives for such a segment, without building one.
+    static SegmentIntegrals IntegralsOf(const PlanePoint& a, const PlanePoint& b, double Alfa);
     // The integrals of this segment moved by −Origin, without moving it or touching the cache.
     // Subtracting the origin first keeps the digits of a drawing far from the origin.
     SegmentIntegrals IntegralsAbout(const PlanePoint& Origin) const;
@@ -161,9 +164,9 @@ public:
     LoopDLine Copy() const { return *this; }
 
 private:
-    SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b) const;
-    // What the arc adds to its chord's integrals, for the chord from a to b (already moved).
-    SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b) const;
+    static SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b);
+    // What an arc of included angle alfa adds to its chord's integrals, for the chord from a to b.
+    static SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b, double alfa);
     // The arc seen from its chord: the frame all arc geometry is done in (see ChordFrame).
     ChordFrame Frame() const;
     // An arc whose end points coincide: radius 0, a single point.

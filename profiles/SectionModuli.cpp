@@ -4,8 +4,10 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <span>
 #include <vector>
 
+#include "core/LargeBlockAllocator.h"
 #include "profiles/ChordFrame.h"
 
 namespace tgp {
@@ -16,11 +18,26 @@ namespace {
 // line need: its height range, ∫dx, ∫y dx and ∫y² dx along it (the segment's own exact integrals),
 // and the sign that makes its loop count positive for material and negative for a hole.
 struct Piece {
-    LoopDLine segment;
+    const LoopDLine* segment;  // as drawn: placed again only where a line cuts it
     double ymin, ymax;
     double dx, y1, y2;
     double sign;
 };
+
+// Where the pieces are taken: moved by -centre, and with x and y exchanged when `swap` (a mirror,
+// which turns arcs the other way), so that the vertical axis is found as a horizontal one.
+struct Placement {
+    PlanePoint centre;
+    bool swap;
+
+    PlanePoint Place(const PlanePoint& p) const {
+        const double x = p[0] - centre[0], y = p[1] - centre[1];
+        return swap ? PlanePoint{y, x, 0} : PlanePoint{x, y, 0};
+    }
+    double Alfa(const LoopDLine& s) const { return s.IsArc() ? (swap ? -s.Alfa() : s.Alfa()) : 0.0; }
+};
+
+using Pieces = std::vector<Piece, LargeBlockAllocator<Piece>>;
 
 // Area above the line y = t, its first moment about the line, and the width of the section along
 // the line (minus the derivative of the area with respect to t).
@@ -35,8 +52,8 @@ constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.222381
 constexpr double kLongestStep = 0.25;
 
 // The part of a straight segment above y = t (it crosses the line).
-void ClipLine(const Piece& p, double t, Above& sum) {
-    const double a = p.segment.StartPoint()[1] - t, b = p.segment.EndPoint()[1] - t;
+void ClipLine(const Piece& p, const Placement& at, double t, Above& sum) {
+    const double a = at.Place(p.segment->StartPoint())[1] - t, b = at.Place(p.segment->EndPoint())[1] - t;
     const double m = std::max(a, b), span = std::fabs(b - a);
     if (m <= 0 || span == 0) return;
     const double fraction = m / span;  // of the segment's run above the line
@@ -47,9 +64,8 @@ void ClipLine(const Piece& p, double t, Above& sum) {
 
 // The part of an arc above y = t, in the arc's chord frame: phi runs from -theta at the start to
 // theta at the end, x = mx + u tx + v wx, y = my + u ty + v wy.
-void ClipArc(const Piece& p, double t, Above& sum) {
-    const LoopDLine& s = p.segment;
-    const ChordFrame f = ChordFrame::Of(s.StartPoint(), s.EndPoint(), s.Alfa());
+void ClipArc(const Piece& p, const Placement& at, double t, Above& sum) {
+    const ChordFrame f = ChordFrame::Of(at.Place(p.segment->StartPoint()), at.Place(p.segment->EndPoint()), at.Alfa(*p.segment));
     const double R = f.a / f.s;
     auto height = [&](double phi) {
         double u = 0, v = 0;
@@ -96,44 +112,59 @@ void ClipArc(const Piece& p, double t, Above& sum) {
     }
 }
 
-Above AboveLine(const std::vector<Piece>& pieces, double t) {
+// The pieces wholly above every line still in question, summed once: their signed ∫dx, ∫y dx and
+// ∫y² dx, from which the area above y = t and its moment follow for any t.
+struct Settled {
+    double dx = 0, y1 = 0, y2 = 0;
+
+    void Add(const Piece& p) {
+        dx += p.sign * p.dx;
+        y1 += p.sign * p.y1;
+        y2 += p.sign * p.y2;
+    }
+};
+
+Above AboveLine(std::span<const Piece> pieces, const Placement& placement, const Settled& settled, double t) {
     Above sum;
+    sum.area = settled.y1 - t * settled.dx;
+    sum.moment = ((settled.y2 - 2 * t * settled.y1) + t * t * settled.dx) / 2;
+    sum.width = settled.dx;
     for (const Piece& p : pieces) {
         if (p.ymax <= t) continue;
         if (p.ymin >= t) {
             sum.area += p.sign * (p.y1 - t * p.dx);
             sum.moment += p.sign * ((p.y2 - 2 * t * p.y1) + t * t * p.dx) / 2;
             sum.width += p.sign * p.dx;
-        } else if (p.segment.IsArc()) {
-            ClipArc(p, t, sum);
+        } else if (p.segment->IsArc()) {
+            ClipArc(p, placement, t, sum);
         } else {
-            ClipLine(p, t, sum);
+            ClipLine(p, placement, t, sum);
         }
     }
     return sum;
 }
 
-// The pieces of every loop, moved by -centre, with x and y exchanged when `swap` (a mirror, which
-// negates bulges): the vertical axis is then found as a horizontal one.
-std::vector<Piece> PiecesOf(Loop7s& section, const PlanePoint& centre, bool swap) {
-    std::vector<Piece> pieces;
+// The pieces of every loop, placed, into `pieces` (its memory reused from axis to axis).
+void FillPieces(Pieces& pieces, Loop7s& section, const Placement& placement) {
+    pieces.clear();
+    std::size_t count = 0;
+    for (std::size_t i = 1; i <= section.Count(); ++i) count += section.Item(i)->Count();
+    pieces.reserve(count);
     for (std::size_t i = 1; i <= section.Count(); ++i) {
         const Loop7& loop = *section.Item(i);
         const double depthSign = section.IsHole(i) ? -1 : 1;
         const std::size_t first = pieces.size();
         double area = 0;
         for (const LoopDLine& original : loop.Segments()) {
-            auto place = [&](const PlanePoint& p) {
-                const double x = p[0] - centre[0], y = p[1] - centre[1];
-                return swap ? PlanePoint{y, x, 0} : PlanePoint{x, y, 0};
-            };
+            // Box and integrals from the end points and the angle: no segment is rebuilt.
+            const PlanePoint a = placement.Place(original.StartPoint()), b = placement.Place(original.EndPoint());
+            const SegmentBox box = original.BoundingBox();
+            const SegmentIntegrals integrals = LoopDLine::IntegralsOf(a, b, placement.Alfa(original));
             Piece piece{};
-            piece.segment.Init(place(original.StartPoint()), place(original.EndPoint()), swap ? -original.Bulge() : original.Bulge());
-            const SegmentBox box = piece.segment.BoundingBox();
-            const SegmentIntegrals integrals = piece.segment.Integrals();
-            piece.ymin = box.ymin;
-            piece.ymax = box.ymax;
-            piece.dx = piece.segment.EndPoint()[0] - piece.segment.StartPoint()[0];
+            piece.segment = &original;
+            piece.ymin = placement.swap ? box.xmin - placement.centre[0] : box.ymin - placement.centre[1];
+            piece.ymax = placement.swap ? box.xmax - placement.centre[0] : box.ymax - placement.centre[1];
+            piece.dx = b[0] - a[0];
             piece.y1 = integrals.Area;
             piece.y2 = 2 * integrals.StaticMomentX;
             area += integrals.Area;
@@ -143,15 +174,31 @@ std::vector<Piece> PiecesOf(Loop7s& section, const PlanePoint& centre, bool swap
         const double sign = depthSign * (area < 0 ? -1 : 1);
         for (std::size_t k = first; k < pieces.size(); ++k) pieces[k].sign = sign;
     }
-    return pieces;
+}
+
+// Keeps the first `active` pieces that reach into (lo, hi) at the front and returns their count;
+// those wholly above it join the settled sums, those wholly below it are left out.
+std::size_t Narrow(Pieces& pieces, std::size_t active, double lo, double hi, Settled& settled) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < active; ++i) {
+        const Piece& p = pieces[i];
+        if (p.ymin >= hi) settled.Add(p);
+        else if (p.ymax > lo) pieces[kept++] = p;
+    }
+    return kept;
 }
 
 // The equal-area line y = t of the pieces and the plastic modulus about it: a Newton step on the
 // area above the line (its derivative is minus the width there) kept inside a shrinking bracket,
 // bisecting where the step would leave it (a gap between parts has no width).
-void EqualAreaAxis(const std::vector<Piece>& pieces, double ymin, double ymax, double area, double& axis, double& z) {
+// Every step the pieces wholly above the bracket are settled and those wholly below it dropped, so
+// that the passes after the first few visit only the pieces near the axis.
+void EqualAreaAxis(Pieces& pieces, const Placement& placement, double ymin, double ymax, double area, double& axis,
+                   double& z) {
     double lo = ymin, hi = ymax, t = 0;  // the centroid is a good first guess
-    Above at = AboveLine(pieces, t);
+    Settled settled;
+    std::size_t active = pieces.size();
+    Above at = AboveLine({pieces.data(), active}, placement, settled, t);
     for (int iteration = 0; iteration < 200; ++iteration) {
         const double excess = at.area - area / 2;  // decreasing in t
         if (excess == 0) break;
@@ -161,7 +208,8 @@ void EqualAreaAxis(const std::vector<Piece>& pieces, double ymin, double ymax, d
         if (!(next > lo && next < hi)) next = (lo + hi) / 2;
         if (next == t || hi - lo <= 4 * std::numeric_limits<double>::epsilon() * (std::fabs(lo) + std::fabs(hi))) break;
         t = next;
-        at = AboveLine(pieces, t);
+        active = Narrow(pieces, active, lo, hi, settled);
+        at = AboveLine({pieces.data(), active}, placement, settled, t);
     }
     axis = t;
     // ∫|y − t| dA = (moment above) + (moment below) = 2 (moment above) − ∫(y − t) dA, and ∫ y dA = 0
@@ -194,9 +242,13 @@ SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite, cons
     m.wyRight = iy / m.right;
     const PlanePoint centre{c[0], c[1], 0};
     double axis = 0;
-    EqualAreaAxis(PiecesOf(section, centre, false), -m.bottom, m.top, area, axis, m.zx);
+    Pieces pieces;
+    const Placement horizontal{centre, false}, vertical{centre, true};
+    FillPieces(pieces, section, horizontal);
+    EqualAreaAxis(pieces, horizontal, -m.bottom, m.top, area, axis, m.zx);
     m.plasticAxisY = c[1] + axis;
-    EqualAreaAxis(PiecesOf(section, centre, true), -m.left, m.right, area, axis, m.zy);
+    FillPieces(pieces, section, vertical);
+    EqualAreaAxis(pieces, vertical, -m.left, m.right, area, axis, m.zy);
     m.plasticAxisX = c[0] + axis;
     return m;
 }

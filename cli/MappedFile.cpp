@@ -1,0 +1,51 @@
+#include "cli/MappedFile.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/DrawnProfile.h"
+
+#if defined(__unix__)
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace tgp::cli {
+
+MappedFile::MappedFile(const std::string& path) {
+#if defined(__unix__)
+    const int fd = open(path.c_str(), O_RDONLY);
+    if (fd < 0) throw ProfileFileError(path + ": cannot open the file");
+    struct stat info {};
+    if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
+        void* view = mmap(nullptr, static_cast<std::size_t>(info.st_size), PROT_READ, MAP_PRIVATE, fd, 0);
+        if (view != MAP_FAILED) {
+            madvise(view, static_cast<std::size_t>(info.st_size), MADV_SEQUENTIAL);
+            data_ = static_cast<const char*>(view);
+            size_ = static_cast<std::size_t>(info.st_size);
+            mapped_ = true;
+        }
+    }
+    close(fd);
+    if (mapped_) return;
+#endif
+    // Empty files, pipes and systems without mapping: read the bytes.
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw ProfileFileError(path + ": cannot open the file");
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    if (in.bad()) throw ProfileFileError(path + ": read error");
+    buffer_ = std::move(bytes).str();
+    data_ = buffer_.data();
+    size_ = buffer_.size();
+}
+
+MappedFile::~MappedFile() {
+#if defined(__unix__)
+    if (mapped_) munmap(const_cast<char*>(data_), size_);
+#endif
+}
+
+}  // namespace tgp::cli
