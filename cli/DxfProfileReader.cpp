@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <set>
 
 #include "cli/DxfDrawing.h"
 #include "cli/EdgeChains.h"
+#include "cli/MappedFile.h"
 
 namespace tgp::cli {
 
@@ -369,11 +368,8 @@ std::string SkipSummary(const DxfSkips& skipped) {
 }
 
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options, DxfSkips* skipped) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw ProfileFileError(path + ": cannot open the file");
-    const std::string contents((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad()) throw ProfileFileError(path + ": read error");
-    return ReadDxfText(contents, path, options, skipped);
+    const MappedFile file(path);
+    return ReadDxfText(file.Text(), path, options, skipped);
 }
 
 std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source, const DxfReadOptions& options,

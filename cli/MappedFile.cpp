@@ -19,7 +19,12 @@ MappedFile::MappedFile(const std::string& path) {
     const int fd = open(path.c_str(), O_RDONLY);
     if (fd < 0) throw ProfileFileError(path + ": cannot open the file");
     struct stat info {};
-    if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
+    const bool known = fstat(fd, &info) == 0;
+    if (known && S_ISDIR(info.st_mode)) {
+        close(fd);
+        throw ProfileFileError(path + ": is a folder, not a file");
+    }
+    if (known && S_ISREG(info.st_mode) && info.st_size > 0) {
         void* view = mmap(nullptr, static_cast<std::size_t>(info.st_size), PROT_READ, MAP_PRIVATE, fd, 0);
         if (view != MAP_FAILED) {
             madvise(view, static_cast<std::size_t>(info.st_size), MADV_SEQUENTIAL);

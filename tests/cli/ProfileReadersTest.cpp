@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/DxfProfileReader.h"
+#include "cli/MappedFile.h"
 #include "cli/TextProfileReader.h"
 
 namespace tgp::cli {
@@ -220,6 +221,31 @@ TEST(DxfProfiles, MissingFileIsAFileError) {
         FAIL();
     } catch (const ProfileFileError& e) {
         EXPECT_STREQ(e.what(), "/nonexistent/drawing.dxf: cannot open the file");
+    }
+}
+
+// The bytes of a file as the readers see them, mapped or read: exactly what was written (NUL bytes,
+// CR LF and a last line without its newline included), nothing for an empty file, and an error
+// naming the file for a folder or a missing file.
+TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
+    const std::string path = ::testing::TempDir() + "tgp_mapped.txt";
+    const std::vector<std::string> contents = {std::string("0 0\r\n10 0\r\n10 5", 17), std::string("a\0b\n", 4), ""};
+    for (const std::string& bytes : contents) {
+        std::ofstream(path, std::ios::binary) << bytes;
+        EXPECT_EQ(MappedFile(path).Text(), bytes);
+    }
+    std::ofstream(path, std::ios::binary) << "0 0\r\n10 0\r\n10 5";
+    const auto profiles = ReadTextProfiles(MappedFile(path).Text(), path);
+    ASSERT_EQ(profiles.size(), 1u);
+    EXPECT_EQ(profiles[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5}));
+    std::remove(path.c_str());
+    for (const std::string& bad : {std::string("/nonexistent/profile.txt"), ::testing::TempDir()}) {
+        try {
+            MappedFile file(bad);
+            ADD_FAILURE() << bad;
+        } catch (const ProfileFileError& e) {
+            EXPECT_EQ(std::string(e.what()).rfind(bad + ": ", 0), 0u) << e.what();
+        }
     }
 }
 
