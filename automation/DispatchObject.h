@@ -6,7 +6,7 @@
 
 #include "ErrorInfo.h"
 #include "Identity.h"
-#include "Invoke.h"
+#include "DispatchTable.h"
 #include "NativeObject.h"
 #include "Server.h"
 
@@ -98,14 +98,14 @@ public:
         return Server::TypeInfoOf(__uuidof(Itf), info);
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-        const TypeInfoInvoker& invoker = Interface();
-        return invoker.info() ? invoker.GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
+        const DispatchTable& table = Interface();
+        return table.info() ? table.GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO* exception, UINT* argError) override {
-        const TypeInfoInvoker& invoker = Interface();
-        if (!invoker.info()) return TYPE_E_CANTLOADLIBRARY;
-        return invoker.Invoke(static_cast<Itf*>(this), member, flags, params, result, exception, argError);
+        const DispatchTable& table = Interface();
+        if (!table.info()) return TYPE_E_CANTLOADLIBRARY;
+        return table.Invoke(static_cast<Itf*>(this), member, flags, params, result, exception, argError);
     }
 
     // ISupportErrorInfo
@@ -137,14 +137,14 @@ protected:
     virtual void* QueryExtra(REFIID) { return nullptr; }
 
 private:
-    // The interface's type information and invoker, made once per class.
-    static const TypeInfoInvoker& Interface() {
-        static const TypeInfoInvoker invoker([] {
+    // The interface's dispatch table, made once per class from its type information.
+    static const DispatchTable& Interface() {
+        static const DispatchTable table([] {
             ITypeInfo* loaded = nullptr;
             Server::TypeInfoOf(__uuidof(Itf), &loaded);
             return loaded;
         }());
-        return invoker;
+        return table;
     }
 
     std::atomic<long> references_{0};
