@@ -128,16 +128,16 @@ void Loop7::ComputeInertia() {
         throw Error(5, "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than "
                        "1E-05 are dropped)");
     }
-    if (IsSelfIntersect()) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
-    // One pass for the perimeter and the integrals: a loop of millions of segments is read from
-    // memory, not cache, on every pass.
+    // The perimeter and the integrals are summed while the self-intersection sweep reads each
+    // segment: a loop of millions of segments is read from memory, not cache, on every pass.
     const PlanePoint O = MeanVertex();
     double perimeter = 0;
     SegmentIntegrals sum;
-    for (const LoopDLine& segment : segments_) {
+    const bool cuts = FindSelfIntersections(segments_, closed_, nullptr, [&](const LoopDLine& segment) {
         perimeter += segment.Length();
         sum += segment.IntegralsAbout(O);
-    }
+    });
+    if (cuts) throw Error(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     block_ = BlockFromIntegrals(sum, O, perimeter);
 }
 

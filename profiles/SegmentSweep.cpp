@@ -17,22 +17,38 @@ struct Item {
     std::uint32_t owner;
 };
 
+// Segments of a chain are grouped in blocks of this many (by index), each with its box, so that a
+// walk of two long chains skips the blocks that do not come near each other.
+constexpr std::uint32_t kBlock = 32;
+
 // A run of consecutive segments of one loop that all advance strictly in x the same way (arcs
 // only when they have no x extreme inside). Two segments of one chain can meet only where they
 // join, so only pairs from different chains need testing, and two chains are compared by walking
-// both in ascending x. Chains keep only their range and box: a walk computes the boxes it visits,
-// so no per-segment table is built.
+// both in ascending x, block by block and, where two blocks' boxes meet, segment by segment.
+// Chains keep only their range, their box and their blocks' boxes: a walk computes the segment
+// boxes it visits, so no per-segment table is built.
 struct Chain {
     SegmentBox box;
     const LoopDLine* segments;  // the loop's first segment
     std::uint32_t begin, end;   // segment range
     std::int32_t direction;     // +1 ascending x, -1 descending, 0 a single segment
     std::uint32_t owner;
+    const SegmentBox* blocks;   // the boxes of segments [begin + j kBlock, ...), j = 0, 1, ...
 
     std::uint32_t Size() const { return end - begin; }
     // The k-th segment in ascending x.
     std::uint32_t IndexAt(std::uint32_t k) const { return direction < 0 ? end - 1 - k : begin + k; }
     SegmentBox BoxAt(std::uint32_t k) const { return segments[IndexAt(k)].BoundingBox(); }
+
+    std::uint32_t Blocks() const { return (Size() + kBlock - 1) / kBlock; }
+    // The q-th block in ascending x, and the positions (in ascending x) of its segments.
+    const SegmentBox& BlockBoxAt(std::uint32_t q) const { return blocks[direction < 0 ? Blocks() - 1 - q : q]; }
+    void BlockPositions(std::uint32_t q, std::uint32_t& from, std::uint32_t& to) const {
+        const std::uint32_t j = direction < 0 ? Blocks() - 1 - q : q;
+        const std::uint32_t first = j * kBlock, last = std::min(first + kBlock, Size());
+        from = direction < 0 ? Size() - last : first;
+        to = direction < 0 ? Size() - first : last;
+    }
 };
 
 bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
@@ -54,27 +70,36 @@ int XDirection(const LoopDLine& s, const SegmentBox& box) {
 
 class ChainSet {
 public:
-    void AddLoop(std::span<const LoopDLine> segments, std::uint32_t owner) {
+    void AddLoop(std::span<const LoopDLine> segments, std::uint32_t owner,
+                 const std::function<void(const LoopDLine&)>& visit = {}) {
         const auto n = static_cast<std::uint32_t>(segments.size());
+        blocks_.reserve(blocks_.size() + n / kBlock + 1);
         Chain chain{};
+        std::size_t firstBlock = 0;
         for (std::uint32_t i = 0; i < n; ++i) {
+            if (visit) visit(segments[i]);
             const SegmentBox box = segments[i].BoundingBox();
             const int direction = XDirection(segments[i], box);
             if (i > 0 && direction != 0 && direction == chain.direction) {
                 chain.box = Union(chain.box, box);
                 chain.end = i + 1;
+                if ((i - chain.begin) % kBlock == 0) blocks_.push_back(box);
+                else blocks_.back() = Union(blocks_.back(), box);
                 continue;
             }
-            if (i > 0) chains_.push_back(chain);
-            chain = {box, segments.data(), i, i + 1, direction, owner};
+            if (i > 0) Finish(chain, firstBlock);
+            chain = {box, segments.data(), i, i + 1, direction, owner, nullptr};
+            firstBlock = blocks_.size();
+            blocks_.push_back(box);
         }
-        if (n > 0) chains_.push_back(chain);
+        if (n > 0) Finish(chain, firstBlock);
     }
 
     // Calls test(a, b) for pairs of segments from different chains whose boxes meet (and, with
     // ownersDiffer, from different loops), until it returns true.
     template <class PairTest>
     bool Pairs(bool ownersDiffer, PairTest test) {
+        for (std::size_t c = 0; c < chains_.size(); ++c) chains_[c].blocks = blocks_.data() + chainBlocks_[c];
         // A NaN coordinate must not break the ordering the sort relies on: it sorts last.
         const auto key = [](const Chain& c) { return std::isnan(c.box.xmin) ? HUGE_VAL : c.box.xmin; };
         std::sort(chains_.begin(), chains_.end(), [&](const Chain& a, const Chain& b) { return key(a) < key(b); });
@@ -96,45 +121,77 @@ public:
     }
 
 private:
-    // The position of the first segment of a chain that reaches x (right edges ascend along it).
-    static std::uint32_t FirstReaching(const Chain& c, double x) {
-        std::uint32_t lo = 0, hi = c.Size();
+    // Chains point at their blocks only once every block is stored (the vector may move before).
+    void Finish(Chain chain, std::size_t firstBlock) {
+        chain.blocks = nullptr;
+        chains_.push_back(chain);
+        chainBlocks_.push_back(firstBlock);
+    }
+
+    // The first position in [lo, hi) whose box reaches x (right edges ascend along a chain).
+    template <class BoxOf>
+    static std::uint32_t FirstReaching(std::uint32_t lo, std::uint32_t hi, double x, BoxOf boxOf) {
         while (lo < hi) {
             const std::uint32_t mid = lo + (hi - lo) / 2;
-            if (c.BoxAt(mid).xmax + kBoxMargin < x) lo = mid + 1;
+            if (boxOf(mid).xmax + kBoxMargin < x) lo = mid + 1;
             else hi = mid;
         }
         return lo;
     }
 
-    // Both chains ascend in x with intervals that only touch: starting where their x ranges begin
-    // to overlap and advancing whichever segment ends first meets every overlapping pair once.
-    template <class PairTest>
-    static bool Walk(const Chain& a, const Chain& b, PairTest& test) {
-        const double from = std::max(a.box.xmin, b.box.xmin), to = std::min(a.box.xmax, b.box.xmax) + kBoxMargin;
-        std::uint32_t i = FirstReaching(a, from), j = FirstReaching(b, from);
-        if (i >= a.Size() || j >= b.Size()) return false;
-        SegmentBox p = a.BoxAt(i), q = b.BoxAt(j);
+    // Both sequences ascend in x with intervals that only touch: starting where the x ranges begin
+    // to overlap and advancing whichever item ends first meets every overlapping pair once.
+    // Positions [a0, a1) of one against [b0, b1) of the other; meet(i, j) handles a pair of items
+    // whose boxes meet and returns true to stop.
+    template <class BoxA, class BoxB, class Meet>
+    static bool TwoPointer(std::uint32_t a0, std::uint32_t a1, BoxA boxA, std::uint32_t b0, std::uint32_t b1, BoxB boxB,
+                           double from, double to, Meet meet) {
+        std::uint32_t i = FirstReaching(a0, a1, from, boxA), j = FirstReaching(b0, b1, from, boxB);
+        if (i >= a1 || j >= b1) return false;
+        SegmentBox p = boxA(i), q = boxB(j);
         while (p.xmin <= to && q.xmin <= to) {
             bool advanceA;
             if (p.xmax + kBoxMargin < q.xmin) advanceA = true;
             else if (q.xmax + kBoxMargin < p.xmin) advanceA = false;
             else {
-                if (BoxesMeet(p, q) && test(Item{a.IndexAt(i), a.owner}, Item{b.IndexAt(j), b.owner})) return true;
+                if (BoxesMeet(p, q) && meet(i, j, p, q)) return true;
                 advanceA = p.xmax < q.xmax;
             }
             if (advanceA) {
-                if (++i == a.Size()) break;
-                p = a.BoxAt(i);
+                if (++i == a1) break;
+                p = boxA(i);
             } else {
-                if (++j == b.Size()) break;
-                q = b.BoxAt(j);
+                if (++j == b1) break;
+                q = boxB(j);
             }
         }
         return false;
     }
 
+    // Two chains, block against block, then segment against segment where two blocks meet.
+    template <class PairTest>
+    static bool Walk(const Chain& a, const Chain& b, PairTest& test) {
+        const double from = std::max(a.box.xmin, b.box.xmin), to = std::min(a.box.xmax, b.box.xmax) + kBoxMargin;
+        const auto blockA = [&](std::uint32_t q) { return a.BlockBoxAt(q); };
+        const auto blockB = [&](std::uint32_t q) { return b.BlockBoxAt(q); };
+        const auto boxA = [&](std::uint32_t k) { return a.BoxAt(k); };
+        const auto boxB = [&](std::uint32_t k) { return b.BoxAt(k); };
+        return TwoPointer(0, a.Blocks(), blockA, 0, b.Blocks(), blockB, from, to,
+                          [&](std::uint32_t qa, std::uint32_t qb, const SegmentBox& p, const SegmentBox& q) {
+                              std::uint32_t a0, a1, b0, b1;
+                              a.BlockPositions(qa, a0, a1);
+                              b.BlockPositions(qb, b0, b1);
+                              const double lo = std::max(p.xmin, q.xmin), hi = std::min(p.xmax, q.xmax) + kBoxMargin;
+                              return TwoPointer(a0, a1, boxA, b0, b1, boxB, lo, hi,
+                                                [&](std::uint32_t i, std::uint32_t j, const SegmentBox&, const SegmentBox&) {
+                                                    return test(Item{a.IndexAt(i), a.owner}, Item{b.IndexAt(j), b.owner});
+                                                });
+                          });
+    }
+
     std::vector<Chain> chains_;
+    std::vector<std::size_t> chainBlocks_;  // per chain, its first block in blocks_
+    std::vector<SegmentBox> blocks_;
 };
 
 // The end point two neighbouring segments share, if they are neighbours.
@@ -156,9 +213,10 @@ bool NearAny(const PlanePoint& p, const PlanePoint* joints, int count, double to
 
 }  // namespace
 
-bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points) {
+bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
+                           const std::function<void(const LoopDLine&)>& visit) {
     ChainSet chains;
-    chains.AddLoop(segments, 0);
+    chains.AddLoop(segments, 0, visit);
     std::vector<PlanePoint> found;
     bool any = false;
     chains.Pairs(false, [&](const Item& a, const Item& b) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -16,7 +17,11 @@ namespace tgp {
 // Crossings of a loop with itself. Neighbouring segments (and the last with the first when the loop
 // is closed) share an end point: meeting there is not a crossing, any other common point is.
 // Without Points the search stops at the first crossing.
-bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points);
+// `visit`, when given, sees every segment once, in order, while the sweep reads it anyway: a caller
+// that needs a pass over millions of segments (their integrals) rides along instead of reading
+// them from memory a second time.
+bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
+                           const std::function<void(const LoopDLine&)>& visit = {});
 
 // Common points of two loops (touching counts). Without Points the search stops at the first one.
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
