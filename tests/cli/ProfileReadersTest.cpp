@@ -229,7 +229,7 @@ TEST(DxfProfiles, MissingFileIsAFileError) {
 // naming the file for a folder or a missing file.
 TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
     const std::string path = ::testing::TempDir() + "tgp_mapped.txt";
-    const std::vector<std::string> contents = {std::string("0 0\r\n10 0\r\n10 5", 17), std::string("a\0b\n", 4), ""};
+    const std::vector<std::string> contents = {std::string("0 0\r\n10 0\r\n10 5"), std::string("a\0b\n", 4), ""};
     for (const std::string& bytes : contents) {
         std::ofstream(path, std::ios::binary) << bytes;
         EXPECT_EQ(MappedFile(path).Text(), bytes);
