@@ -1,8 +1,10 @@
 #include "cli/TextProfileReader.h"
 
-#include <optional>
+#include <algorithm>
+#include <exception>
 #include <sstream>
 #include <string_view>
+#include <thread>
 
 #include "core/Error.h"
 #include "units/NumberText.h"
@@ -51,27 +53,114 @@ std::string Shown(std::string_view text) {
     return text.size() > kLongest ? shown + "..." : shown;
 }
 
+// What one piece of the text holds, read without knowing what came before it: runs of vertex lines
+// (their numbers already read, into one pair of arrays for the piece), the lines that steer the
+// profiles (`profile`, `loop`, `end`, a blank line), and the first malformed line, which ends the
+// piece. Line numbers count from the piece's start. Pieces are read side by side and replayed in
+// order.
+struct Piece {
+    enum class Kind { Vertices, Steer, Malformed };
+    struct Item {
+        Kind kind;
+        int line;               // of the steering or malformed line, or of a run's first vertex
+        std::string_view text;  // the steering line, trimmed
+        std::string message;    // what is wrong with a malformed line
+        std::size_t first = 0, count = 0;  // a run's vertices in the piece's arrays
+    };
+    std::vector<Item> items;
+    std::vector<double> xy, bulges;
+    int lines = 0;
+    std::exception_ptr failure;  // what stopped the reading otherwise (out of memory)
+
+    void Read(std::string_view text) noexcept {
+        try {
+            ReadLines(text);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    }
+
+private:
+    void ReadLines(std::string_view text) {
+        const auto lineBreaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+        xy.reserve(2 * (lineBreaks + 1));
+        bulges.reserve(lineBreaks + 1);
+        while (!text.empty()) {
+            const std::size_t end = text.find('\n');
+            const bool malformed = !Line(text.substr(0, end));
+            if (malformed) return;
+            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        }
+    }
+
+    // False when the line is malformed (the piece stops there).
+    bool Line(std::string_view raw) {
+        ++lines;
+        const std::size_t hash = raw.find('#');
+        const std::string_view line = Trimmed(raw.substr(0, hash));
+        if (line.empty()) {
+            if (hash == std::string_view::npos) Steer(line);  // a blank line ends a profile; a comment line does not
+            return true;
+        }
+        if (line == "end" || line == "loop" ||
+            (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t'))) {
+            Steer(line);
+            return true;
+        }
+        return Vertex(line);
+    }
+
+    void Steer(std::string_view line) { items.push_back(Item{Kind::Steer, lines, line, {}, 0, 0}); }
+
+    bool Vertex(std::string_view line) {
+        const Words words(line);
+        if (words.count < 2 || words.count > 3) return Malformed("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
+        double value[3] = {0, 0, 0};
+        for (std::size_t k = 0; k < words.count; ++k) {
+            try {
+                value[k] = ReadWholeNumber(words.word[k]);
+            } catch (const Error&) {
+                return Malformed("'" + Shown(words.word[k]) + "' is not a number");
+            }
+        }
+        if (items.empty() || items.back().kind != Kind::Vertices)
+            items.push_back(Item{Kind::Vertices, lines, {}, {}, bulges.size(), 0});
+        ++items.back().count;
+        xy.push_back(value[0]);
+        xy.push_back(value[1]);
+        bulges.push_back(value[2]);
+        return true;
+    }
+
+    bool Malformed(std::string message) {
+        items.push_back(Item{Kind::Malformed, lines, {}, std::move(message), 0, 0});
+        return false;
+    }
+};
+
+// Splits the text into `count` pieces of about equal size, each ending after a line break (the last
+// at the text's end).
+std::vector<std::string_view> SplitAtLines(std::string_view text, int count) {
+    std::vector<std::string_view> pieces;
+    for (int k = count; k > 1 && !text.empty(); --k) {
+        std::size_t end = text.find('\n', text.size() / static_cast<std::size_t>(k));
+        if (end == std::string_view::npos) break;
+        pieces.push_back(text.substr(0, end + 1));
+        text.remove_prefix(end + 1);
+    }
+    pieces.push_back(text);
+    return pieces;
+}
+
+// Replays the pieces in order into profiles: the profile and loop bookkeeping, names and errors.
 class TextParser {
 public:
     explicit TextParser(std::string source) : source_(std::move(source)) {}
 
-    void Line(std::string_view raw) {
-        ++lineNumber_;
-        const std::size_t hash = raw.find('#');
-        const std::string_view line = Trimmed(raw.substr(0, hash));
-        const bool comment = hash != std::string_view::npos;
-        if (line.empty()) {
-            if (!comment) Finish();  // a blank line ends a profile; a comment line does not
-            return;
-        }
-        if (line == "end") return Finish();
-        if (line == "loop") return NextLoop();
-        if (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t')) {
-            Finish();
-            Start(std::string(Trimmed(line.substr(7))));
-            return;
-        }
-        Vertex(line);
+    // Replays the pieces in order (the first malformed line raises its error).
+    void Replay(std::vector<Piece>& pieces) {
+        for (const Piece& piece : pieces) verticesToCome_ += piece.bulges.size();
+        for (Piece& piece : pieces) Replay(piece);
     }
 
     std::vector<DrawnProfile> Result() {
@@ -80,6 +169,26 @@ public:
     }
 
 private:
+    void Replay(Piece& piece) {
+        if (piece.failure) std::rethrow_exception(piece.failure);
+        for (const Piece::Item& item : piece.items) {
+            lineNumber_ = firstLine_ + item.line;
+            switch (item.kind) {
+                case Piece::Kind::Steer: Steer(item.text); break;
+                case Piece::Kind::Vertices: Vertices(piece, item); break;
+                case Piece::Kind::Malformed: Fail(item.message);
+            }
+        }
+        firstLine_ += piece.lines;
+    }
+
+    void Steer(std::string_view line) {
+        if (line.empty() || line == "end") return Finish();
+        if (line == "loop") return NextLoop();
+        Finish();
+        Start(std::string(Trimmed(line.substr(7))));
+    }
+
     void Start(std::string name) {
         ++groups_;
         loops_ = 0;
@@ -91,39 +200,46 @@ private:
     // Each loop of a profile is an outline of its own, in the profile's group.
     void StartLoop() {
         current_ = DrawnProfile{};
-        current_->group = groups_ - 1;
-        current_->name = ++loops_ == 1 ? name_ : name_ + ", loop " + std::to_string(loops_);
+        current_.group = groups_ - 1;
+        current_.name = ++loops_ == 1 ? name_ : name_ + ", loop " + std::to_string(loops_);
+        inLoop_ = true;
     }
 
     void EndLoop() {
-        if (current_ && current_->VertexCount() > 0) profiles_.push_back(std::move(*current_));
-        else if (current_) --loops_;
-        current_.reset();
+        if (inLoop_ && current_.VertexCount() > 0) profiles_.push_back(std::move(current_));
+        else if (inLoop_) --loops_;
+        inLoop_ = false;
     }
 
     // A line `loop`: the next vertices are another loop of the same profile.
     void NextLoop() {
-        if (!current_) Fail("'loop' outside a profile (it separates the loops of one profile)");
+        if (!inLoop_) Fail("'loop' outside a profile (it separates the loops of one profile)");
         EndLoop();
         StartLoop();
     }
 
     void Finish() { EndLoop(); }
 
-    void Vertex(std::string_view line) {
-        const Words words(line);
-        if (words.count < 2 || words.count > 3) Fail("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
-        if (!current_) Start("");
-        const double x = Number(words.word[0]), y = Number(words.word[1]);
-        current_->Add(x, y, words.count == 3 ? Number(words.word[2]) : 0.0);
-    }
-
-    double Number(std::string_view word) const {
-        try {
-            return ReadWholeNumber(word);
-        } catch (const Error&) {
-            Fail("'" + Shown(word) + "' is not a number");
+    // A run of vertex lines: the piece's arrays taken over when they are the loop's first and only
+    // run so far, else copied. A loop that grows is given room for every vertex still to come, so
+    // that a profile split over pieces is copied once.
+    void Vertices(Piece& piece, const Piece::Item& run) {
+        if (!inLoop_) Start("");
+        DrawnProfile& loop = current_;
+        if (loop.bulges.empty() && run.count == piece.bulges.size()) {
+            loop.xy = std::move(piece.xy);
+            loop.bulges = std::move(piece.bulges);
+        } else {
+            if (loop.bulges.capacity() < loop.bulges.size() + run.count) {
+                loop.xy.reserve(2 * (loop.bulges.size() + verticesToCome_));
+                loop.bulges.reserve(loop.bulges.size() + verticesToCome_);
+            }
+            const auto first = static_cast<std::ptrdiff_t>(run.first);
+            const auto count = static_cast<std::ptrdiff_t>(run.count);
+            loop.xy.insert(loop.xy.end(), piece.xy.begin() + 2 * first, piece.xy.begin() + 2 * (first + count));
+            loop.bulges.insert(loop.bulges.end(), piece.bulges.begin() + first, piece.bulges.begin() + first + count);
         }
+        verticesToCome_ -= run.count;
     }
 
     [[noreturn]] void Fail(const std::string& what) const {
@@ -131,23 +247,36 @@ private:
     }
 
     std::string source_;
+    int firstLine_ = 0;  // lines of the pieces replayed so far
+    std::size_t verticesToCome_ = 0;  // in the runs not replayed yet
     int lineNumber_ = 0;
     int groups_ = 0;  // profiles started so far
     int loops_ = 0;   // loops of the current profile
     std::string name_;
-    std::optional<DrawnProfile> current_;
+    bool inLoop_ = false;  // whether current_ is a loop being read
+    DrawnProfile current_;
     std::vector<DrawnProfile> profiles_;
 };
 
+// Below this size a text is read in one piece: a thread would cost more than it saves.
+constexpr std::size_t kSmallestSplitText = 4 << 20;
+
 }  // namespace
 
-std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName) {
-    TextParser parser(sourceName);
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        parser.Line(text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName, int pieceCount) {
+    if (pieceCount <= 0) {
+        const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
+        pieceCount = text.size() < kSmallestSplitText ? 1 : static_cast<int>(std::min(cores, 8u));
     }
+    const std::vector<std::string_view> texts = SplitAtLines(text, pieceCount);
+    std::vector<Piece> pieces(texts.size());
+    {
+        std::vector<std::jthread> readers;
+        for (std::size_t k = 1; k < texts.size(); ++k) readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
+        pieces[0].Read(texts[0]);
+    }
+    TextParser parser(sourceName);
+    parser.Replay(pieces);
     return parser.Result();
 }
 

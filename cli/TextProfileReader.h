@@ -21,8 +21,12 @@ namespace tgp::cli {
 // group). Loops after the first are named "<profile>, loop <k>". Profiles without a name are called
 // "profile <n> (line <first line>)". Numbers are read through the library's number-text service,
 // so the process locale plays no part. A malformed line raises ProfileFileError naming the source
-// and the line number.
-std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName);
+// and the line number (the first malformed line of the text).
+//
+// A large text (4 MB or more) is read in pieces split at line breaks, one thread a core;
+// `pieceCount` > 0 sets the number of pieces whatever the size. The result is the same however
+// the text is split.
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName, int pieceCount = 0);
 std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName);
 
 }  // namespace tgp::cli

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <clocale>
@@ -79,6 +80,74 @@ INSTANTIATE_TEST_SUITE_P(
                       BadLine{"\x01\xff\x7f", "in.txt:1: expected 'x y' or 'x y bulge', found '?" "?" "?'"},
                       BadLine{"0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18",
                               "in.txt:1: expected 'x y' or 'x y bulge', found '0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 1...'"}));
+
+// The text read in any number of pieces gives what one piece gives: the same profiles, names,
+// groups and numbers, or the same first error with its line. Piece counts up to one a line put a
+// split between every pair of lines.
+std::string ReadOutcome(const std::string& text, int pieces) {
+    try {
+        std::ostringstream out;
+        for (const DrawnProfile& p : ReadTextProfiles(text, "in.txt", pieces)) {
+            out << p.name << " [" << p.group << "]";
+            for (std::size_t k = 0; k < p.VertexCount(); ++k)
+                out << " " << p.xy[2 * k] << "," << p.xy[2 * k + 1] << "," << p.bulges[k];
+            out << "\n";
+        }
+        return out.str();
+    } catch (const ProfileFileError& e) {
+        return std::string("error ") + e.what();
+    }
+}
+
+TEST(TextProfiles, ReadInPiecesAsInOne) {
+    const std::vector<std::string> texts = {
+        "0 0\n1 0\n1 1\n\n5 5\n6 5\n6 6\n",
+        "# header\n0 0 # first\n# same\n1 0\n\t1 1\r\n\n\nprofile P\n0 0 0.5\n2 0\nloop\n1 1\n1.5 1\n1 1.5\nend\n",
+        "profile A\n0 0\n1 0\n0 1\nloop\nloop\n3 3\n4 3\n4 4\nprofile\n9 9\n8 9\n8 8\n",
+        "0 0\n1 0\n1 1\nprofile B\n0 0\n2 0\n2 2\n\n\n\n7 7\n8 8\n9 7",
+        "0 0\n1 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7 x\n8 8\n9 9\n",
+        "0 0\n1 0\n1 1\nend\nloop\n2 2\n",
+        "profile Q\n0 0\n1 0\n1 1\n0 1 2 3\n1 1\n",
+        "\n\n\n# only comments\n\nend\n",
+        "0 0\n1 0\n1 1\n",
+        "",
+    };
+    for (const std::string& text : texts) {
+        const std::string whole = ReadOutcome(text, 1);
+        const int lines = static_cast<int>(std::count(text.begin(), text.end(), '\n')) + 1;
+        for (int pieces = 2; pieces <= lines + 2; ++pieces)
+            EXPECT_EQ(ReadOutcome(text, pieces), whole) << pieces << " pieces of:\n" << text;
+    }
+}
+
+// A text large enough to be read in pieces by default: the profiles come out whole and in order,
+// and a malformed line near its end is reported with its line number in the whole text.
+TEST(TextProfiles, LargeTextReadInPiecesKeepsOrderAndLineNumbers) {
+    std::string text = "profile first\n";
+    const int vertices = 200000;
+    for (int k = 0; k < vertices; ++k) text += std::to_string(k) + " " + std::to_string(k % 7) + " 0.25\n";
+    text += "profile second\n";
+    for (int k = 0; k < vertices; ++k) text += std::to_string(-k) + " 1\n";
+    ASSERT_GT(text.size(), 4u << 20);
+    const auto profiles = ReadTextProfiles(text, "big.txt");
+    ASSERT_EQ(profiles.size(), 2u);
+    EXPECT_EQ(profiles[0].name, "first");
+    EXPECT_EQ(profiles[1].name, "second");
+    ASSERT_EQ(profiles[0].VertexCount(), static_cast<std::size_t>(vertices));
+    ASSERT_EQ(profiles[1].VertexCount(), static_cast<std::size_t>(vertices));
+    for (int k = 0; k < vertices; k += 9973) {
+        EXPECT_EQ(profiles[0].xy[2 * k], k);
+        EXPECT_EQ(profiles[1].xy[2 * k], -k);
+    }
+    text += "1 2 3 4\n5 5\n";
+    try {
+        ReadTextProfiles(text, "big.txt");
+        FAIL();
+    } catch (const ProfileFileError& e) {
+        EXPECT_EQ(std::string(e.what()), "big.txt:" + std::to_string(2 * vertices + 3) +
+                                             ": expected 'x y' or 'x y bulge', found '1 2 3 4'");
+    }
+}
 
 // ---- DXF ----------------------------------------------------------------------------------------
 
