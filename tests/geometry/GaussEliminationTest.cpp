@@ -12,6 +12,7 @@
 
 #include "geometry/GaussElimination.h"
 #include "geometry/Matrix.h"
+#include "MatrixTestSupport.h"
 
 namespace tgp {
 namespace {
@@ -88,13 +89,6 @@ Vec MakeMatrix(Kind kind, int n, std::mt19937& random) {
     return a;
 }
 
-Vec MakeRightHandSide(int n, std::mt19937& random) {
-    std::uniform_real_distribution<double> uniform(-10.0, 10.0);
-    Vec y(static_cast<std::size_t>(n));
-    for (double& v : y) v = uniform(random);
-    return y;
-}
-
 const Kind kKinds[] = {Kind::Dense, Kind::SparseIntegers, Kind::RepeatedRows, Kind::ZeroLeadingColumn};
 
 TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
@@ -107,7 +101,7 @@ TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
     for (const Kind kind : kKinds) {
         for (int n = 1; n <= 41; ++n) {
             const Vec a = MakeMatrix(kind, n, random);
-            const Vec y = MakeRightHandSide(n, random);
+            const Vec y = testing::RandomVector(n, random);
             const Reference reference(a, y, n);
             for (const auto& blocking : blockings) {
                 Vec work = a, rhs = y;
@@ -157,7 +151,7 @@ TEST(GaussElimination, DetAndSolveOfTheMatrixClassMatchTheReference) {
     for (int n = 1; n <= 300; n += (n < 80 ? 1 : 13)) {
         const Kind kind = kKinds[n % 4];
         const Vec a = MakeMatrix(kind, n, random);
-        const Vec y = MakeRightHandSide(n, random);
+        const Vec y = testing::RandomVector(n, random);
         const Reference reference(a, y, n);
         auto m = MakeMatrixObject(a, n);
         Array2DData eliminated;

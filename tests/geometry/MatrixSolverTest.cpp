@@ -11,6 +11,7 @@
 
 #include "core/Error.h"
 #include "geometry/Matrix.h"
+#include "MatrixTestSupport.h"
 
 namespace tgp {
 namespace {
@@ -51,13 +52,6 @@ Array2DData RandomWellConditioned(int n, std::mt19937& random) {
     for (double& value : a.data) value = uniform(random);
     for (int i = 0; i < n; ++i) a(i, i) += (a(i, i) < 0 ? -1 : 1) * n;
     return a;
-}
-
-Vec RandomVector(int n, std::mt19937& random) {
-    std::uniform_real_distribution<double> uniform(-10.0, 10.0);
-    Vec v(static_cast<std::size_t>(n));
-    for (double& value : v) value = uniform(random);
-    return v;
 }
 
 void ExpectNear(const Vec& actual, const Vec& expected, double tolerance) {
@@ -254,9 +248,9 @@ TEST(MatrixInvariants, BothSolversSatisfyTheSystem) {
     std::mt19937 random(20240601);
     for (int n : {1, 2, 3, 5, 8, 13}) {
         for (int trial = 0; trial < 3; ++trial) {
-            SCOPED_TRACE(testing::Message() << "n = " << n << ", trial " << trial);
+            SCOPED_TRACE(::testing::Message() << "n = " << n << ", trial " << trial);
             const Array2DData a = RandomWellConditioned(n, random);
-            const Vec y = RandomVector(n, random);
+            const Vec y = testing::RandomVector(n, random);
             auto m = Make(a);
             ExpectNear(Times(a, m->SolveWithGaussMethod(y).value()), y, 1e-11);
             ExpectNear(Times(a, m->Solve(y).value()), y, 1e-11);
@@ -267,7 +261,7 @@ TEST(MatrixInvariants, BothSolversSatisfyTheSystem) {
 TEST(MatrixInvariants, InverseTimesMatrixIsTheIdentity) {
     std::mt19937 random(7);
     for (int n : {1, 2, 4, 7, 10}) {
-        SCOPED_TRACE(testing::Message() << "n = " << n);
+        SCOPED_TRACE(::testing::Message() << "n = " << n);
         const Array2DData a = RandomWellConditioned(n, random);
         const Array2DData inverse = Make(a)->Inverse()->Array2D();
         ASSERT_EQ(inverse.rows, n);
