@@ -1,6 +1,7 @@
 #include "cli/TextProfileReader.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <sstream>
 #include <string_view>
@@ -59,20 +60,23 @@ std::string Shown(std::string_view text) {
 // piece. Line numbers count from the piece's start. Pieces are read side by side and replayed in
 // order.
 struct Piece {
-    enum class Kind { Vertices, Steer, Malformed };
+    enum class Kind : std::uint8_t { Vertices, Steer, Malformed };
+    // 24 bytes, so that a file of steering lines costs little more than its own size.
     struct Item {
         Kind kind;
-        int line;               // of the steering or malformed line, or of a run's first vertex
-        std::string_view text;  // the steering line, trimmed
-        std::string message;    // what is wrong with a malformed line
-        std::size_t first = 0, count = 0;  // a run's vertices in the piece's arrays
+        int line;           // of the steering or malformed line, or of a run's first vertex
+        std::size_t first;  // a run's first vertex in the piece's arrays; where a steering line starts in the text
+        std::size_t count;  // a run's vertices; a steering line's length (trimmed)
     };
+    std::string_view text;
     std::vector<Item> items;
     std::vector<double> xy, bulges;
+    std::string malformed;  // what is wrong with the malformed line that ended the piece
     int lines = 0;
     std::exception_ptr failure;  // what stopped the reading otherwise (out of memory)
 
-    void Read(std::string_view text) noexcept {
+    void Read(std::string_view pieceText) noexcept {
+        text = pieceText;
         try {
             ReadLines(text);
         } catch (...) {
@@ -80,16 +84,17 @@ struct Piece {
         }
     }
 
+    std::string_view SteeringLine(const Item& item) const { return text.substr(item.first, item.count); }
+
 private:
-    void ReadLines(std::string_view text) {
-        const auto lineBreaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    void ReadLines(std::string_view rest) {
+        const auto lineBreaks = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '\n'));
         xy.reserve(2 * (lineBreaks + 1));
         bulges.reserve(lineBreaks + 1);
-        while (!text.empty()) {
-            const std::size_t end = text.find('\n');
-            const bool malformed = !Line(text.substr(0, end));
-            if (malformed) return;
-            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        while (!rest.empty()) {
+            const std::size_t end = rest.find('\n');
+            if (!Line(rest.substr(0, end))) return;
+            rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
         }
     }
 
@@ -110,7 +115,13 @@ private:
         return Vertex(line);
     }
 
-    void Steer(std::string_view line) { items.push_back(Item{Kind::Steer, lines, line, {}, 0, 0}); }
+    // A blank line or `end` after another only ends what is already ended: one item stands for a
+    // run of them, so that a file of empty lines costs no memory.
+    void Steer(std::string_view line) {
+        const auto ends = [](std::string_view l) { return l.empty() || l == "end"; };
+        if (ends(line) && !items.empty() && items.back().kind == Kind::Steer && ends(SteeringLine(items.back()))) return;
+        items.push_back(Item{Kind::Steer, lines, static_cast<std::size_t>(line.data() - text.data()), line.size()});
+    }
 
     bool Vertex(std::string_view line) {
         const Words words(line);
@@ -124,7 +135,7 @@ private:
             }
         }
         if (items.empty() || items.back().kind != Kind::Vertices)
-            items.push_back(Item{Kind::Vertices, lines, {}, {}, bulges.size(), 0});
+            items.push_back(Item{Kind::Vertices, lines, bulges.size(), 0});
         ++items.back().count;
         xy.push_back(value[0]);
         xy.push_back(value[1]);
@@ -133,7 +144,8 @@ private:
     }
 
     bool Malformed(std::string message) {
-        items.push_back(Item{Kind::Malformed, lines, {}, std::move(message), 0, 0});
+        items.push_back(Item{Kind::Malformed, lines, 0, 0});
+        malformed = std::move(message);
         return false;
     }
 };
@@ -159,7 +171,6 @@ public:
 
     // Replays the pieces in order (the first malformed line raises its error).
     void Replay(std::vector<Piece>& pieces) {
-        for (const Piece& piece : pieces) verticesToCome_ += piece.bulges.size();
         for (Piece& piece : pieces) Replay(piece);
     }
 
@@ -174,9 +185,9 @@ private:
         for (const Piece::Item& item : piece.items) {
             lineNumber_ = firstLine_ + item.line;
             switch (item.kind) {
-                case Piece::Kind::Steer: Steer(item.text); break;
+                case Piece::Kind::Steer: Steer(piece.SteeringLine(item)); break;
                 case Piece::Kind::Vertices: Vertices(piece, item); break;
-                case Piece::Kind::Malformed: Fail(item.message);
+                case Piece::Kind::Malformed: Fail(piece.malformed);
             }
         }
         firstLine_ += piece.lines;
@@ -221,8 +232,7 @@ private:
     void Finish() { EndLoop(); }
 
     // A run of vertex lines: the piece's arrays taken over when they are the loop's first and only
-    // run so far, else copied. A loop that grows is given room for every vertex still to come, so
-    // that a profile split over pieces is copied once.
+    // run so far, else copied.
     void Vertices(Piece& piece, const Piece::Item& run) {
         if (!inLoop_) Start("");
         DrawnProfile& loop = current_;
@@ -230,16 +240,11 @@ private:
             loop.xy = std::move(piece.xy);
             loop.bulges = std::move(piece.bulges);
         } else {
-            if (loop.bulges.capacity() < loop.bulges.size() + run.count) {
-                loop.xy.reserve(2 * (loop.bulges.size() + verticesToCome_));
-                loop.bulges.reserve(loop.bulges.size() + verticesToCome_);
-            }
             const auto first = static_cast<std::ptrdiff_t>(run.first);
             const auto count = static_cast<std::ptrdiff_t>(run.count);
             loop.xy.insert(loop.xy.end(), piece.xy.begin() + 2 * first, piece.xy.begin() + 2 * (first + count));
             loop.bulges.insert(loop.bulges.end(), piece.bulges.begin() + first, piece.bulges.begin() + first + count);
         }
-        verticesToCome_ -= run.count;
     }
 
     [[noreturn]] void Fail(const std::string& what) const {
@@ -248,7 +253,6 @@ private:
 
     std::string source_;
     int firstLine_ = 0;  // lines of the pieces replayed so far
-    std::size_t verticesToCome_ = 0;  // in the runs not replayed yet
     int lineNumber_ = 0;
     int groups_ = 0;  // profiles started so far
     int loops_ = 0;   // loops of the current profile
