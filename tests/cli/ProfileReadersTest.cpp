@@ -120,6 +120,20 @@ TEST(TextProfiles, ReadInPiecesAsInOne) {
     }
 }
 
+// Small profiles read in pieces hold what they need, not room for the vertices of the profiles
+// after them (which made 10^5 tiny profiles take gigabytes).
+TEST(TextProfiles, SmallProfilesReadInPiecesStaySmall) {
+    std::string text;
+    for (int k = 0; k < 3000; ++k) text += "profile\n1 1\n2 2\n3 3 0.5\n";
+    const auto profiles = ReadTextProfiles(text, "in.txt", 4);
+    ASSERT_EQ(profiles.size(), 3000u);
+    for (const DrawnProfile& p : profiles) {
+        ASSERT_EQ(p.VertexCount(), 3u);
+        ASSERT_LE(p.bulges.capacity(), 8u);
+        ASSERT_LE(p.xy.capacity(), 16u);
+    }
+}
+
 // A text large enough to be read in pieces by default: the profiles come out whole and in order,
 // and a malformed line near its end is reported with its line number in the whole text.
 TEST(TextProfiles, LargeTextReadInPiecesKeepsOrderAndLineNumbers) {
