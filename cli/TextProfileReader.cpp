@@ -56,17 +56,22 @@ std::string Shown(std::string_view text) {
 
 // What one piece of the text holds, read without knowing what came before it: runs of vertex lines
 // (their numbers already read, into one pair of arrays for the piece), the lines that steer the
-// profiles (`profile`, `loop`, `end`, a blank line), and the first malformed line, which ends the
-// piece. Line numbers count from the piece's start. Pieces are read side by side and replayed in
-// order.
+// profiles, and the first malformed line, which ends the piece. Line numbers count from the piece's
+// start. Pieces are read side by side and replayed in order.
 struct Piece {
-    enum class Kind : std::uint8_t { Vertices, Steer, Malformed };
+    enum class Kind : std::uint8_t {
+        Vertices,   // a run of vertex lines
+        Finish,     // `end` or a blank line
+        NextLoop,   // `loop`
+        Profile,    // `profile [name]`
+        Malformed,  // the line that ended the piece
+    };
     // 24 bytes, so that a file of steering lines costs little more than its own size.
     struct Item {
         Kind kind;
         int line;           // of the steering or malformed line, or of a run's first vertex
-        std::size_t first;  // a run's first vertex in the piece's arrays; where a steering line starts in the text
-        std::size_t count;  // a run's vertices; a steering line's length (trimmed)
+        std::size_t first;  // a run's first vertex in the piece's arrays; where a profile's name starts in the text
+        std::size_t count;  // a run's vertices; the length of a profile's name
     };
     std::string_view text;
     std::vector<Item> items;
@@ -84,7 +89,7 @@ struct Piece {
         }
     }
 
-    std::string_view SteeringLine(const Item& item) const { return text.substr(item.first, item.count); }
+    std::string_view ProfileName(const Item& item) const { return text.substr(item.first, item.count); }
 
 private:
     void ReadLines(std::string_view rest) {
@@ -104,23 +109,23 @@ private:
         const std::size_t hash = raw.find('#');
         const std::string_view line = Trimmed(raw.substr(0, hash));
         if (line.empty()) {
-            if (hash == std::string_view::npos) Steer(line);  // a blank line ends a profile; a comment line does not
+            if (hash == std::string_view::npos) Steer(Kind::Finish);  // a blank line ends a profile; a comment line does not
             return true;
         }
-        if (line == "end" || line == "loop" ||
-            (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t'))) {
-            Steer(line);
-            return true;
-        }
+        if (line == "end") return Steer(Kind::Finish);
+        if (line == "loop") return Steer(Kind::NextLoop);
+        if (line.starts_with("profile") && (line.size() == 7 || line[7] == ' ' || line[7] == '\t'))
+            return Steer(Kind::Profile, Trimmed(line.substr(7)));
         return Vertex(line);
     }
 
-    // A blank line or `end` after another only ends what is already ended: one item stands for a
-    // run of them, so that a file of empty lines costs no memory.
-    void Steer(std::string_view line) {
-        const auto ends = [](std::string_view l) { return l.empty() || l == "end"; };
-        if (ends(line) && !items.empty() && items.back().kind == Kind::Steer && ends(SteeringLine(items.back()))) return;
-        items.push_back(Item{Kind::Steer, lines, static_cast<std::size_t>(line.data() - text.data()), line.size()});
+    // A Finish after another only ends what is already ended: one item stands for a run of them, so
+    // that a file of empty lines costs no memory.
+    bool Steer(Kind kind, std::string_view name = {}) {
+        if (kind == Kind::Finish && !items.empty() && items.back().kind == Kind::Finish) return true;
+        const std::size_t start = name.empty() ? 0 : static_cast<std::size_t>(name.data() - text.data());
+        items.push_back(Item{kind, lines, start, name.size()});
+        return true;
     }
 
     bool Vertex(std::string_view line) {
@@ -185,19 +190,17 @@ private:
         for (const Piece::Item& item : piece.items) {
             lineNumber_ = firstLine_ + item.line;
             switch (item.kind) {
-                case Piece::Kind::Steer: Steer(piece.SteeringLine(item)); break;
+                case Piece::Kind::Finish: Finish(); break;
+                case Piece::Kind::NextLoop: NextLoop(); break;
+                case Piece::Kind::Profile:
+                    Finish();
+                    Start(std::string(piece.ProfileName(item)));
+                    break;
                 case Piece::Kind::Vertices: Vertices(piece, item); break;
                 case Piece::Kind::Malformed: Fail(piece.malformed);
             }
         }
         firstLine_ += piece.lines;
-    }
-
-    void Steer(std::string_view line) {
-        if (line.empty() || line == "end") return Finish();
-        if (line == "loop") return NextLoop();
-        Finish();
-        Start(std::string(Trimmed(line.substr(7))));
     }
 
     void Start(std::string name) {
