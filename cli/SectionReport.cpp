@@ -13,6 +13,7 @@
 #include "units/DVolume.h"
 #include "profiles/Loop7s.h"
 #include "profiles/SectionModuli.h"
+#include "profiles/SegmentSweep.h"
 #include "units/NumberText.h"
 #include "units/UnitSymbols.h"
 
@@ -208,9 +209,10 @@ BuiltLoop BuildLoop(const DrawnProfile& profile) {
         loop->InertiaBlock();
         return {loop, ""};
     } catch (const Error& e) {
-        std::vector<Point> crossings;
         if (e.number() != 5 || loop->Count() == 0) return {nullptr, "encloses no area"};
-        if (loop->IsSelfIntersect(&crossings)) return {nullptr, "cuts itself" + PointText(crossings)};
+        if (const auto crossing = FirstSelfIntersection(loop->Segments(), loop->IsClosed())) {
+            return {nullptr, "cuts itself" + PointText({ToPoint(*crossing)})};
+        }
         return {nullptr, e.description()};
     }
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "core/Constants.h"
+#include "profiles/OrderedSweep.h"
 
 namespace tgp {
 
@@ -96,9 +97,14 @@ public:
     }
 
     // Calls test(a, b) for pairs of segments from different chains whose boxes meet (and, with
-    // ownersDiffer, from different loops), until it returns true.
+    // ownersDiffer, from different loops), until it returns true (Stopped). With a budget, gives up
+    // (OverBudget) once it has stepped over that many boxes: chains that each reach far in x (the
+    // teeth of a star) would make it compare every pair.
+    enum class Outcome { Done, Stopped, OverBudget };
     template <class PairTest>
-    bool Pairs(bool ownersDiffer, PairTest test) {
+    Outcome Pairs(bool ownersDiffer, PairTest test, std::size_t budget = SIZE_MAX) {
+        budget_ = budget;
+        work_ = 0;
         for (std::size_t c = 0; c < chains_.size(); ++c) chains_[c].blocks = blocks_.data() + chainBlocks_[c];
         // A NaN coordinate must not break the ordering the sort relies on: it sorts last.
         const auto key = [](const Chain& c) { return std::isnan(c.box.xmin) ? HUGE_VAL : c.box.xmin; };
@@ -106,18 +112,21 @@ public:
         std::vector<const Chain*> active;
         for (const Chain& chain : chains_) {
             for (std::size_t i = 0; i < active.size();) {
+                if (Spent()) return Outcome::OverBudget;
                 if (active[i]->box.xmax + kBoxMargin < chain.box.xmin) {
                     active[i] = active.back();
                     active.pop_back();
                     continue;
                 }
                 const bool wanted = !ownersDiffer || active[i]->owner != chain.owner;
-                if (wanted && BoxesMeet(active[i]->box, chain.box) && Walk(*active[i], chain, test)) return true;
+                if (wanted && BoxesMeet(active[i]->box, chain.box) && Walk(*active[i], chain, test)) {
+                    return work_ > budget_ ? Outcome::OverBudget : Outcome::Stopped;
+                }
                 ++i;
             }
             active.push_back(&chain);
         }
-        return false;
+        return Outcome::Done;
     }
 
 private:
@@ -144,12 +153,13 @@ private:
     // Positions [a0, a1) of one against [b0, b1) of the other; meet(i, j) handles a pair of items
     // whose boxes meet and returns true to stop.
     template <class BoxA, class BoxB, class Meet>
-    static bool TwoPointer(std::uint32_t a0, std::uint32_t a1, BoxA boxA, std::uint32_t b0, std::uint32_t b1, BoxB boxB,
+    bool TwoPointer(std::uint32_t a0, std::uint32_t a1, BoxA boxA, std::uint32_t b0, std::uint32_t b1, BoxB boxB,
                            double from, double to, Meet meet) {
         std::uint32_t i = FirstReaching(a0, a1, from, boxA), j = FirstReaching(b0, b1, from, boxB);
         if (i >= a1 || j >= b1) return false;
         SegmentBox p = boxA(i), q = boxB(j);
         while (p.xmin <= to && q.xmin <= to) {
+            if (Spent()) return true;
             bool advanceA;
             if (p.xmax + kBoxMargin < q.xmin) advanceA = true;
             else if (q.xmax + kBoxMargin < p.xmin) advanceA = false;
@@ -170,7 +180,7 @@ private:
 
     // Two chains, block against block, then segment against segment where two blocks meet.
     template <class PairTest>
-    static bool Walk(const Chain& a, const Chain& b, PairTest& test) {
+    bool Walk(const Chain& a, const Chain& b, PairTest& test) {
         const double from = std::max(a.box.xmin, b.box.xmin), to = std::min(a.box.xmax, b.box.xmax) + kBoxMargin;
         const auto blockA = [&](std::uint32_t q) { return a.BlockBoxAt(q); };
         const auto blockB = [&](std::uint32_t q) { return b.BlockBoxAt(q); };
@@ -189,7 +199,10 @@ private:
                           });
     }
 
+    bool Spent() { return ++work_ > budget_; }
+
     std::vector<Chain> chains_;
+    std::size_t work_ = 0, budget_ = SIZE_MAX;
     std::vector<std::size_t> chainBlocks_;  // per chain, its first block in blocks_
     std::vector<SegmentBox> blocks_;
 };
@@ -213,30 +226,95 @@ bool NearAny(const PlanePoint& p, const PlanePoint* joints, int count, double to
 
 }  // namespace
 
-bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
-                           const std::function<void(const LoopDLine&)>& visit) {
-    ChainSet chains;
-    chains.AddLoop(segments, 0, visit);
-    std::vector<PlanePoint> found;
-    bool any = false;
-    chains.Pairs(false, [&](const Item& a, const Item& b) {
-        const LoopDLine& p = segments[a.index];
-        const LoopDLine& q = segments[b.index];
+namespace {
+
+// The box sweep's allowance before the ordered sweep takes over: a few dozen box steps a segment
+// cover every outline of real drawings (a profile of 10^6 vertices takes about 3 a segment).
+std::size_t BoxBudget(std::size_t segments) { return 64 * segments + 4096; }
+
+// Where segments i and j of a loop cross: their common points but the joint of neighbours.
+// Appends them to Points (the first only, with firstOnly) and tells whether there is any.
+class CrossingTest {
+public:
+    CrossingTest(std::span<const LoopDLine> segments, bool closed) : segments_(segments), closed_(closed) {}
+
+    bool operator()(std::uint32_t i, std::uint32_t j, std::vector<PlanePoint>* Points, bool firstOnly) {
+        const LoopDLine& p = segments_[i];
+        const LoopDLine& q = segments_[j];
         PlanePoint joints[2];
-        const int shared = SharedJoints(a.index, b.index, segments.size(), closed, segments, joints);
-        found.clear();
-        if (!p.IntersectWithDline(q, &found)) return false;
+        const int shared = SharedJoints(i, j, segments_.size(), closed_, segments_, joints);
+        found_.clear();
+        if (!p.IntersectWithDline(q, &found_)) return false;
         // Neighbours meet at their joint; a gap left by a dropped zero-length segment counts as one.
         const double jointTolerance = kZeroLengthTolerance + 1e-6 * std::max(p.Length(), q.Length());
-        for (const PlanePoint& x : found) {
+        bool any = false;
+        for (const PlanePoint& x : found_) {
             if (NearAny(x, joints, shared, jointTolerance)) continue;
             any = true;
             if (!Points) return true;
             Points->push_back(x);
+            if (firstOnly) return true;
         }
-        return false;
-    });
-    return any;
+        return any;
+    }
+
+private:
+    std::span<const LoopDLine> segments_;
+    bool closed_;
+    std::vector<PlanePoint> found_;
+};
+
+// The box sweep over one loop, stopping at the first crossing unless every point is wanted.
+ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<PlanePoint>* Points,
+                             bool firstOnly, std::size_t budget, const std::function<void(const LoopDLine&)>& visit = {}) {
+    ChainSet chains;
+    chains.AddLoop(segments, 0, visit);
+    bool any = false;
+    const auto outcome = chains.Pairs(
+        false,
+        [&](const Item& a, const Item& b) {
+            if (!crossing(a.index, b.index, Points, firstOnly)) return false;
+            any = true;
+            return !Points || firstOnly;
+        },
+        budget);
+    if (outcome == ChainSet::Outcome::Done && any) return ChainSet::Outcome::Stopped;
+    return outcome;
+}
+
+bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<PlanePoint>* first) {
+    return SweepNeighbours(segments, [&](std::uint32_t i, std::uint32_t j) { return crossing(i, j, first, true); });
+}
+
+}  // namespace
+
+bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
+                           const std::function<void(const LoopDLine&)>& visit) {
+    CrossingTest crossing(segments, closed);
+    const std::size_t before = Points ? Points->size() : 0;
+    const auto outcome = SweepBoxes(segments, crossing, Points, false, BoxBudget(segments.size()), visit);
+    if (outcome != ChainSet::Outcome::OverBudget) return outcome == ChainSet::Outcome::Stopped;
+    // (The caller's pass was made in full while the chains were built.)
+    std::vector<PlanePoint> first;
+    if (!SweepOrdered(segments, crossing, Points ? &first : nullptr)) return false;
+    if (!Points) return true;
+    // Every crossing of such an outline: the box sweep again, to the end (only an outline that does
+    // cut itself pays for it).
+    Points->resize(before);
+    SweepBoxes(segments, crossing, Points, false, SIZE_MAX);
+    return true;
+}
+
+std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed) {
+    CrossingTest crossing(segments, closed);
+    std::vector<PlanePoint> first;
+    const auto outcome = SweepBoxes(segments, crossing, &first, true, BoxBudget(segments.size()));
+    if (outcome == ChainSet::Outcome::OverBudget) {
+        first.clear();
+        SweepOrdered(segments, crossing, &first);
+    }
+    if (first.empty()) return std::nullopt;
+    return first.front();
 }
 
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,

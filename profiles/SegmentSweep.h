@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,7 +13,9 @@ namespace tgp {
 // way in x form a chain (segments of one chain cannot cross one another); the chains are sorted by
 // the left edge of their boxes and swept with an active list, two chains whose boxes overlap are
 // walked together in x order, and only segment pairs whose boxes overlap get the exact intersection
-// test. Near-linear for profiles, whatever their size.
+// test. Near-linear for profiles, whatever their size. Where the boxes of many chains overlap (a
+// star's teeth each reach far in x and in y), the search for a crossing gives up after a few dozen
+// box steps a segment and the ordered sweep (OrderedSweep.h) decides instead, in n log n.
 
 // Crossings of a loop with itself. Neighbouring segments (and the last with the first when the loop
 // is closed) share an end point: meeting there is not a crossing, any other common point is.
@@ -22,6 +25,10 @@ namespace tgp {
 // them from memory a second time.
 bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
                            const std::function<void(const LoopDLine&)>& visit = {});
+
+// The first crossing of a loop with itself, as FindSelfIntersections would list it first (on any
+// outline, without listing the others).
+std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed);
 
 // Common points of two loops (touching counts). Without Points the search stops at the first one.
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,

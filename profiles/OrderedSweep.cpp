@@ -1,0 +1,169 @@
+#include "profiles/OrderedSweep.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <vector>
+
+namespace tgp {
+
+namespace {
+
+// A part of a segment that runs one way in x, from its left end to its right end (ends ordered by
+// x, then y). A vertical piece runs up.
+struct Piece {
+    double lx, ly, rx, ry;
+    std::uint32_t segment;
+    std::int32_t frame;  // the arc's frame, -1 for a straight piece
+    bool upper;          // an arc's piece above its centre (between the turns in x it is on one side)
+};
+
+struct Event {
+    double x, y;
+    std::uint32_t piece;
+    bool arrives;  // at the piece's left end; at its right end it leaves
+};
+
+bool Before(double ax, double ay, double bx, double by) { return ax < bx || (ax == bx && ay < by); }
+
+class Sweep {
+public:
+    explicit Sweep(std::span<const LoopDLine> segments) {
+        pieces_.reserve(segments.size() + segments.size() / 2);
+        for (std::uint32_t i = 0; i < segments.size(); ++i) AddSegment(segments[i], i);
+    }
+
+    bool Run(const std::function<bool(std::uint32_t, std::uint32_t)>& crosses) {
+        std::vector<Event> events;
+        events.reserve(2 * pieces_.size());
+        for (std::uint32_t k = 0; k < pieces_.size(); ++k) {
+            events.push_back({pieces_[k].lx, pieces_[k].ly, k, true});
+            events.push_back({pieces_[k].rx, pieces_[k].ry, k, false});
+        }
+        // At one point pieces arrive before others leave, so that what meets only there (an
+        // outline that returns to a vertex it passed) is present together.
+        std::sort(events.begin(), events.end(), [](const Event& a, const Event& b) {
+            if (a.x != b.x) return a.x < b.x;
+            if (a.y != b.y) return a.y < b.y;
+            if (a.arrives != b.arrives) return a.arrives;
+            return a.piece < b.piece;
+        });
+        const auto test = [&](std::uint32_t a, std::uint32_t b) {
+            const std::uint32_t sa = pieces_[a].segment, sb = pieces_[b].segment;
+            return sa != sb && crosses(sa, sb);
+        };
+        Status status(Order{this});
+        std::vector<Status::iterator> where(pieces_.size());
+        for (const Event& e : events) {
+            x_ = e.x;
+            y_ = e.y;
+            if (e.arrives) {
+                const auto it = status.insert(e.piece).first;
+                where[e.piece] = it;
+                if (it != status.begin() && test(*std::prev(it), e.piece)) return true;
+                if (std::next(it) != status.end() && test(e.piece, *std::next(it))) return true;
+                continue;
+            }
+            const auto it = where[e.piece];
+            if (it != status.begin() && std::next(it) != status.end() && test(*std::prev(it), *std::next(it))) return true;
+            status.erase(it);
+        }
+        return false;
+    }
+
+private:
+    // Pieces in their order along the sweep line at the current event: by height there, then by
+    // the direction in which they go on to the right, then by number.
+    struct Order {
+        const Sweep* sweep;
+        bool operator()(std::uint32_t a, std::uint32_t b) const {
+            if (a == b) return false;
+            const double ya = sweep->HeightOf(a), yb = sweep->HeightOf(b);
+            if (ya != yb) return ya < yb;
+            const double da = sweep->DirectionOf(a, ya), db = sweep->DirectionOf(b, yb);
+            if (da != db) return da < db;
+            return a < b;
+        }
+    };
+    using Status = std::set<std::uint32_t, Order>;
+
+    void AddPiece(const PlanePoint& p, const PlanePoint& q, std::uint32_t segment, std::int32_t frame, bool upper = false) {
+        if (Before(q[0], q[1], p[0], p[1])) pieces_.push_back({q[0], q[1], p[0], p[1], segment, frame, upper});
+        else pieces_.push_back({p[0], p[1], q[0], q[1], segment, frame, upper});
+    }
+
+    // An arc is cut where it turns back in x (its leftmost and rightmost points, where it has them).
+    void AddSegment(const LoopDLine& s, std::uint32_t index) {
+        if (!s.IsArc() || s.Radius() == 0) {
+            AddPiece(s.StartPoint(), s.EndPoint(), index, -1);
+            return;
+        }
+        const auto frame = static_cast<std::int32_t>(frames_.size());
+        frames_.push_back(ChordFrame::Of(s.StartPoint(), s.EndPoint(), s.Alfa()));
+        double inner[2];
+        int n = 0;
+        for (const PlanePoint e : {PlanePoint{1, 0, 0}, PlanePoint{-1, 0, 0}}) {
+            PlanePoint extreme{};
+            if (frames_.back().ExtremeTowards(e, extreme)) inner[n++] = s.ParameterOf(extreme);
+        }
+        if (n == 2 && inner[1] < inner[0]) std::swap(inner[0], inner[1]);
+        const double cuts[4] = {0, n > 0 ? inner[0] : 1, n > 1 ? inner[1] : 1, 1};
+        const ChordFrame& f = frames_.back();
+        const double centreY = f.m[1] - f.c / f.kappa * f.wy;  // far off, but on the right side, when nearly straight
+        PlanePoint from = s.StartPoint();
+        for (int k = 1; k < 4; ++k) {
+            if (cuts[k] <= cuts[k - 1]) continue;
+            const PlanePoint to = cuts[k] == 1 ? s.EndPoint() : s.PointAt(cuts[k]);
+            AddPiece(from, to, index, frame, s.PointAt((cuts[k - 1] + cuts[k]) / 2)[1] > centreY);
+            from = to;
+        }
+    }
+
+    // The height of a piece where the sweep line is; a vertical piece is where the sweep point is,
+    // within its ends.
+    double HeightOf(std::uint32_t k) const {
+        const Piece& p = pieces_[k];
+        if (p.lx == p.rx) return std::clamp(y_, p.ly, p.ry);
+        if (x_ <= p.lx) return p.ly;
+        if (x_ >= p.rx) return p.ry;
+        const double chord = p.ly + (x_ - p.lx) * ((p.ry - p.ly) / (p.rx - p.lx));
+        if (p.frame < 0) return chord;
+        // The vertical line meets the circle twice (or touches it): the piece's point is the upper
+        // or the lower meeting point, as the piece lies above or below the centre.
+        double tau[3];
+        const ChordFrame& f = frames_[static_cast<std::size_t>(p.frame)];
+        const int n = f.LinePositions({x_, 0, 0}, {0, 1, 0}, tau);
+        if (n == 0) return chord;
+        if (n < 3) return tau[0];
+        return p.upper == (tau[0] > tau[1]) ? tau[0] : tau[1];
+    }
+
+    // The angle from the x axis at which a piece goes on to the right from height y, in
+    // [-pi/2, pi/2] (a vertical piece pi/2).
+    double DirectionOf(std::uint32_t k, double y) const {
+        const Piece& p = pieces_[k];
+        if (p.lx == p.rx) return M_PI / 2;
+        if (p.frame < 0) return std::atan2(p.ry - p.ly, p.rx - p.lx);
+        const ChordFrame& f = frames_[static_cast<std::size_t>(p.frame)];
+        const double u = f.U({x_, y, 0}), v = f.V({x_, y, 0});
+        // Along the circle: perpendicular to the gradient of F (a unit vector on the circle), turned
+        // to point right. Where the circle turns back in x the piece goes up or down from there as
+        // it lies above or below the centre, whichever way rounding tips the tangent.
+        PlanePoint d = f.WorldDirection(-(f.kappa * v + f.c), f.kappa * u);
+        if (std::fabs(d[0]) <= 1e-9) return (p.upper == (x_ <= p.lx)) ? M_PI / 2 : -M_PI / 2;
+        if (d[0] < 0) d = Scaled(d, -1);
+        return std::atan2(d[1], d[0]);
+    }
+
+    std::vector<Piece> pieces_;
+    std::vector<ChordFrame> frames_;
+    double x_ = 0, y_ = 0;  // the current event
+};
+
+}  // namespace
+
+bool SweepNeighbours(std::span<const LoopDLine> segments, const std::function<bool(std::uint32_t, std::uint32_t)>& crosses) {
+    return Sweep(segments).Run(crosses);
+}
+
+}  // namespace tgp
