@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory_resource>
+#include <numeric>
 #include <set>
 #include <vector>
 
@@ -18,12 +20,6 @@ struct Piece {
     bool upper;          // an arc's piece above its centre (between the turns in x it is on one side)
 };
 
-struct Event {
-    double x, y;
-    std::uint32_t piece;
-    bool arrives;  // at the piece's left end; at its right end it leaves
-};
-
 bool Before(double ax, double ay, double bx, double by) { return ax < bx || (ax == bx && ay < by); }
 
 class Sweep {
@@ -34,37 +30,42 @@ public:
     }
 
     bool Run(const std::function<bool(std::uint32_t, std::uint32_t)>& crosses) {
-        std::vector<Event> events;
-        events.reserve(2 * pieces_.size());
-        for (std::uint32_t k = 0; k < pieces_.size(); ++k) {
-            events.push_back({pieces_[k].lx, pieces_[k].ly, k, true});
-            events.push_back({pieces_[k].rx, pieces_[k].ry, k, false});
-        }
-        // At one point pieces arrive before others leave, so that what meets only there (an
-        // outline that returns to a vertex it passed) is present together.
-        std::sort(events.begin(), events.end(), [](const Event& a, const Event& b) {
-            if (a.x != b.x) return a.x < b.x;
-            if (a.y != b.y) return a.y < b.y;
-            if (a.arrives != b.arrives) return a.arrives;
-            return a.piece < b.piece;
+        // Pieces arrive in their own order once sorted by left end, and leave in the order of an
+        // index sorted by right end. At one point pieces arrive before others leave, so that what
+        // meets only there (an outline that returns to a vertex it passed) is present together.
+        std::sort(pieces_.begin(), pieces_.end(), [](const Piece& a, const Piece& b) {
+            if (a.lx != b.lx || a.ly != b.ly) return Before(a.lx, a.ly, b.lx, b.ly);
+            return a.segment < b.segment;
+        });
+        std::vector<std::uint32_t> leaving(pieces_.size());
+        std::iota(leaving.begin(), leaving.end(), 0u);
+        std::sort(leaving.begin(), leaving.end(), [&](std::uint32_t a, std::uint32_t b) {
+            const Piece &p = pieces_[a], &q = pieces_[b];
+            if (p.rx != q.rx || p.ry != q.ry) return Before(p.rx, p.ry, q.rx, q.ry);
+            return a < b;
         });
         const auto test = [&](std::uint32_t a, std::uint32_t b) {
             const std::uint32_t sa = pieces_[a].segment, sb = pieces_[b].segment;
             return sa != sb && crosses(sa, sb);
         };
-        Status status(Order{this});
+        // Nodes come from a pool: a star keeps half its pieces in the status at once.
+        std::pmr::unsynchronized_pool_resource pool;
+        Status status(Order{this}, &pool);
         std::vector<Status::iterator> where(pieces_.size());
-        for (const Event& e : events) {
-            x_ = e.x;
-            y_ = e.y;
-            if (e.arrives) {
-                const auto it = status.insert(e.piece).first;
-                where[e.piece] = it;
-                if (it != status.begin() && test(*std::prev(it), e.piece)) return true;
-                if (std::next(it) != status.end() && test(e.piece, *std::next(it))) return true;
-                continue;
+        std::uint32_t arriving = 0;
+        for (const std::uint32_t k : leaving) {
+            const Piece& out = pieces_[k];
+            for (; arriving < pieces_.size() && !Before(out.rx, out.ry, pieces_[arriving].lx, pieces_[arriving].ly); ++arriving) {
+                x_ = pieces_[arriving].lx;
+                y_ = pieces_[arriving].ly;
+                const auto it = status.insert(arriving).first;
+                where[arriving] = it;
+                if (it != status.begin() && test(*std::prev(it), arriving)) return true;
+                if (std::next(it) != status.end() && test(arriving, *std::next(it))) return true;
             }
-            const auto it = where[e.piece];
+            x_ = out.rx;
+            y_ = out.ry;
+            const auto it = where[k];
             if (it != status.begin() && std::next(it) != status.end() && test(*std::prev(it), *std::next(it))) return true;
             status.erase(it);
         }
@@ -85,7 +86,7 @@ private:
             return a < b;
         }
     };
-    using Status = std::set<std::uint32_t, Order>;
+    using Status = std::pmr::set<std::uint32_t, Order>;
 
     void AddPiece(const PlanePoint& p, const PlanePoint& q, std::uint32_t segment, std::int32_t frame, bool upper = false) {
         if (Before(q[0], q[1], p[0], p[1])) pieces_.push_back({q[0], q[1], p[0], p[1], segment, frame, upper});

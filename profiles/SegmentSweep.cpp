@@ -22,6 +22,11 @@ struct Item {
 // walk of two long chains skips the blocks that do not come near each other.
 constexpr std::uint32_t kBlock = 32;
 
+// An outline that turns back in x at most of its first this many vertices (a star, a comb) is left
+// to the ordered sweep at once: its chains are single segments, which the box sweep would sort and
+// keep for nothing.
+constexpr std::uint32_t kShortChainsProbe = 4096;
+
 // A run of consecutive segments of one loop that all advance strictly in x the same way (arcs
 // only when they have no x extreme inside). Two segments of one chain can meet only where they
 // join, so only pairs from different chains need testing, and two chains are compared by walking
@@ -71,13 +76,16 @@ int XDirection(const LoopDLine& s, const SegmentBox& box) {
 
 class ChainSet {
 public:
-    void AddLoop(std::span<const LoopDLine> segments, std::uint32_t owner,
-                 const std::function<void(const LoopDLine&)>& visit = {}) {
+    // Adds the loop's chains; with shortChainsStop, stops (and returns the number of segments read)
+    // once it has read kShortChainsProbe segments and made more than one chain of every two.
+    std::uint32_t AddLoop(std::span<const LoopDLine> segments, std::uint32_t owner,
+                          const std::function<void(const LoopDLine&)>& visit = {}, bool shortChainsStop = false) {
         const auto n = static_cast<std::uint32_t>(segments.size());
         blocks_.reserve(blocks_.size() + n / kBlock + 1);
         Chain chain{};
         std::size_t firstBlock = 0;
         for (std::uint32_t i = 0; i < n; ++i) {
+            if (shortChainsStop && i == kShortChainsProbe && 2 * chains_.size() > i) return i;
             if (visit) visit(segments[i]);
             const SegmentBox box = segments[i].BoundingBox();
             const int direction = XDirection(segments[i], box);
@@ -94,6 +102,7 @@ public:
             blocks_.push_back(box);
         }
         if (n > 0) Finish(chain, firstBlock);
+        return n;
     }
 
     // Calls test(a, b) for pairs of segments from different chains whose boxes meet (and, with
@@ -228,9 +237,9 @@ bool NearAny(const PlanePoint& p, const PlanePoint* joints, int count, double to
 
 namespace {
 
-// The box sweep's allowance before the ordered sweep takes over: a few dozen box steps a segment
-// cover every outline of real drawings (a profile of 10^6 vertices takes about 3 a segment).
-std::size_t BoxBudget(std::size_t segments) { return 64 * segments + 4096; }
+// The box sweep's allowance before the ordered sweep takes over: a few box steps a segment cover
+// the outlines of real drawings (the 10^6-vertex wavy circle of the benchmarks takes 0.1 a segment).
+std::size_t BoxBudget(std::size_t segments) { return 8 * segments + 4096; }
 
 // Where segments i and j of a loop cross: their common points but the joint of neighbours.
 // Appends them to Points (the first only, with firstOnly) and tells whether there is any.
@@ -264,11 +273,18 @@ private:
     std::vector<PlanePoint> found_;
 };
 
-// The box sweep over one loop, stopping at the first crossing unless every point is wanted.
+// The box sweep over one loop, stopping at the first crossing unless every point is wanted. With a
+// budget it leaves the loop to the ordered sweep (OverBudget) when its chains are short or it has
+// spent the budget; `visit` has then seen every segment all the same.
 ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<PlanePoint>* Points,
                              bool firstOnly, std::size_t budget, const std::function<void(const LoopDLine&)>& visit = {}) {
     ChainSet chains;
-    chains.AddLoop(segments, 0, visit);
+    const bool budgeted = budget != SIZE_MAX;
+    const std::uint32_t read = chains.AddLoop(segments, 0, visit, budgeted);
+    if (read < segments.size()) {
+        if (visit) std::for_each(segments.begin() + read, segments.end(), visit);
+        return ChainSet::Outcome::OverBudget;
+    }
     bool any = false;
     const auto outcome = chains.Pairs(
         false,
@@ -294,7 +310,6 @@ bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std
     const std::size_t before = Points ? Points->size() : 0;
     const auto outcome = SweepBoxes(segments, crossing, Points, false, BoxBudget(segments.size()), visit);
     if (outcome != ChainSet::Outcome::OverBudget) return outcome == ChainSet::Outcome::Stopped;
-    // (The caller's pass was made in full while the chains were built.)
     std::vector<PlanePoint> first;
     if (!SweepOrdered(segments, crossing, Points ? &first : nullptr)) return false;
     if (!Points) return true;

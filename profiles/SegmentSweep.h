@@ -14,7 +14,7 @@ namespace tgp {
 // the left edge of their boxes and swept with an active list, two chains whose boxes overlap are
 // walked together in x order, and only segment pairs whose boxes overlap get the exact intersection
 // test. Near-linear for profiles, whatever their size. Where the boxes of many chains overlap (a
-// star's teeth each reach far in x and in y), the search for a crossing gives up after a few dozen
+// star's teeth each reach far in x and in y), the search for a crossing gives up after a few
 // box steps a segment and the ordered sweep (OrderedSweep.h) decides instead, in n log n.
 
 // Crossings of a loop with itself. Neighbouring segments (and the last with the first when the loop
