@@ -11,6 +11,7 @@
 #include "core/Error.h"
 #include "profiles/Loop7.h"
 #include "units/DVolume.h"
+#include "profiles/LoopArrangement.h"
 #include "profiles/Loop7s.h"
 #include "profiles/SectionModuli.h"
 #include "profiles/SegmentSweep.h"
@@ -274,55 +275,44 @@ bool SameRegion(Loop7& a, Loop7& b) {
 std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
                                                          std::vector<std::pair<std::size_t, std::size_t>>& overlaps,
                                                          std::vector<std::size_t>& repeats) {
-    std::vector<std::size_t> kept(loops.size());
-    std::iota(kept.begin(), kept.end(), 0);
-    auto all = Loop7s::Create();
-    for (const auto& loop : loops) all->Add(loop);
-    while (const auto pair = all->FirstOverlap()) {
-        const auto [first, second] = *pair;
-        if (SameRegion(*all->Item(first), *all->Item(second))) {  // the later copy goes
-            repeats.push_back(kept[second - 1]);
-            all->Remove(second);
-            kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(second - 1));
+    const LoopArrangement placed(loops);
+    // Overlapping pairs in order, each while both loops are still in play: a repeat loses its
+    // later copy, any other pair both loops.
+    std::vector<bool> kept(loops.size(), true);
+    for (const auto& [first, second] : placed.Overlaps()) {
+        if (!kept[first] || !kept[second]) continue;
+        kept[second] = false;
+        if (SameRegion(*loops[first], *loops[second])) {
+            repeats.push_back(second);
             continue;
         }
-        overlaps.emplace_back(kept[first - 1], kept[second - 1]);
-        all->Remove(second);
-        all->Remove(first);
-        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(second - 1));
-        kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(first - 1));
+        kept[first] = false;
+        overlaps.emplace_back(first, second);
     }
     // The outermost loop of each kept loop, then outermost loops that touch share one group.
-    std::vector<std::size_t> root(kept.size());
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-        std::shared_ptr<Loop7> top = all->Item(i + 1);
-        std::size_t at = i;
-        for (auto parent = all->Parent(at + 1); parent; parent = all->Parent(at + 1)) {
-            at = static_cast<std::size_t>(std::find(all->Loops().begin(), all->Loops().end(), parent) - all->Loops().begin());
-        }
-        root[i] = at;
-    }
-    std::vector<std::size_t> group(kept.size());
+    std::vector<double> size(loops.size());
+    for (std::size_t i = 0; i < loops.size(); ++i) size[i] = loops[i]->AreaAbs();
+    const auto parents = placed.Parents(size, kept);
+    const auto roots = LoopArrangement::Roots(parents, LoopArrangement::Depths(parents));
+    std::vector<std::size_t> group(loops.size());
     std::iota(group.begin(), group.end(), 0);
     auto find = [&](std::size_t i) {
         while (group[i] != i) i = group[i] = group[group[i]];
         return i;
     };
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-        if (root[i] != i) continue;
-        for (std::size_t j = i + 1; j < kept.size(); ++j) {
-            if (root[j] == j && all->Item(i + 1)->IntersectWithLoop(*all->Item(j + 1))) group[find(j)] = find(i);
-        }
+    for (const auto& [i, j] : placed.Meetings()) {
+        if (kept[i] && kept[j] && roots[i] == i && roots[j] == j) group[find(j)] = find(i);
     }
     std::vector<std::vector<std::size_t>> sections;
-    std::vector<int> sectionOf(kept.size(), -1);
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-        const std::size_t g = find(root[i]);
+    std::vector<std::int64_t> sectionOf(loops.size(), -1);
+    for (std::size_t i = 0; i < loops.size(); ++i) {
+        if (!kept[i]) continue;
+        const std::size_t g = find(roots[i]);
         if (sectionOf[g] < 0) {
-            sectionOf[g] = static_cast<int>(sections.size());
+            sectionOf[g] = static_cast<std::int64_t>(sections.size());
             sections.emplace_back();
         }
-        sections[static_cast<std::size_t>(sectionOf[g])].push_back(kept[i]);
+        sections[static_cast<std::size_t>(sectionOf[g])].push_back(i);
     }
     return sections;
 }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/Error.h"
-#include "profiles/LoopPlacement.h"
+#include "profiles/LoopArrangement.h"
 
 namespace tgp {
 
@@ -52,32 +52,19 @@ bool Loop7s::ArrangementValid() const {
     return true;
 }
 
-// Every pair of loops is placed (boxes that do not meet are apart at once); a loop's parent is the
-// smallest of the loops it lies inside, and its depth the length of its chain of parents.
+// A loop's parent is the smallest of the loops it lies inside, and its depth the length of its
+// chain of parents; only loops whose boxes meet are placed against each other.
 std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
     if (ArrangementValid()) return std::nullopt;
     const std::size_t n = loops_.size();
-    auto arranged = std::make_unique<Arrangement>();
-    arranged->parent.assign(n, -1);
-    arranged->depth.assign(n, 0);
     std::vector<double> size(n);
     for (std::size_t i = 0; i < n; ++i) size[i] = loops_[i]->AreaAbs();  // raises 5 for a loop that cuts itself
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = i + 1; j < n; ++j) {
-            const Placement placement = PlaceLoops(*loops_[i], *loops_[j]);
-            if (placement == Placement::Overlap) return std::pair{i, j};
-            auto adopt = [&](std::size_t child, std::size_t parent) {
-                int& current = arranged->parent[child];
-                if (current < 0 || size[parent] < size[static_cast<std::size_t>(current)]) current = static_cast<int>(parent);
-            };
-            if (placement == Placement::FirstInsideSecond) adopt(i, j);
-            if (placement == Placement::SecondInsideFirst) adopt(j, i);
-        }
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-        for (int p = arranged->parent[i]; p >= 0; p = arranged->parent[static_cast<std::size_t>(p)]) ++arranged->depth[i];
-        loops_[i]->IsVoid(arranged->depth[i] % 2 == 1);
-    }
+    const LoopArrangement placed(loops_);
+    if (!placed.Overlaps().empty()) return placed.Overlaps().front();
+    auto arranged = std::make_unique<Arrangement>();
+    arranged->parent = placed.Parents(size);
+    arranged->depth = LoopArrangement::Depths(arranged->parent);
+    for (std::size_t i = 0; i < n; ++i) loops_[i]->IsVoid(arranged->depth[i] % 2 == 1);
     for (const auto& loop : loops_) arranged->revisions.push_back(loop->Revision());
     arrangement_ = std::move(arranged);
     return std::nullopt;
@@ -101,7 +88,7 @@ std::optional<std::pair<std::size_t, std::size_t>> Loop7s::FirstOverlap() {
 
 std::shared_ptr<Loop7> Loop7s::Parent(std::size_t Index) {
     const std::size_t i = Position(Index);
-    const int parent = Arranged().parent[i];
+    const std::int64_t parent = Arranged().parent[i];
     return parent < 0 ? nullptr : loops_[static_cast<std::size_t>(parent)];
 }
 
@@ -140,14 +127,13 @@ double Loop7s::ProductOfInertiaXY() { return InertiaBlock()->ProductOfInertiaXY(
 
 std::vector<std::shared_ptr<Loop7s>> Loop7s::Split() {
     const Arrangement& arranged = Arranged();
+    const auto roots = LoopArrangement::Roots(arranged.parent, arranged.depth);
     std::vector<std::shared_ptr<Loop7s>> parts;
-    std::vector<int> partOf(loops_.size(), -1);
+    std::vector<std::int64_t> partOf(loops_.size(), -1);
     for (std::size_t i = 0; i < loops_.size(); ++i) {
-        int root = static_cast<int>(i);
-        while (arranged.parent[static_cast<std::size_t>(root)] >= 0) root = arranged.parent[static_cast<std::size_t>(root)];
-        int& part = partOf[static_cast<std::size_t>(root)];
+        std::int64_t& part = partOf[roots[i]];
         if (part < 0) {
-            part = static_cast<int>(parts.size());
+            part = static_cast<std::int64_t>(parts.size());
             parts.push_back(Create());
         }
         parts[static_cast<std::size_t>(part)]->loops_.push_back(loops_[i]);

@@ -11,21 +11,11 @@ namespace {
 
 enum class Side { Inside, Outside, Mixed, OnBoundary };
 
-SegmentBox BoxOf(const Loop7& loop) {
-    SegmentBox box = SegmentBox::Empty();
-    for (const LoopDLine& segment : loop.Segments()) box.Include(segment.BoundingBox());
-    return box;
-}
-
-bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
-    const double t = LoopDLine::kOnLineTolerance;
-    return a.xmin <= b.xmax + t && b.xmin <= a.xmax + t && a.ymin <= b.ymax + t && b.ymin <= a.ymax + t;
-}
-
-// Where the boundary of `a` lies relative to the region of `b`.
-Side SideOf(const Loop7& a, const Loop7& b) {
+// Where the boundary of `a` lies relative to the region of `b`, and whether the boundaries meet.
+Side SideOf(const Loop7& a, const Loop7& b, bool& meet) {
     std::vector<PlanePoint> common;
     FindIntersections(a.Segments(), b.Segments(), &common);
+    meet = !common.empty();
     bool inside = false, outside = false;
     auto probe = [&](const PlanePoint& p) {
         bool on = false;
@@ -58,12 +48,26 @@ Side SideOf(const Loop7& a, const Loop7& b) {
 
 }  // namespace
 
-Placement PlaceLoops(const Loop7& first, const Loop7& second) {
+SegmentBox BoxOf(const Loop7& loop) {
+    SegmentBox box = SegmentBox::Empty();
+    for (const LoopDLine& segment : loop.Segments()) box.Include(segment.BoundingBox());
+    return box;
+}
+
+bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
+    const double t = LoopDLine::kOnLineTolerance;
+    return a.xmin <= b.xmax + t && b.xmin <= a.xmax + t && a.ymin <= b.ymax + t && b.ymin <= a.ymax + t;
+}
+
+Placement PlaceLoops(const Loop7& first, const Loop7& second, bool* BoundariesMeet) {
+    bool meet = false;
+    if (BoundariesMeet) *BoundariesMeet = false;
     if (first.Segments().empty() || second.Segments().empty()) return Placement::Apart;
     if (!BoxesMeet(BoxOf(first), BoxOf(second))) return Placement::Apart;
-    const Side a = SideOf(first, second);
+    const Side a = SideOf(first, second, meet);
+    if (BoundariesMeet) *BoundariesMeet = meet;
     if (a == Side::Mixed || a == Side::OnBoundary) return Placement::Overlap;
-    const Side b = SideOf(second, first);
+    const Side b = SideOf(second, first, meet);
     if (b == Side::Mixed || b == Side::OnBoundary) return Placement::Overlap;
     if (a == Side::Inside && b == Side::Outside) return Placement::FirstInsideSecond;
     if (b == Side::Inside && a == Side::Outside) return Placement::SecondInsideFirst;
