@@ -66,6 +66,13 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
     if (Parent) parent_ = std::move(Parent);
 }
 
+std::pair<Point, Point> UCS::UnitAxes(const Point& newUx, const Point& newUy) {
+    Point ux = ToAxis(Vector::UnitVec(newUx)), uy = ToAxis(Vector::UnitVec(newUy));
+    const Point normal = Vector::vxv(ux, uy);
+    if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
+    return {std::move(ux), std::move(uy)};
+}
+
 void UCS::RestoreAxes(const Point& newOrg, const Point& newUx, const Point& newUy) {
     const Point ux = ToAxis(newUx), uy = ToAxis(newUy);
     const Point normal = Vector::vxv(ux, uy);

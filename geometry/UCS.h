@@ -61,6 +61,10 @@ public:
     void SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, const Point* newUz = nullptr,
                 std::shared_ptr<UCS> Parent = nullptr);
 
+    // The unit axes SetUCS would store for Ux and Uy without a Uz (three elements each), without a
+    // system to store them in; parallel or opposite axes raise 2411 "Vector unitvec(u) = u = 0".
+    static std::pair<Point, Point> UnitAxes(const Point& newUx, const Point& newUy);
+
     // Sets origin and axes exactly as given, for restoring a saved system whose axes are already
     // unit vectors at an angle: nothing is normalised (so a round trip keeps every bit), Uz = Ux x Uy.
     void RestoreAxes(const Point& newOrg, const Point& newUx, const Point& newUy);

@@ -28,6 +28,11 @@ std::shared_ptr<Q> InMillimetres(double value) {
     return q;
 }
 
+using Vec3 = std::array<double, 3>;
+
+Vec3 ToVec3(const Point& p) { return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0}; }
+Point ToPoint3(const Vec3& v) { return {v[0], v[1], v[2]}; }
+
 Point Padded(Point p) {
     p.resize(3, 0.0);
     return p;
@@ -63,17 +68,43 @@ std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
     copy->ixy_ = ixy_;
     copy->elasticModulus_ = elasticModulus_;
     if (ocs_) copy->SetAxes(ocs_->Origin(), ocs_->Ux(), ocs_->Uy());
+    else if (frameSet_) copy->SetAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
     return copy;
 }
 
-void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy) { OCS()->SetUCS(origin, ux, uy); }
+// As the system's SetUCS does (the axes made unit vectors), on the plain numbers until the system
+// object is made.
+void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy) {
+    if (ocs_) {
+        ocs_->SetUCS(origin, ux, uy);
+        return;
+    }
+    const auto [unitX, unitY] = UCS::UnitAxes(ux, uy);
+    if (origin.size() != 3) {  // an origin the plain numbers cannot hold as it is
+        OCS()->SetUCS(origin, ux, uy);
+        return;
+    }
+    SetFrame({ToVec3(origin), ToVec3(unitX), ToVec3(unitY)});
+}
+
+void InertiaBlock::SetFrame(const Frame& frame) {
+    if (ocs_) {
+        ocs_->RestoreAxes(ToPoint3(frame.origin), ToPoint3(frame.ux), ToPoint3(frame.uy));
+        return;
+    }
+    frame_ = frame;
+    frameSet_ = true;
+}
 
 std::shared_ptr<UCS> InertiaBlock::OCS() {
-    if (!ocs_) ocs_ = UCS::Create();
+    if (!ocs_) {
+        ocs_ = UCS::Create();
+        if (frameSet_) ocs_->RestoreAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
+    }
     return ocs_;
 }
 
-Point InertiaBlock::Centroid() { return Padded(OCS()->Origin()); }
+Point InertiaBlock::Centroid() { return ocs_ ? Padded(ocs_->Origin()) : ToPoint3(frame_.origin); }
 
 void InertiaBlock::Centroid(const Point& newCentroid) { Move(Vector::vminusv(newCentroid, Centroid())); }
 
@@ -224,10 +255,6 @@ void InertiaBlock::Inverse() {
 
 namespace {
 
-using Vec3 = std::array<double, 3>;
-
-Vec3 ToVec3(const Point& p) { return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0}; }
-Point ToPoint3(const Vec3& v) { return {v[0], v[1], v[2]}; }
 double Dot(const Vec3& a, const Vec3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
 // The second moments of a figure about its own axes as the symmetric matrix [∫u², ∫uv; ∫uv, ∫v²].
@@ -247,7 +274,7 @@ Moments Turned(const Moments& m, double q00, double q01, double q10, double q11)
 }  // namespace
 
 InertiaBlock::Frame InertiaBlock::FrameValues() const {
-    if (!ocs_) return {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    if (!ocs_) return frame_;
     return {ToVec3(ocs_->Origin()), ToVec3(ocs_->Ux()), ToVec3(ocs_->Uy())};
 }
 
@@ -278,8 +305,8 @@ void InertiaBlock::Join(const InertiaBlock& Block) {
     const double iy = CheckFinite(iy_ + A1 * d1x * d1x + other.uu + A2 * d2x * d2x);
     const double ixy = CheckFinite(ixy_ + A1 * d1x * d1y + other.uv + A2 * d2x * d2y);
     const double perimeter = CheckFinite(perimeter_ + Block.perimeter_);
-    if (!ocs_) SetAxes(ToPoint3(mine.origin), ToPoint3(mine.ux), ToPoint3(mine.uy));
-    ocs_->Origin(ToPoint3(centroid));
+    if (ocs_) ocs_->Origin(ToPoint3(centroid));
+    else SetFrame({centroid, mine.ux, mine.uy});
     area_ = A;
     ix_ = ix;
     iy_ = iy;
@@ -316,7 +343,7 @@ void InertiaBlock::Transformation(const Point& Displacement, double Rotation, do
                         CheckFinite(frame.origin[2] + move[2])};
     auto turn = [&](const Vec3& a) { return Point{c * a[0] - s * a[1], s * a[0] + c * a[1], 0}; };
     const Point ux = turn(frame.ux), uy = turn(frame.uy);
-    OCS()->RestoreAxes(ToPoint3(centroid), ux, uy);
+    SetFrame({centroid, ToVec3(ux), ToVec3(uy)});
     area_ = area;
     ix_ = ix;
     iy_ = iy;
@@ -331,7 +358,7 @@ std::string InertiaBlock::SaveToText() const {
 
 void InertiaBlock::InitFromText(std::string_view Text) {
     const BlockFields f = ReadBlockText(Text);  // raises before anything changes
-    OCS()->RestoreAxes(ToPoint3(f.centroid), ToPoint3(f.ux), ToPoint3(f.uy));
+    SetFrame({f.centroid, f.ux, f.uy});
     area_ = f.area;
     perimeter_ = f.perimeter;
     ix_ = f.ix;

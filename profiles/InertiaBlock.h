@@ -42,7 +42,9 @@ public:
     // The OCS origin as three numbers; the let moves the whole block so its centroid lands there.
     Point Centroid();
     void Centroid(const Point& newCentroid);
-    // The block's own coordinate system itself (not a copy), created on first use.
+    // The block's own coordinate system itself (not a copy), created on first use. Until then the
+    // block keeps its origin and axes as plain numbers: the system object with its axis matrix
+    // would be most of the memory of a block, and most blocks are never asked for it.
     std::shared_ptr<UCS> OCS();
     Point Ux() { return OCS()->Ux(); }
     Point Uy() { return OCS()->Uy(); }
@@ -126,12 +128,17 @@ private:
     TargetFrame FrameOf(const UCS& target);
     std::shared_ptr<DLength> RadiusOf(double moment) const;
     void SetAxes(const Point& origin, const Point& ux, const Point& uy);
+    // Stores origin and axes exactly as given.
+    void SetFrame(const Frame& frame);
 
     double area_ = 0;
     double perimeter_ = 0;
     double ix_ = 0;
     double iy_ = 0;
     double ixy_ = 0;
+    // Origin and axes while ocs_ is not made (world ones until set); ocs_ holds them once it is.
+    Frame frame_{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    bool frameSet_ = false;
     std::shared_ptr<UCS> ocs_;
     double elasticModulus_ = 0;
 };

@@ -78,7 +78,7 @@ void Loop7::Reverse() {
     for (LoopDLine& segment : segments_) segment.Inverse();
     startPointSum_.reset();
     if (block_) block_->Inverse();
-    ++revision_;
+    NextRevision();
 }
 
 Point Loop7::Vertex(std::size_t i) const {
@@ -265,7 +265,7 @@ void Loop7::Move(const Point& Displacement, bool MoveAcad) {
     if (block_) block_->Move(Displacement);
     for (LoopDLine& segment : segments_) segment.Move(d);
     startPointSum_.reset();
-    ++revision_;
+    NextRevision();
 }
 
 void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,

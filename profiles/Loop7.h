@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -63,6 +64,9 @@ public:
     // Counts the changes of the loop's geometry, so that a collection can tell its cached
     // arrangement of loops is still valid.
     std::uint64_t Revision() const { return revision_; }
+    // Counts the changes of every loop of the process: a collection whose loops have not changed
+    // since it last looked need not ask each of them.
+    static std::uint64_t AnyRevision() { return anyRevision_.load(std::memory_order_relaxed); }
 
     bool IsVoid() const { return isVoid_; }
     void IsVoid(bool value) { isVoid_ = value; }
@@ -124,7 +128,11 @@ private:
     void Changed() {
         block_.reset();
         startPointSum_.reset();
+        NextRevision();
+    }
+    void NextRevision() {
         ++revision_;
+        anyRevision_.fetch_add(1, std::memory_order_relaxed);
     }
 
     std::vector<LoopDLine, LargeBlockAllocator<LoopDLine>> segments_;
@@ -137,6 +145,7 @@ private:
     bool isVoid_ = false;
     std::shared_ptr<tgp::InertiaBlock> block_;
     std::uint64_t revision_ = 0;
+    static inline std::atomic<std::uint64_t> anyRevision_{0};
 };
 
 // The section property block of a loop from the sums of its segments' integrals about the point O

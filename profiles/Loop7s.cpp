@@ -46,9 +46,12 @@ void Loop7s::Clear() {
 
 bool Loop7s::ArrangementValid() const {
     if (!arrangement_) return false;
+    const std::uint64_t now = Loop7::AnyRevision();
+    if (arrangement_->anyRevision == now) return true;
     for (std::size_t i = 0; i < loops_.size(); ++i) {
         if (arrangement_->revisions[i] != loops_[i]->Revision()) return false;
     }
+    arrangement_->anyRevision = now;  // other loops changed, not these
     return true;
 }
 
@@ -66,6 +69,7 @@ std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
     arranged->depth = LoopArrangement::Depths(arranged->parent);
     for (std::size_t i = 0; i < n; ++i) loops_[i]->IsVoid(arranged->depth[i] % 2 == 1);
     for (const auto& loop : loops_) arranged->revisions.push_back(loop->Revision());
+    arranged->anyRevision = Loop7::AnyRevision();
     arrangement_ = std::move(arranged);
     return std::nullopt;
 }

@@ -72,6 +72,7 @@ public:
 private:
     struct Arrangement {
         std::vector<std::uint64_t> revisions;  // of each loop when worked out
+        std::uint64_t anyRevision = 0;         // Loop7::AnyRevision when last found valid
         std::vector<std::int64_t> parent;      // index into loops_, -1 for none
         std::vector<int> depth;
         std::shared_ptr<tgp::InertiaBlock> composite;
