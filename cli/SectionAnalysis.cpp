@@ -1,0 +1,389 @@
+#include "cli/SectionAnalysis.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <numbers>
+#include <numeric>
+
+#include "core/Error.h"
+#include "profiles/Loop7.h"
+#include "profiles/Loop7s.h"
+#include "profiles/LoopArrangement.h"
+#include "profiles/SectionModuli.h"
+#include "profiles/SegmentSweep.h"
+#include "units/DVolume.h"
+#include "units/NumberText.h"
+
+namespace tgp::cli {
+
+namespace {
+
+using Units = std::shared_ptr<UnitSetting>;
+
+template <class Q>
+double In(const std::shared_ptr<Q>& quantity, const Units& units) {
+    return quantity->Value(units);
+}
+
+double LengthIn(double millimetres, const Units& units) {
+    auto length = std::make_shared<DLength>();
+    length->Millimetres(millimetres);
+    return In(length, units);
+}
+
+std::string PointText(const std::vector<Point>& points) {
+    if (points.empty()) return "";
+    return fmt::format(" at ({}, {})", FormatNumber(points[0][0]), FormatNumber(points[0][1]));
+}
+
+// Rounding noise (a centroid 1E-15 off the axis, a product of 1E-55) would print as digits and
+// turn the principal axes of a symmetric figure at random: values below 1E-12 of their scale are 0.
+// I1 is the larger principal moment and the angle turns x onto its axis, in (-90°, 90°]; with
+// principal moments that agree that closely every axis is principal and the angle is 0.
+void DropRoundingNoiseAndFindPrincipalAxes(SectionValues& v, const Units& units) {
+    constexpr double kNoise = 1e-12;
+    auto snap = [](double& value, double scale) {
+        if (std::fabs(value) <= kNoise * scale) value = 0;
+    };
+    snap(v.xc, v.perimeter);
+    snap(v.yc, v.perimeter);
+    const double momentScale = std::max(std::fabs(v.ix), std::fabs(v.iy));
+    snap(v.ixy, momentScale);
+    const PrincipalMoments p = MajorAndMinor(v.ix, v.iy, v.ixy);
+    v.i1 = p.Major;
+    v.i2 = p.Minor;
+    double angle = p.Angle;
+    if (v.ixy == 0) {  // the x and y axes are principal: report their own moments exactly
+        v.i1 = std::max(v.ix, v.iy);
+        v.i2 = std::min(v.ix, v.iy);
+    }
+    if (std::fabs(v.i1 - v.i2) <= kNoise * momentScale) angle = 0;
+    // The tool's own angle, converted with the full-precision pi (the quantity classes keep the
+    // library's shortened one): a quarter turn reads exactly 90 degrees.
+    v.angle = units->UnitID(DAngleObject) == Degree_UnitID ? angle * (180 / std::numbers::pi) : angle;
+}
+
+double ModulusIn(double cubicMillimetres, const Units& units) {
+    auto modulus = std::make_shared<DVolume>();
+    modulus->Millimetres(cubicMillimetres);
+    return In(modulus, units);
+}
+
+// Segment k of an outline, from vertex k to the next (the last back to the first).
+LoopDLine SegmentOf(const DrawnProfile& p, std::size_t k) {
+    const std::size_t next = (k + 1) % p.VertexCount();
+    LoopDLine segment;
+    segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+    return segment;
+}
+
+// The block of an outline that follows elliptic arcs: the arcs' exact integrals in place of those
+// of the circular arcs that stand for them, about the outline's mean vertex as a loop takes them.
+std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
+    const std::size_t n = p.VertexCount();
+    PlanePoint O{0, 0, 0};
+    for (std::size_t k = 0; k < n; ++k) O = Plus(O, {p.xy[2 * k], p.xy[2 * k + 1], 0});
+    O = Scaled(O, 1.0 / static_cast<double>(n));
+    SegmentIntegrals sum;
+    double perimeter = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int curve = k < p.curveOf.size() ? p.curveOf[k] : -1;
+        if (curve >= 0) {
+            if (k > 0 && p.curveOf[k - 1] == curve) continue;  // the curve was taken whole
+            const EllipticArc& arc = p.curves[static_cast<std::size_t>(curve)];
+            sum += IntegralsAbout(arc, O);
+            perimeter += Length(arc);
+            continue;
+        }
+        const LoopDLine segment = SegmentOf(p, k);
+        sum += segment.IntegralsAbout(O);
+        perimeter += segment.Length();
+    }
+    return BlockFromIntegrals(sum, O, perimeter);
+}
+
+// The section's composite block: its loops' blocks (or their exact ones), material positive and
+// holes negative, joined in order.
+std::shared_ptr<InertiaBlock> CompositeOf(Loop7s& section, const std::vector<std::shared_ptr<InertiaBlock>>& exact) {
+    std::shared_ptr<InertiaBlock> composite;
+    for (std::size_t i = 1; i <= section.Count(); ++i) {
+        const auto& own = exact[i - 1];
+        auto block = (own ? own : section.Item(i)->InertiaBlock())->Copy();
+        if ((block->Area()->Millimetres() < 0) != section.IsHole(i)) block->Inverse();
+        if (composite) composite->Join(*block);
+        else composite = std::move(block);
+    }
+    return composite;
+}
+
+// The box around outlines that follow elliptic arcs: the arcs' own extremes, not their stand-ins'.
+SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, Loop7s& section) {
+    SegmentBox box = SegmentBox::Empty();
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const DrawnProfile& p = *members[i];
+        if (p.curves.empty()) {
+            for (const LoopDLine& segment : section.Item(i + 1)->Segments()) box.Include(segment.BoundingBox());
+            continue;
+        }
+        for (const EllipticArc& arc : p.curves) box.Include(BoundingBox(arc));
+        for (std::size_t k = 0; k < p.VertexCount(); ++k) {
+            if (p.curveOf[k] < 0) box.Include(SegmentOf(p, k).BoundingBox());
+        }
+    }
+    return box;
+}
+
+SectionValues ValuesOf(Loop7s& section, const std::vector<const DrawnProfile*>& members,
+                       const std::vector<std::shared_ptr<InertiaBlock>>& exact, const Units& units) {
+    auto block = CompositeOf(section, exact);
+    const Point c = block->Centroid();
+    SectionValues v{};
+    v.area = In(block->Area(), units);
+    v.perimeter = In(block->Perimeter(), units);
+    v.xc = LengthIn(c[0], units);
+    v.yc = LengthIn(c[1], units);
+    v.ix = In(block->MomentOfInertiaX(), units);
+    v.iy = In(block->MomentOfInertiaY(), units);
+    v.ixy = In(block->ProductOfInertiaXY(), units);
+    v.rx = In(block->RadiusOfGyrationX(), units);
+    v.ry = In(block->RadiusOfGyrationY(), units);
+    DropRoundingNoiseAndFindPrincipalAxes(v, units);
+    const bool curved = std::any_of(members.begin(), members.end(), [](const DrawnProfile* p) { return !p->curves.empty(); });
+    const SegmentBox box = curved ? BoxOf(members, section) : SegmentBox{};
+    const SectionModuli m = ComputeModuli(section, block.get(), curved ? &box : nullptr);
+    v.top = LengthIn(m.top, units);
+    v.bottom = LengthIn(m.bottom, units);
+    v.left = LengthIn(m.left, units);
+    v.right = LengthIn(m.right, units);
+    v.welxTop = ModulusIn(m.wxTop, units);
+    v.welxBottom = ModulusIn(m.wxBottom, units);
+    v.welyLeft = ModulusIn(m.wyLeft, units);
+    v.welyRight = ModulusIn(m.wyRight, units);
+    v.wplx = ModulusIn(m.zx, units);
+    v.wply = ModulusIn(m.zy, units);
+    v.plasticY = LengthIn(m.plasticAxisY, units);
+    v.plasticX = LengthIn(m.plasticAxisX, units);
+    for (double* axis : {&v.plasticY, &v.plasticX}) {
+        if (std::fabs(*axis) <= 1e-12 * v.perimeter) *axis = 0;
+    }
+    return v;
+}
+
+// An outline's loop, or why it cannot be one.
+struct BuiltLoop {
+    std::shared_ptr<Loop7> loop;
+    std::string error;
+};
+
+BuiltLoop BuildLoop(const DrawnProfile& profile) {
+    if (!profile.problem.empty()) return {nullptr, profile.problem};
+    if (!profile.closed) return {nullptr, "is open: its last vertex does not meet the first"};
+    // Fourth powers of the coordinates must stay finite for the moments.
+    const auto usable = [](double v) { return std::fabs(v) <= 1e60; };
+    if (!std::all_of(profile.xy.begin(), profile.xy.end(), usable) ||
+        !std::all_of(profile.bulges.begin(), profile.bulges.end(), usable)) {
+        return {nullptr, "has a coordinate or bulge out of range (not finite or beyond 1E+60)"};
+    }
+    auto loop = Loop7::Create();
+    try {
+        loop->InitFromCoordinates(profile.xy, profile.bulges);
+    } catch (const Error&) {
+        // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
+        // of 0) that its radius passes the number range.
+        return {nullptr, "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)"};
+    }
+    // The properties check the loop for crossings themselves (error 5); only a loop that fails
+    // that check is swept a second time, to name where it cuts itself.
+    try {
+        loop->InertiaBlock();
+        return {loop, ""};
+    } catch (const Error& e) {
+        if (e.number() != 5 || loop->Count() == 0) return {nullptr, "encloses no area"};
+        if (const auto crossing = FirstSelfIntersection(loop->Segments(), loop->IsClosed())) {
+            return {nullptr, "cuts itself" + PointText({ToPoint(*crossing)})};
+        }
+        return {nullptr, e.description()};
+    }
+}
+
+std::string Plural(std::size_t n, const char* one, const char* many) {
+    return std::to_string(n) + " " + (n == 1 ? one : many);
+}
+
+// One section of loops, named after its first outer outline; `members` are the outlines in file
+// order, with each loop at the same position.
+ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
+                              const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units) {
+    auto section = Loop7s::Create();
+    for (const auto& loop : loops) section->Add(loop);
+    ProfileOutcome outcome;
+    const DrawnProfile* outer = members.front();
+    std::size_t parts = 0, holes = 0;
+    try {
+        if (const auto overlap = section->FirstOverlap()) {
+            outcome.error = "cannot be one section: " + members[overlap->first - 1]->name + " and " +
+                            members[overlap->second - 1]->name + " overlap (their interiors cross)";
+        } else {
+            for (std::size_t i = 1; i <= section->Count(); ++i) {
+                if (section->Depth(i) == 0 && parts++ == 0) outer = members[i - 1];
+                holes += section->IsHole(i);
+            }
+            std::vector<std::shared_ptr<InertiaBlock>> exact;
+            for (const DrawnProfile* member : members) exact.push_back(member->curves.empty() ? nullptr : ExactBlock(*member));
+            outcome.values = ValuesOf(*section, members, exact, units);
+        }
+    } catch (const Error& e) {
+        outcome.error = e.description();
+        outcome.values.reset();
+    }
+    outcome.name = outer->name;
+    if (parts > 1) outcome.name += " and " + Plural(parts - 1, "more part", "more parts");
+    if (holes > 0) outcome.name += " with " + Plural(holes, "hole", "holes");
+    outcome.type = outer->type;
+    outcome.handle = outer->handle;
+    outcome.layer = outer->layer;
+    outcome.loops = static_cast<int>(loops.size());
+    outcome.holes = static_cast<int>(holes);
+    return outcome;
+}
+
+// Two loops that cover the same region (the same outline drawn twice, a hatch on its outline).
+bool SameRegion(Loop7& a, Loop7& b) {
+    const double area = a.AreaAbs();
+    auto near = [](double x, double y, double scale) { return std::fabs(std::fabs(x) - std::fabs(y)) <= 1e-9 * scale; };
+    const Point ca = a.Centroid(), cb = b.Centroid();
+    const double moments = std::fabs(a.MomentOfInertiaX()) + std::fabs(a.MomentOfInertiaY());
+    return near(area, b.AreaAbs(), area) && std::hypot(ca[0] - cb[0], ca[1] - cb[1]) <= 1e-9 * std::sqrt(area) &&
+           near(a.MomentOfInertiaX(), b.MomentOfInertiaX(), moments) && near(a.MomentOfInertiaY(), b.MomentOfInertiaY(), moments);
+}
+
+// Groups loops that belong to no explicit group by containment and touch: each outermost loop with
+// everything inside it, and outermost loops that touch one another together. A pair that overlaps
+// is left out (both reported) until none does.
+std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
+                                                         std::vector<std::pair<std::size_t, std::size_t>>& overlaps,
+                                                         std::vector<std::size_t>& repeats) {
+    const LoopArrangement placed(loops);
+    // Overlapping pairs in order, each while both loops are still in play: a repeat loses its
+    // later copy, any other pair both loops.
+    std::vector<bool> kept(loops.size(), true);
+    for (const auto& [first, second] : placed.Overlaps()) {
+        if (!kept[first] || !kept[second]) continue;
+        kept[second] = false;
+        if (SameRegion(*loops[first], *loops[second])) {
+            repeats.push_back(second);
+            continue;
+        }
+        kept[first] = false;
+        overlaps.emplace_back(first, second);
+    }
+    // The outermost loop of each kept loop, then outermost loops that touch share one group.
+    std::vector<double> size(loops.size());
+    for (std::size_t i = 0; i < loops.size(); ++i) size[i] = loops[i]->AreaAbs();
+    const auto parents = placed.Parents(size, kept);
+    const auto roots = LoopArrangement::Roots(parents, LoopArrangement::Depths(parents));
+    std::vector<std::size_t> group(loops.size());
+    std::iota(group.begin(), group.end(), 0);
+    auto find = [&](std::size_t i) {
+        while (group[i] != i) i = group[i] = group[group[i]];
+        return i;
+    };
+    for (const auto& [i, j] : placed.Meetings()) {
+        if (kept[i] && kept[j] && roots[i] == i && roots[j] == j) group[find(j)] = find(i);
+    }
+    std::vector<std::vector<std::size_t>> sections;
+    std::vector<std::int64_t> sectionOf(loops.size(), -1);
+    for (std::size_t i = 0; i < loops.size(); ++i) {
+        if (!kept[i]) continue;
+        const std::size_t g = find(roots[i]);
+        if (sectionOf[g] < 0) {
+            sectionOf[g] = static_cast<std::int64_t>(sections.size());
+            sections.emplace_back();
+        }
+        sections[static_cast<std::size_t>(sectionOf[g])].push_back(i);
+    }
+    return sections;
+}
+
+}  // namespace
+
+std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop, SkipList* skipped) {
+    // Outcomes come out in file order: each is filed under the position of its first outline.
+    std::vector<std::pair<std::size_t, ProfileOutcome>> filed;
+    std::vector<std::shared_ptr<Loop7>> loops;
+    std::vector<std::size_t> position;  // of each loop's outline
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        BuiltLoop built = BuildLoop(profiles[i]);
+        if (!built.loop) {
+            ProfileOutcome rejected;
+            rejected.name = profiles[i].name;
+            rejected.type = profiles[i].type;
+            rejected.handle = profiles[i].handle;
+            rejected.layer = profiles[i].layer;
+            rejected.error = built.error;
+            filed.emplace_back(i, std::move(rejected));
+            continue;
+        }
+        loops.push_back(std::move(built.loop));
+        position.push_back(i);
+    }
+    auto section = [&](const std::vector<std::size_t>& members) {  // indices into loops
+        std::vector<const DrawnProfile*> outlines;
+        std::vector<std::shared_ptr<Loop7>> sectionLoops;
+        for (std::size_t k : members) {
+            outlines.push_back(&profiles[position[k]]);
+            sectionLoops.push_back(loops[k]);
+        }
+        filed.emplace_back(position[members.front()], AnalyseSection(outlines, sectionLoops, units));
+    };
+    std::map<int, std::vector<std::size_t>> explicitGroups;
+    std::vector<std::size_t> free;
+    for (std::size_t k = 0; k < loops.size(); ++k) {
+        const int group = profiles[position[k]].group;
+        if (eachLoop) section({k});
+        else if (group >= 0) explicitGroups[group].push_back(k);
+        else free.push_back(k);
+    }
+    for (const auto& [group, members] : explicitGroups) section(members);
+    if (!free.empty()) {
+        std::vector<std::shared_ptr<Loop7>> freeLoops;
+        for (std::size_t k : free) freeLoops.push_back(loops[k]);
+        std::vector<std::pair<std::size_t, std::size_t>> overlaps;
+        std::vector<std::size_t> repeats;
+        for (const auto& members : GroupByContainment(freeLoops, overlaps, repeats)) {
+            std::vector<std::size_t> indices;
+            for (std::size_t m : members) indices.push_back(free[m]);
+            section(indices);
+        }
+        for (std::size_t r : repeats) {
+            const DrawnProfile& p = profiles[position[free[r]]];
+            if (skipped) Count(*skipped, p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
+        }
+        for (const auto& [a, b] : overlaps) {
+            for (auto [one, other] : {std::pair{a, b}, std::pair{b, a}}) {
+                const DrawnProfile& p = profiles[position[free[one]]];
+                ProfileOutcome rejected;
+                rejected.name = p.name;
+                rejected.type = p.type;
+                rejected.handle = p.handle;
+                rejected.layer = p.layer;
+                rejected.error = "overlaps " + profiles[position[free[other]]].name + " (their interiors cross)";
+                filed.emplace_back(position[free[one]], std::move(rejected));
+            }
+        }
+    }
+    std::stable_sort(filed.begin(), filed.end(), [](const auto& x, const auto& y) { return x.first < y.first; });
+    std::vector<ProfileOutcome> outcomes;
+    for (auto& [at, outcome] : filed) outcomes.push_back(std::move(outcome));
+    return outcomes;
+}
+
+ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units) {
+    return AnalyseProfiles({profile}, units, true).front();
+}
+
+}  // namespace tgp::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "cli/DrawnProfile.h"
+#include "cli/ProfileOutcome.h"
+#include "units/UnitSetting.h"
+
+namespace tgp::cli {
+
+// The sections of one file's outlines: grouped by containment and touch (or one per outline with
+// eachLoop), in file order. Outlines that are open, cut themselves, enclose nothing or carry a
+// problem are reported by name and left out; two whose interiors overlap are both reported and
+// left out of the grouping. An outline that repeats another one (a hatch drawn on its own outline)
+// is left out and counted in `skipped` when given.
+std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop = false,
+                                            SkipList* skipped = nullptr);
+// One outline as a section of its own.
+ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units);
+
+}  // namespace tgp::cli
