@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
+#include <optional>
 #include <numbers>
 #include <numeric>
 
@@ -308,77 +310,195 @@ std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::
     return sections;
 }
 
-}  // namespace
+ProfileOutcome Rejection(const DrawnProfile& p, std::string error) {
+    ProfileOutcome rejected;
+    rejected.name = p.name;
+    rejected.type = p.type;
+    rejected.handle = p.handle;
+    rejected.layer = p.layer;
+    rejected.error = std::move(error);
+    return rejected;
+}
 
-std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
-                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop, SkipList* skipped) {
-    // Outcomes come out in file order: each is filed under the position of its first outline.
-    std::vector<std::pair<std::size_t, ProfileOutcome>> filed;
-    std::vector<std::shared_ptr<Loop7>> loops;
-    std::vector<std::size_t> position;  // of each loop's outline
-    for (std::size_t i = 0; i < profiles.size(); ++i) {
-        BuiltLoop built = BuildLoop(profiles[i]);
-        if (!built.loop) {
-            ProfileOutcome rejected;
-            rejected.name = profiles[i].name;
-            rejected.type = profiles[i].type;
-            rejected.handle = profiles[i].handle;
-            rejected.layer = profiles[i].layer;
-            rejected.error = built.error;
-            filed.emplace_back(i, std::move(rejected));
-            continue;
-        }
-        loops.push_back(std::move(built.loop));
-        position.push_back(i);
+// The box an outline's loop can reach, from its vertices and bulges alone: an arc lies within its
+// chord's box grown by its rise (a bulge of at most 1) or by its circle's diameter; the margin
+// covers the tolerance within which loops meet and the vertices that building a loop drops. None
+// for an outline that building will reject.
+std::optional<SegmentBox> ReachOf(const DrawnProfile& p) {
+    const std::size_t n = p.VertexCount();
+    if (!p.problem.empty() || !p.closed || n == 0 || p.xy.size() != 2 * n) return std::nullopt;
+    SegmentBox box = SegmentBox::Empty();
+    double magnitude = 0, steepest = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const std::size_t next = (k + 1) % n;
+        const double x0 = p.xy[2 * k], y0 = p.xy[2 * k + 1], x1 = p.xy[2 * next], y1 = p.xy[2 * next + 1];
+        const double b = std::fabs(p.bulges[k]);
+        if (!(std::fabs(x0) <= 1e60 && std::fabs(y0) <= 1e60 && b <= 1e60)) return std::nullopt;
+        const double chord = std::hypot(x1 - x0, y1 - y0);
+        const double reach = b <= 1 ? b * chord / 2 : chord * (1 + b * b) / (2 * b);
+        box.Include({std::min(x0, x1) - reach, std::min(y0, y1) - reach, std::max(x0, x1) + reach, std::max(y0, y1) + reach});
+        magnitude = std::max({magnitude, std::fabs(x0), std::fabs(y0)});
+        steepest = std::max(steepest, b);
     }
-    auto section = [&](const std::vector<std::size_t>& members) {  // indices into loops
-        std::vector<const DrawnProfile*> outlines;
-        std::vector<std::shared_ptr<Loop7>> sectionLoops;
-        for (std::size_t k : members) {
-            outlines.push_back(&profiles[position[k]]);
-            sectionLoops.push_back(loops[k]);
+    const double margin = 4 * LoopDLine::kOnLineTolerance + 1e-4 * (1 + std::min(steepest, 1e6)) + 1e-9 * magnitude;
+    return SegmentBox{box.xmin - margin, box.ymin - margin, box.xmax + margin, box.ymax + margin};
+}
+
+// The sections of a file's outlines handed on one at a time in file order (each filed under the
+// position of its first outline), computed when their turn comes: an outline whose reach meets no
+// other outline's is built, analysed and let go on its own, so that a drawing of many separate
+// parts never holds all their loops at once. Outlines whose reaches meet are built together and
+// grouped by containment and touch; the loops of an explicit group (a text profile) form one section.
+class InFileOrder {
+public:
+    InFileOrder(const std::vector<DrawnProfile>& profiles, const Units& units, bool eachLoop, SkipList* skipped)
+        : profiles_(profiles), units_(units), loops_(profiles.size()) {
+        std::vector<std::size_t> free;
+        std::map<int, std::vector<std::size_t>> groups;
+        for (std::size_t i = 0; i < profiles.size(); ++i) {
+            if (eachLoop) items_.push_back({i, Item::Alone, i});
+            else if (profiles[i].group >= 0) groups[profiles[i].group].push_back(i);
+            else free.push_back(i);
         }
-        filed.emplace_back(position[members.front()], AnalyseSection(outlines, sectionLoops, units));
-    };
-    std::map<int, std::vector<std::size_t>> explicitGroups;
-    std::vector<std::size_t> free;
-    for (std::size_t k = 0; k < loops.size(); ++k) {
-        const int group = profiles[position[k]].group;
-        if (eachLoop) section({k});
-        else if (group >= 0) explicitGroups[group].push_back(k);
-        else free.push_back(k);
+        for (auto& [group, members] : groups) {
+            items_.push_back({members.front(), Item::Group, groups_.size()});
+            groups_.push_back(std::move(members));
+        }
+        ArrangeFree(free, skipped);
+        std::sort(items_.begin(), items_.end(), [](const Item& a, const Item& b) { return a.key < b.key; });
     }
-    for (const auto& [group, members] : explicitGroups) section(members);
-    if (!free.empty()) {
-        std::vector<std::shared_ptr<Loop7>> freeLoops;
-        for (std::size_t k : free) freeLoops.push_back(loops[k]);
-        std::vector<std::pair<std::size_t, std::size_t>> overlaps;
-        std::vector<std::size_t> repeats;
-        for (const auto& members : GroupByContainment(freeLoops, overlaps, repeats)) {
-            std::vector<std::size_t> indices;
-            for (std::size_t m : members) indices.push_back(free[m]);
-            section(indices);
-        }
-        for (std::size_t r : repeats) {
-            const DrawnProfile& p = profiles[position[free[r]]];
-            if (skipped) Count(*skipped, p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
-        }
-        for (const auto& [a, b] : overlaps) {
-            for (auto [one, other] : {std::pair{a, b}, std::pair{b, a}}) {
-                const DrawnProfile& p = profiles[position[free[one]]];
-                ProfileOutcome rejected;
-                rejected.name = p.name;
-                rejected.type = p.type;
-                rejected.handle = p.handle;
-                rejected.layer = p.layer;
-                rejected.error = "overlaps " + profiles[position[free[other]]].name + " (their interiors cross)";
-                filed.emplace_back(position[free[one]], std::move(rejected));
+
+    void Emit(const std::function<void(ProfileOutcome&&)>& emit) {
+        for (std::size_t k = 0; k < items_.size(); ++k) {
+            Produce(items_[k]);
+            // An item's outcomes lie at or after its first outline: those before the next item's go.
+            const std::size_t next = k + 1 < items_.size() ? items_[k + 1].key : profiles_.size();
+            while (!pending_.empty() && pending_.begin()->first < next) {
+                emit(std::move(pending_.begin()->second));
+                pending_.erase(pending_.begin());
             }
         }
     }
-    std::stable_sort(filed.begin(), filed.end(), [](const auto& x, const auto& y) { return x.first < y.first; });
+
+private:
+    struct Item {
+        std::size_t key;  // the position of its first outline
+        enum Kind { Alone, Group, Section, Overlap, Rejected } kind;
+        std::size_t index;  // Alone, Overlap, Rejected: the other outline or the outline; Group, Section: which
+    };
+
+    // Free outlines whose reaches meet are built now and grouped; the others wait for their turn.
+    void ArrangeFree(const std::vector<std::size_t>& free, SkipList* skipped) {
+        const std::vector<bool> partnered = Partnered(free);
+        std::vector<std::size_t> built;
+        std::vector<std::shared_ptr<Loop7>> loops;
+        for (std::size_t k = 0; k < free.size(); ++k) {
+            const std::size_t i = free[k];
+            if (!partnered[k]) {
+                items_.push_back({i, Item::Alone, i});
+                continue;
+            }
+            BuiltLoop b = BuildLoop(profiles_[i]);
+            if (!b.loop) {
+                items_.push_back({i, Item::Rejected, errors_.size()});
+                errors_.push_back(std::move(b.error));
+                continue;
+            }
+            built.push_back(i);
+            loops.push_back(std::move(b.loop));
+        }
+        for (std::size_t k = 0; k < built.size(); ++k) loops_[built[k]] = loops[k];
+        std::vector<std::pair<std::size_t, std::size_t>> overlaps;
+        std::vector<std::size_t> repeats;
+        for (const auto& members : GroupByContainment(loops, overlaps, repeats)) {
+            std::vector<std::size_t> positions;
+            for (std::size_t m : members) positions.push_back(built[m]);
+            items_.push_back({positions.front(), Item::Section, sections_.size()});
+            sections_.push_back(std::move(positions));
+        }
+        for (std::size_t r : repeats) {
+            const DrawnProfile& p = profiles_[built[r]];
+            loops_[built[r]].reset();
+            if (skipped) Count(*skipped, p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
+        }
+        for (const auto& [a, b] : overlaps) {
+            items_.push_back({built[a], Item::Overlap, built[b]});
+            items_.push_back({built[b], Item::Overlap, built[a]});
+            loops_[built[a]].reset();
+            loops_[built[b]].reset();
+        }
+    }
+
+    // Which of the outlines reach another one's box (an R-tree of their reaches).
+    std::vector<bool> Partnered(const std::vector<std::size_t>& free) const {
+        std::vector<SegmentBox> reaches;
+        std::vector<bool> partnered(free.size(), false);
+        reaches.reserve(free.size());
+        for (std::size_t i : free) reaches.push_back(ReachOf(profiles_[i]).value_or(SegmentBox::Empty()));
+        for (const auto& [a, b] : BoxesThatMeet(reaches)) partnered[a] = partnered[b] = true;
+        return partnered;
+    }
+
+    void Produce(const Item& item) {
+        switch (item.kind) {
+            case Item::Alone: return ProduceGroup({item.index});
+            case Item::Group: return ProduceGroup(groups_[item.index]);
+            case Item::Section: return ProduceSection(sections_[item.index]);
+            case Item::Overlap:
+                pending_.emplace(item.key, Rejection(profiles_[item.key], "overlaps " + profiles_[item.index].name +
+                                                                              " (their interiors cross)"));
+                return;
+            case Item::Rejected: pending_.emplace(item.key, Rejection(profiles_[item.key], errors_[item.index])); return;
+        }
+    }
+
+    // Outlines that form one section whatever their arrangement, built now: each that cannot be
+    // built is rejected at its own position, the rest are the section.
+    void ProduceGroup(const std::vector<std::size_t>& members) {
+        std::vector<std::size_t> built;
+        for (std::size_t i : members) {
+            BuiltLoop b = BuildLoop(profiles_[i]);
+            if (!b.loop) {
+                pending_.emplace(i, Rejection(profiles_[i], std::move(b.error)));
+                continue;
+            }
+            loops_[i] = std::move(b.loop);
+            built.push_back(i);
+        }
+        if (!built.empty()) ProduceSection(built);
+    }
+
+    // A section of built loops, which are let go once it is analysed.
+    void ProduceSection(const std::vector<std::size_t>& positions) {
+        std::vector<const DrawnProfile*> outlines;
+        std::vector<std::shared_ptr<Loop7>> loops;
+        for (std::size_t i : positions) {
+            outlines.push_back(&profiles_[i]);
+            loops.push_back(std::move(loops_[i]));
+        }
+        pending_.emplace(positions.front(), AnalyseSection(outlines, loops, units_));
+    }
+
+    const std::vector<DrawnProfile>& profiles_;
+    const Units& units_;
+    std::vector<std::shared_ptr<Loop7>> loops_;  // built and waiting, by position
+    std::vector<Item> items_;
+    std::vector<std::vector<std::size_t>> groups_, sections_;
+    std::vector<std::string> errors_;
+    std::map<std::size_t, ProfileOutcome> pending_;
+};
+
+}  // namespace
+
+void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units, bool eachLoop,
+                     SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit) {
+    InFileOrder(profiles, units, eachLoop, skipped).Emit(emit);
+}
+
+std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop, SkipList* skipped) {
     std::vector<ProfileOutcome> outcomes;
-    for (auto& [at, outcome] : filed) outcomes.push_back(std::move(outcome));
+    AnalyseProfiles(profiles, units, eachLoop, skipped, [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); });
     return outcomes;
 }
 

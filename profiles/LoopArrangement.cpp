@@ -25,8 +25,9 @@ Box Grown(const SegmentBox& b, double margin) {
     return {{b.xmin - margin, b.ymin - margin}, {b.xmax + margin, b.ymax + margin}};
 }
 
-// Every pair (i < j) of loops whose boxes meet.
-std::vector<LoopArrangement::Pair> CandidatePairs(const std::vector<SegmentBox>& boxes) {
+}  // namespace
+
+std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const SegmentBox> boxes) {
     std::vector<Entry> entries;
     entries.reserve(boxes.size());
     for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -34,7 +35,8 @@ std::vector<LoopArrangement::Pair> CandidatePairs(const std::vector<SegmentBox>&
     }
     // Bulk loading (sort-tile-recursive packing) builds the tree in n log n with well-filled nodes.
     const bgi::rtree<Entry, bgi::rstar<16>> tree(entries.begin(), entries.end());
-    std::vector<LoopArrangement::Pair> pairs;
+    std::vector<std::pair<std::size_t, std::size_t>> pairs;
+    if (entries.size() < 2) return pairs;
     for (const Entry& e : entries) {
         const std::size_t i = e.second;
         tree.query(bgi::intersects(Grown(boxes[i], 2 * LoopDLine::kOnLineTolerance)),
@@ -46,13 +48,11 @@ std::vector<LoopArrangement::Pair> CandidatePairs(const std::vector<SegmentBox>&
     return pairs;
 }
 
-}  // namespace
-
 LoopArrangement::LoopArrangement(std::span<const std::shared_ptr<Loop7>> loops) : count_(loops.size()) {
     std::vector<SegmentBox> boxes;
     boxes.reserve(loops.size());
     for (const auto& loop : loops) boxes.push_back(BoxOf(*loop));
-    for (const auto& [i, j] : CandidatePairs(boxes)) {
+    for (const auto& [i, j] : BoxesThatMeet(boxes)) {
         bool meet = false;
         switch (PlaceLoops(*loops[i], *loops[j], &meet)) {
             case Placement::Overlap: overlaps_.emplace_back(i, j); break;

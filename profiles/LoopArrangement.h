@@ -40,4 +40,8 @@ private:
     std::vector<Pair> inside_;  // (child, parent), in order of child, then parent
 };
 
+// Every pair (i < j) of boxes that meet (BoxesMeet), found through an R-tree of the boxes (bulk
+// loaded, so n log n with well-filled nodes); an empty box meets nothing.
+std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const SegmentBox> boxes);
+
 }  // namespace tgp
