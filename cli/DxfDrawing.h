@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
@@ -63,9 +64,10 @@ struct DxfOther {
     auto operator<=>(const DxfOther&) const = default;
 };
 
-// Model space, or the contents of one block definition.
+// Model space, or the contents of one block definition. Shapes are kept in a deque: a drawing of
+// many outlines grows it without copying what it holds.
 struct DxfSpace {
-    std::vector<DxfShape> shapes;
+    std::deque<DxfShape> shapes;
     std::vector<DxfInsert> inserts;
     std::map<DxfOther, std::size_t> others;  // counted by type, layer and space
 };

@@ -53,8 +53,10 @@ struct Context {
 
 class Resolver {
 public:
-    Resolver(const DxfDrawing& drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
-        : drawing_(drawing), options_(options), scale_(scale), skipped_(skipped) {}
+    // The drawing is the resolver's: the shapes of the space read at the top (model space, or a
+    // layout) are used once, and their vertex lists move into the outlines instead of being copied.
+    Resolver(DxfDrawing drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
+        : drawing_(std::move(drawing)), options_(options), scale_(scale), skipped_(skipped) {}
 
     // The space to read: model space, or a layout's (the active one's entities are in the ENTITIES
     // section marked as paper space, the others' in blocks of their own).
@@ -63,7 +65,7 @@ public:
         if (!options_.layout || UpperCase(*options_.layout) == "MODEL") {
             Space(drawing_.model, world);
         } else {
-            const DxfBlock* block = LayoutBlock(source);
+            DxfBlock* block = LayoutBlock(source);
             if (!block || UpperCase(block->name) == "*PAPER_SPACE") {
                 paper_ = Paper::Only;
                 Space(drawing_.model, world);
@@ -83,14 +85,14 @@ public:
 private:
     // The block that holds the entities of the named layout; nothing for the active paper space of a
     // drawing that lists no layouts (release 12) when it has paper-space entities.
-    const DxfBlock* LayoutBlock(const std::string& source) const {
+    DxfBlock* LayoutBlock(const std::string& source) {
         std::string names = "Model";
         for (const DxfLayout& layout : drawing_.layouts) {
             if (UpperCase(layout.name) != UpperCase(*options_.layout)) {
                 if (UpperCase(layout.name) != "MODEL") names += ", " + layout.name;
                 continue;
             }
-            for (const auto& [key, block] : drawing_.blocks) {
+            for (auto& [key, block] : drawing_.blocks) {
                 if (!layout.blockRecord.empty() && block.blockRecord == layout.blockRecord) return &block;
             }
             return nullptr;
@@ -98,8 +100,18 @@ private:
         throw ProfileFileError(source + ": there is no layout '" + *options_.layout + "' (the layouts: " + names + ")");
     }
 
-    void Space(const DxfSpace& space, const Context& context) {
-        for (const DxfShape& shape : space.shapes) Shape(shape, context);
+    void Space(DxfSpace& space, const Context& context) {
+        // Outside blocks (which may be inserted again) each shape is read once: it is taken out of
+        // the drawing as it is read, so that the drawing shrinks while the outlines grow.
+        if (context.blocks.empty()) {
+            profiles_.reserve(profiles_.size() + space.shapes.size());
+            while (!space.shapes.empty()) {
+                DxfShape shape = std::move(space.shapes.front());
+                space.shapes.pop_front();
+                Shape(shape, context, true);
+            }
+        }
+        for (DxfShape& shape : space.shapes) Shape(shape, context, false);
         for (const DxfInsert& insert : space.inserts) Insert(insert, context);
         for (const auto& [other, count] : space.others) {
             const std::string layer = LayerOf(other.layer, context);
@@ -133,12 +145,13 @@ private:
     }
     std::string ExcludedSpace() const { return paper_ == Paper::Only ? " in model space" : " in paper space"; }
 
-    void Shape(const DxfShape& shape, const Context& context) {
+    // With `last`, the shape is not read again and gives its vertex lists up.
+    void Shape(DxfShape& shape, const Context& context, bool last) {
         if (Excluded(shape.paperSpace)) return Skip(shape.type + ExcludedSpace());
         const std::string layer = LayerOf(shape.layer, context);
         if (!Wanted(layer)) return Skip(shape.type + " on other layers");
         if (!shape.pieces.empty()) return Boundary(shape, context, layer);
-        DrawnProfile p = Placed(shape, shape.extrusion, context, layer);
+        DrawnProfile p = Placed(shape, shape.extrusion, context, layer, last);
         if (shape.edge && p.problem.empty()) {
             if (std::optional<DrawnEdge> edge = EdgeOf(shape, layer, p)) {
                 edges_.push_back(std::move(*edge));
@@ -152,7 +165,8 @@ private:
 
     // A shape in world coordinates through its plane's coordinate system and the block references
     // around it, named after its entity.
-    DrawnProfile Placed(const DxfShape& shape, const Direction& extrusion, const Context& context, const std::string& layer) {
+    DrawnProfile Placed(DxfShape& shape, const Direction& extrusion, const Context& context, const std::string& layer,
+                        bool last = false) {
         DrawnProfile p;
         p.type = shape.type;
         p.handle = shape.handle;
@@ -174,7 +188,7 @@ private:
         if (curve && p.problem.empty()) {
             FollowCurve(curve->Mapped(map.a, map.b, map.c, map.d, map.e, map.f), shape.edge, p);
         } else {
-            Place(shape, map, p);
+            Place(shape, map, p, last);
         }
         if (!p.closed && p.VertexCount() > 2) {
             const auto& xy = p.xy;
@@ -199,14 +213,14 @@ private:
     }
 
     // A hatch boundary of edges: the edges placed, then chained into the boundary's outline.
-    void Boundary(const DxfShape& path, const Context& context, const std::string& layer) {
+    void Boundary(DxfShape& path, const Context& context, const std::string& layer) {
         std::vector<DrawnEdge> pieces;
         DxfShape name;
         name.type = path.type;
         name.handle = path.handle;
         name.boundary = path.boundary;
         DrawnProfile named = Placed(name, path.extrusion, context, layer);
-        for (const DxfShape& piece : path.pieces) {
+        for (DxfShape& piece : path.pieces) {
             DrawnProfile p = Placed(piece, path.extrusion, context, layer);
             std::optional<DrawnEdge> edge = p.problem.empty() ? EdgeOf(piece, layer, p) : std::nullopt;
             if (!edge) {
@@ -230,17 +244,19 @@ private:
         }
     }
 
-    // The vertices and bulges in world coordinates; a mirror reverses every arc's sense.
-    static void Place(const DxfShape& shape, const Affine& map, DrawnProfile& p) {
+    // The vertices and bulges in world coordinates; a mirror reverses every arc's sense. With
+    // `last` the shape's own lists are mapped in place and handed over.
+    static void Place(DxfShape& shape, const Affine& map, DrawnProfile& p, bool last) {
         const double flip = map.Determinant() < 0 ? -1 : 1;
-        p.xy.reserve(shape.xy.size());
-        for (std::size_t i = 0; i + 1 < shape.xy.size(); i += 2) {
-            const double x = shape.xy[i], y = shape.xy[i + 1];
-            p.xy.push_back(map.a * x + map.b * y + map.e);
-            p.xy.push_back(map.c * x + map.d * y + map.f);
+        p.xy = last ? std::move(shape.xy) : shape.xy;
+        p.bulges = last ? std::move(shape.bulges) : shape.bulges;
+        if (p.xy.size() % 2 != 0) p.xy.pop_back();  // an x without its y
+        for (std::size_t i = 0; i + 1 < p.xy.size(); i += 2) {
+            const double x = p.xy[i], y = p.xy[i + 1];
+            p.xy[i] = map.a * x + map.b * y + map.e;
+            p.xy[i + 1] = map.c * x + map.d * y + map.f;
         }
-        p.bulges.reserve(shape.bulges.size());
-        for (double bulge : shape.bulges) p.bulges.push_back(flip * bulge);
+        for (double& bulge : p.bulges) bulge *= flip;
     }
 
     // An elliptic shape in world coordinates: arcs through the ellipse's points (a piece for
@@ -280,7 +296,7 @@ private:
         if (context.blocks.size() >= kDeepestNesting) return refuse("nests block references more than 32 deep");
         const std::optional<Affine> ocs = FromOcs(insert.extrusion);
         if (!ocs) return refuse("lies in a plane that is not parallel to XY");
-        const DxfBlock& block = found->second;
+        DxfBlock& block = found->second;
         const int columns = std::max(insert.columns, 1), rows = std::max(insert.rows, 1);
         const long long copies = static_cast<long long>(columns) * rows;
         if (copies > kMostCopies) return refuse("asks for more than 100000 copies of its block");
@@ -305,7 +321,7 @@ private:
     static constexpr long long kMostCopies = 100000;
     static constexpr long long kMostPlacedCopies = 1000000;
 
-    const DxfDrawing& drawing_;
+    DxfDrawing drawing_;
     const DxfReadOptions& options_;
     double scale_;
     DxfSkips* skipped_;
@@ -374,10 +390,10 @@ std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfRead
 
 std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source, const DxfReadOptions& options,
                                       DxfSkips* skipped) {
-    const DxfDrawing drawing = ParseDxf(contents, source);
+    DxfDrawing drawing = ParseDxf(contents, source);
     double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
     if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
-    return Resolver(drawing, options, scale, skipped).Run(source);
+    return Resolver(std::move(drawing), options, scale, skipped).Run(source);
 }
 
 }  // namespace tgp::cli

@@ -1,8 +1,16 @@
 #include "cli/SectionCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <filesystem>
+#include <mutex>
+#include <thread>
 #include <cctype>
 #include <string>
 #include <vector>
@@ -73,8 +81,11 @@ struct Options {
     std::string layout;
     int digits = 6;
     bool json = false;
+    bool csv = false;
     bool eachLoop = false;
     bool quiet = false;
+    bool recursive = false;
+    unsigned jobs = 0;  // 0: one a core
     DxfReadOptions dxf;  // from the two options above
 };
 
@@ -94,7 +105,9 @@ std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o
 }
 
 void Declare(CLI::App& app, Options& o) {
-    app.add_option("files", o.files, "DXF drawings (.dxf) or text profiles (one 'x y [bulge]' vertex a line)")
+    app.add_option("files", o.files,
+                   "DXF drawings (.dxf), text profiles (one 'x y [bulge]' vertex a line), or folders of them (every .dxf and "
+                   ".txt inside, sorted)")
         ->required();
     app.add_option("-u,--units,--length", o.length, "length unit of the results: mm, cm, dm, m, in or ft")
         ->capture_default_str();
@@ -107,12 +120,191 @@ void Declare(CLI::App& app, Options& o) {
     app.add_option("--layout", o.layout, "read this paper-space layout of a drawing instead of its model space");
     app.add_flag("--each-loop", o.eachLoop, "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
+    app.add_flag("--csv", o.csv, "print CSV instead of the table: a header row with the units, then a row per section");
+    app.add_flag("-r,--recursive", o.recursive, "read the folders named among the files with their subfolders");
+    app.add_option("-j,--jobs", o.jobs, "files computed at once (default: one a core)");
     app.add_flag("-q,--quiet", o.quiet, "do not list what each drawing held that made no outline");
 }
 
+// The files named, a folder standing for every .dxf and .txt file inside it (and in its subfolders
+// with `recursive`), sorted by path.
+std::vector<std::string> ExpandFolders(const std::vector<std::string>& names, bool recursive) {
+    namespace fs = std::filesystem;
+    std::vector<std::string> files;
+    for (const std::string& name : names) {
+        std::error_code error;
+        if (!fs::is_directory(name, error)) {
+            files.push_back(name);
+            continue;
+        }
+        std::vector<std::string> inside;
+        auto take = [&](const fs::directory_entry& entry) {
+            const std::string extension = Lower(entry.path().extension().string());
+            if ((extension == ".dxf" || extension == ".txt") && entry.is_regular_file(error)) inside.push_back(entry.path().string());
+        };
+        if (recursive) {
+            for (const auto& entry : fs::recursive_directory_iterator(name, fs::directory_options::skip_permission_denied, error)) take(entry);
+        } else {
+            for (const auto& entry : fs::directory_iterator(name, error)) take(entry);
+        }
+        std::sort(inside.begin(), inside.end());
+        files.insert(files.end(), inside.begin(), inside.end());
+    }
+    return files;
+}
+
+// One file's report as its worker makes it, taken by the printer a piece at a time.
+struct FileReport {
+    std::deque<std::string> entries;     // formatted sections not yet printed
+    std::vector<std::string> rejected;   // "name reason" of each rejected section
+    std::string failure, skips;          // the file could not be read; what it held that made no outline
+    std::size_t outlines = 0, done = 0;  // outlines read, and sections (or rejections) reported so far
+    bool finished = false;
+};
+
+// Files computed on several threads and printed in the order they were named, each section as soon
+// as the files before it are printed (a large file is not held whole).
+class SectionRun {
+public:
+    SectionRun(const Options& o, const ReportUnits& units, std::vector<std::string> files)
+        : o_(o), units_(units), kind_(o.csv ? ReportKind::Csv : o.json ? ReportKind::Json : ReportKind::Table),
+          files_(std::move(files)), reports_(files_.size()) {
+        for (const std::string& file : files_) {
+            std::error_code error;
+            const auto size = std::filesystem::file_size(file, error);
+            sizes_.push_back(error ? 0 : static_cast<double>(size));
+            totalSize_ += sizes_.back();
+        }
+    }
+
+    int Run(std::ostream& out, std::ostream& err, double progressAfterSeconds) {
+        const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
+        const std::size_t workers = std::min<std::size_t>(o_.jobs ? o_.jobs : cores, files_.size());
+        std::vector<std::thread> threads;
+        for (std::size_t w = 0; w < workers; ++w) threads.emplace_back([this] { Work(); });
+        const int status = Print(out, err, progressAfterSeconds);
+        for (std::thread& t : threads) t.join();
+        return status;
+    }
+
+private:
+    void Work() {
+        for (std::size_t i = next_++; i < files_.size(); i = next_++) Compute(i);
+    }
+
+    void Compute(std::size_t i) {
+        const std::string& file = files_[i];
+        try {
+            DxfSkips skipped;
+            const std::vector<DrawnProfile> profiles = ReadProfiles(file, o_, skipped);
+            Update(i, [&](FileReport& r) { r.outlines = profiles.size(); });
+            AnalyseProfiles(profiles, units_.setting, o_.eachLoop, &skipped, [&](ProfileOutcome&& outcome) {
+                outcome.name = file + ": " + outcome.name;
+                outcome.file = file;
+                std::string entry = ReportEntry(kind_, outcome, units_, true);
+                Update(i, [&](FileReport& r) {
+                    r.entries.push_back(std::move(entry));
+                    if (!outcome.values) r.rejected.push_back(outcome.name + " " + outcome.error);
+                    ++r.done;
+                });
+            });
+            if (!o_.quiet && !skipped.empty()) Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
+        } catch (const ProfileFileError& e) {
+            Update(i, [&](FileReport& r) { r.failure = e.what(); });
+        }
+        Update(i, [](FileReport& r) { r.finished = true; });
+    }
+
+    template <class Change>
+    void Update(std::size_t i, Change change) {
+        {
+            const std::lock_guard lock(mutex_);
+            change(reports_[i]);
+        }
+        ready_.notify_one();
+    }
+
+    int Print(std::ostream& out, std::ostream& err, double progressAfterSeconds) {
+        const auto start = std::chrono::steady_clock::now();
+        bool unreadable = false, any = false, progressShown = false;
+        std::vector<std::string> rejected;
+        for (std::size_t i = 0; i < files_.size();) {
+            std::deque<std::string> entries;
+            bool finished = false;
+            FileReport report;
+            {
+                std::unique_lock lock(mutex_);
+                ready_.wait_for(lock, std::chrono::milliseconds(200),
+                                [&] { return !reports_[i].entries.empty() || reports_[i].finished; });
+                entries.swap(reports_[i].entries);
+                finished = reports_[i].finished;
+                if (finished) report = std::move(reports_[i]);
+            }
+            if (progressShown && (!entries.empty() || finished)) err << "\r\033[K" << std::flush;
+            for (std::string& entry : entries) {
+                if (!any) out << ReportStart(kind_, units_);
+                if (any && kind_ == ReportKind::Json) out << ',';
+                out << entry;
+                any = true;
+            }
+            const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            progressShown = progressAfterSeconds >= 0 && elapsed >= progressAfterSeconds && !finished;
+            if (progressShown) err << "\r" << ProgressLine(i, elapsed) << "\033[K" << std::flush;
+            if (!finished) continue;
+            outlinesBefore_ += report.done;
+            if (!report.failure.empty()) err << "tgp-section: " << report.failure << "\n";
+            unreadable = unreadable || !report.failure.empty();
+            if (!report.skips.empty()) err << "tgp-section: " << files_[i] << ": skipped " << report.skips << "\n";
+            rejected.insert(rejected.end(), report.rejected.begin(), report.rejected.end());
+            ++i;
+        }
+        if (!any) {
+            if (!unreadable) err << "tgp-section: no profiles found\n";
+            return 1;
+        }
+        out << ReportEnd(kind_) << std::flush;
+        for (const std::string& line : rejected) err << "tgp-section: " << line << "\n";
+        return unreadable ? 1 : rejected.empty() ? 0 : 2;
+    }
+
+    // "tgp-section: 3 of 10 files, 12345 outlines, 4560 outlines/s, about 2 s left": the share done
+    // is counted in bytes of the files, a file being read counting by its outlines reported.
+    std::string ProgressLine(std::size_t printing, double elapsed) {
+        std::size_t filesDone = printing, outlines = outlinesBefore_;
+        double bytesDone = 0;
+        {
+            const std::lock_guard lock(mutex_);
+            for (std::size_t i = printing; i < reports_.size(); ++i) {
+                const FileReport& r = reports_[i];
+                filesDone += r.finished && i > printing;
+                outlines += r.done;
+                bytesDone += r.finished ? sizes_[i] : r.outlines ? sizes_[i] * static_cast<double>(r.done) / static_cast<double>(r.outlines) : 0;
+            }
+        }
+        for (std::size_t i = 0; i < printing; ++i) bytesDone += sizes_[i];
+        const double share = totalSize_ > 0 ? bytesDone / totalSize_ : 0;
+        std::string line = fmt::format("tgp-section: {} of {} files, {} outlines, {:.0f} outlines/s", filesDone, files_.size(),
+                                       outlines, static_cast<double>(outlines) / std::max(elapsed, 1e-9));
+        if (share > 0.01) line += fmt::format(", about {:.0f} s left", elapsed * (1 - share) / share);
+        return line;
+    }
+
+    const Options& o_;
+    const ReportUnits& units_;
+    const ReportKind kind_;
+    const std::vector<std::string> files_;
+    std::vector<double> sizes_;
+    double totalSize_ = 0;
+    std::size_t outlinesBefore_ = 0;  // reported by the files printed
+    std::atomic<std::size_t> next_{0};
+    std::mutex mutex_;
+    std::condition_variable ready_;
+    std::vector<FileReport> reports_;
+};
+
 }  // namespace
 
-int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err, double progressAfterSeconds) {
     CLI::App app{"Section properties of closed profiles drawn as polylines, circles or vertex lists", "tgp-section"};
     Options o;
     Declare(app, o);
@@ -123,40 +315,12 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         if (!o.drawingUnits.empty()) o.dxf.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
         if (!o.layer.empty()) o.dxf.layer = o.layer;
         if (!o.layout.empty()) o.dxf.layout = o.layout;
+        if (o.json && o.csv) throw CLI::ValidationError("--csv", "choose one of --json and --csv");
     } catch (const CLI::ParseError& e) {
         return app.exit(e, out, err) == 0 ? 0 : 1;
     }
-
     // A file that cannot be read is reported and the others are still computed.
-    std::vector<ProfileOutcome> outcomes;
-    bool unreadable = false;
-    for (const std::string& file : o.files) {
-        try {
-            DxfSkips skipped;
-            const std::vector<DrawnProfile> profiles = ReadProfiles(file, o, skipped);
-            for (ProfileOutcome& outcome : AnalyseProfiles(profiles, units.setting, o.eachLoop, &skipped)) {
-                outcome.name = file + ": " + outcome.name;
-                outcome.file = file;
-                outcomes.push_back(std::move(outcome));
-            }
-            if (!o.quiet && !skipped.empty()) err << "tgp-section: " << file << ": skipped " << SkipSummary(skipped) << "\n";
-        } catch (const ProfileFileError& e) {
-            err << "tgp-section: " << e.what() << "\n";
-            unreadable = true;
-        }
-    }
-    if (outcomes.empty()) {
-        if (!unreadable) err << "tgp-section: no profiles found\n";
-        return 1;
-    }
-    out << (o.json ? FormatJson(outcomes, units) : FormatTable(outcomes, units));
-    bool rejected = false;
-    for (const ProfileOutcome& r : outcomes) {
-        if (r.values) continue;
-        rejected = true;
-        err << "tgp-section: " << r.name << " " << r.error << "\n";
-    }
-    return unreadable ? 1 : rejected ? 2 : 0;
+    return SectionRun(o, units, ExpandFolders(o.files, o.recursive)).Run(out, err, o.quiet ? -1 : progressAfterSeconds);
 }
 
 }  // namespace tgp::cli

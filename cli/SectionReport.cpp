@@ -79,50 +79,97 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
     return u;
 }
 
-std::string FormatTable(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
-    std::string out;
-    for (const ProfileOutcome& o : outcomes) {
-        if (!o.values) {
-            out += fmt::format("{}: rejected, {}\n\n", o.name, o.error);
-            continue;
-        }
-        out += fmt::format("{}\n", o.name);
-        for (const Row& row : kRows) {
-            out += fmt::format("  {:<24}{:>18}  {}\n", row.label,
-                               Significant((*o.values).*row.value, units.significantDigits), units.*row.unit);
-        }
-        out += "\n";
+namespace {
+
+std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
+    if (!o.values) return fmt::format("{}: rejected, {}\n\n", o.name, o.error);
+    std::string out = fmt::format("{}\n", o.name);
+    for (const Row& row : kRows) {
+        out += fmt::format("  {:<24}{:>18}  {}\n", row.label, Significant((*o.values).*row.value, units.significantDigits),
+                           units.*row.unit);
     }
-    return out;
+    return out + "\n";
+}
+
+std::string JsonEntry(const ProfileOutcome& o) {
+    std::string out = "    {\"name\": " + JsonString(o.name);
+    out += ", \"file\": " + JsonString(o.file);
+    if (!o.type.empty()) {
+        out += ", \"type\": " + JsonString(o.type) + ", \"handle\": " + JsonString(o.handle) + ", \"layer\": " + JsonString(o.layer);
+    }
+    out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
+    if (!o.values) return out + ", \"error\": " + JsonString(o.error) + "}";
+    for (const Row& row : kRows) out += fmt::format(", \"{}\": {}", row.key, FormatNumber((*o.values).*row.value));
+    return out + "}";
+}
+
+// A field as RFC 4180 writes it: quoted, with quotes doubled, when it holds a comma, a quote or a
+// line break.
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (char ch : text) out += ch == '"' ? std::string("\"\"") : std::string(1, ch);
+    return out + "\"";
+}
+
+std::string CsvEntry(const ProfileOutcome& o) {
+    std::string out = CsvField(o.name) + "," + CsvField(o.file) + "," + CsvField(o.type) + "," + CsvField(o.handle) + "," +
+                      CsvField(o.layer) + fmt::format(",{},{}", o.loops, o.holes);
+    for (const Row& row : kRows) {
+        out += ',';
+        if (o.values) out += FormatNumber((*o.values).*row.value);
+    }
+    return out + "," + CsvField(o.error) + "\r\n";
+}
+
+}  // namespace
+
+std::string ReportStart(ReportKind kind, const ReportUnits& units) {
+    switch (kind) {
+        case ReportKind::Table: return "";
+        case ReportKind::Json:
+            return fmt::format(
+                       "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, \"moment_of_inertia\": {}, "
+                       "\"angle\": {}}},\n",
+                       JsonString(units.length), JsonString(units.area), JsonString(units.modulus), JsonString(units.moment),
+                       JsonString(units.angle)) +
+                   "  \"profiles\": [";
+        case ReportKind::Csv: {
+            // A byte order mark, so that a spreadsheet reads the unit symbols (mm², °) as UTF-8.
+            std::string header = "\xEF\xBB\xBFname,file,type,handle,layer,loops,holes";
+            for (const Row& row : kRows) {
+                header += ',';
+                header += CsvField(fmt::format("{} ({})", row.key, units.*row.unit));
+            }
+            return header + ",error\r\n";
+        }
+    }
+    return "";
+}
+
+std::string ReportEntry(ReportKind kind, const ProfileOutcome& outcome, const ReportUnits& units, bool first) {
+    switch (kind) {
+        case ReportKind::Table: return TableEntry(outcome, units);
+        case ReportKind::Json: return (first ? "\n" : ",\n") + JsonEntry(outcome);
+        case ReportKind::Csv: return CsvEntry(outcome);
+    }
+    return "";
+}
+
+std::string ReportEnd(ReportKind kind) { return kind == ReportKind::Json ? "\n  ]\n}\n" : ""; }
+
+std::string FormatReport(ReportKind kind, const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
+    std::string out = ReportStart(kind, units);
+    for (std::size_t i = 0; i < outcomes.size(); ++i) out += ReportEntry(kind, outcomes[i], units, i == 0);
+    return out + ReportEnd(kind);
+}
+
+std::string FormatTable(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
+    return FormatReport(ReportKind::Table, outcomes, units);
 }
 
 std::string FormatJson(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
-    std::string out = fmt::format(
-        "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, \"moment_of_inertia\": {}, "
-        "\"angle\": {}}},\n",
-        JsonString(units.length), JsonString(units.area), JsonString(units.modulus), JsonString(units.moment),
-        JsonString(units.angle));
-    out += "  \"profiles\": [";
-    const char* separator = "\n";
-    for (const ProfileOutcome& o : outcomes) {
-        out += separator;
-        separator = ",\n";
-        out += "    {\"name\": " + JsonString(o.name);
-        out += ", \"file\": " + JsonString(o.file);
-        if (!o.type.empty()) {
-            out += ", \"type\": " + JsonString(o.type) + ", \"handle\": " + JsonString(o.handle) +
-                   ", \"layer\": " + JsonString(o.layer);
-        }
-        out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
-        if (!o.values) {
-            out += ", \"error\": " + JsonString(o.error) + "}";
-            continue;
-        }
-        for (const Row& row : kRows) out += fmt::format(", \"{}\": {}", row.key, FormatNumber((*o.values).*row.value));
-        out += "}";
-    }
-    out += "\n  ]\n}\n";
-    return out;
+    return FormatReport(ReportKind::Json, outcomes, units);
 }
 
 }  // namespace tgp::cli
