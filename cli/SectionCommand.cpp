@@ -155,8 +155,7 @@ std::vector<std::string> ExpandFolders(const std::vector<std::string>& names, bo
 
 // One file's report as its worker makes it, taken by the printer a piece at a time.
 struct FileReport {
-    std::deque<std::string> entries;     // formatted sections not yet printed
-    std::vector<std::string> rejected;   // "name reason" of each rejected section
+    std::deque<std::vector<ProfileOutcome>> batches;  // sections not yet printed
     std::string failure, skips;          // the file could not be read; what it held that made no outline
     std::size_t outlines = 0, done = 0;  // outlines read, and sections (or rejections) reported so far
     bool finished = false;
@@ -166,6 +165,11 @@ struct FileReport {
 // as the files before it are printed (a large file is not held whole).
 class SectionRun {
 public:
+    // Sections go to the printer in batches (handing over each one would cost more in waking
+    // threads than computing it), and a file holds at most so many batches that wait: a worker
+    // that is ahead of the printer waits for it rather than filling the memory.
+    static constexpr std::size_t kBatch = 256, kMostWaiting = 64;
+
     SectionRun(const Options& o, const ReportUnits& units, std::vector<std::string> files)
         : o_(o), units_(units), kind_(o.csv ? ReportKind::Csv : o.json ? ReportKind::Json : ReportKind::Table),
           files_(std::move(files)), reports_(files_.size()) {
@@ -198,16 +202,23 @@ private:
             DxfSkips skipped;
             const std::vector<DrawnProfile> profiles = ReadProfiles(file, o_, skipped);
             Update(i, [&](FileReport& r) { r.outlines = profiles.size(); });
+            std::vector<ProfileOutcome> batch;
+            const auto handOver = [&] {
+                std::unique_lock lock(mutex_);
+                room_.wait(lock, [&] { return reports_[i].batches.size() < kMostWaiting; });
+                reports_[i].done += batch.size();
+                reports_[i].batches.push_back(std::move(batch));
+                lock.unlock();
+                ready_.notify_one();
+                batch.clear();
+            };
             AnalyseProfiles(profiles, units_.setting, o_.eachLoop, &skipped, [&](ProfileOutcome&& outcome) {
                 outcome.name = file + ": " + outcome.name;
                 outcome.file = file;
-                std::string entry = ReportEntry(kind_, outcome, units_, true);
-                Update(i, [&](FileReport& r) {
-                    r.entries.push_back(std::move(entry));
-                    if (!outcome.values) r.rejected.push_back(outcome.name + " " + outcome.error);
-                    ++r.done;
-                });
+                batch.push_back(std::move(outcome));
+                if (batch.size() >= kBatch) handOver();
             });
+            if (!batch.empty()) handOver();
             if (!o_.quiet && !skipped.empty()) Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
         } catch (const ProfileFileError& e) {
             Update(i, [&](FileReport& r) { r.failure = e.what(); });
@@ -229,23 +240,27 @@ private:
         bool unreadable = false, any = false, progressShown = false;
         std::vector<std::string> rejected;
         for (std::size_t i = 0; i < files_.size();) {
-            std::deque<std::string> entries;
+            std::deque<std::vector<ProfileOutcome>> batches;
             bool finished = false;
             FileReport report;
             {
                 std::unique_lock lock(mutex_);
                 ready_.wait_for(lock, std::chrono::milliseconds(200),
-                                [&] { return !reports_[i].entries.empty() || reports_[i].finished; });
-                entries.swap(reports_[i].entries);
+                                [&] { return !reports_[i].batches.empty() || reports_[i].finished; });
+                batches.swap(reports_[i].batches);
                 finished = reports_[i].finished;
                 if (finished) report = std::move(reports_[i]);
             }
-            if (progressShown && (!entries.empty() || finished)) err << "\r\033[K" << std::flush;
-            for (std::string& entry : entries) {
-                if (!any) out << ReportStart(kind_, units_);
-                if (any && kind_ == ReportKind::Json) out << ',';
-                out << entry;
-                any = true;
+            room_.notify_all();
+            if (progressShown && (!batches.empty() || finished)) err << "\r\033[K" << std::flush;
+            // The sections are formatted here, on the printer's thread, while the workers compute.
+            for (const std::vector<ProfileOutcome>& batch : batches) {
+                for (const ProfileOutcome& outcome : batch) {
+                    if (!any) out << ReportStart(kind_, units_);
+                    out << ReportEntry(kind_, outcome, units_, !any);
+                    if (!outcome.values) rejected.push_back(outcome.name + " " + outcome.error);
+                    any = true;
+                }
             }
             const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
             progressShown = progressAfterSeconds >= 0 && elapsed >= progressAfterSeconds && !finished;
@@ -255,7 +270,6 @@ private:
             if (!report.failure.empty()) err << "tgp-section: " << report.failure << "\n";
             unreadable = unreadable || !report.failure.empty();
             if (!report.skips.empty()) err << "tgp-section: " << files_[i] << ": skipped " << report.skips << "\n";
-            rejected.insert(rejected.end(), report.rejected.begin(), report.rejected.end());
             ++i;
         }
         if (!any) {
@@ -298,7 +312,7 @@ private:
     std::size_t outlinesBefore_ = 0;  // reported by the files printed
     std::atomic<std::size_t> next_{0};
     std::mutex mutex_;
-    std::condition_variable ready_;
+    std::condition_variable ready_, room_;
     std::vector<FileReport> reports_;
 };
 

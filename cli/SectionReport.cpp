@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstring>
 
 #include "units/NumberText.h"
 #include "units/UnitSymbols.h"
@@ -81,14 +82,29 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
 
 namespace {
 
+// A row: the label left-aligned in 24 columns, the number right-aligned in 18, then the unit. Put
+// together by hand: a report of 10^5 sections writes 2.4 million rows.
+void AppendRow(std::string& out, const char* label, const std::string& number, const std::string& unit) {
+    const std::size_t labelLength = std::strlen(label);
+    out += "  ";
+    out += label;
+    if (labelLength < 24) out.append(24 - labelLength, ' ');
+    if (number.size() < 18) out.append(18 - number.size(), ' ');
+    out += number;
+    out += "  ";
+    out += unit;
+    out += '\n';
+}
+
 std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
     if (!o.values) return fmt::format("{}: rejected, {}\n\n", o.name, o.error);
-    std::string out = fmt::format("{}\n", o.name);
-    for (const Row& row : kRows) {
-        out += fmt::format("  {:<24}{:>18}  {}\n", row.label, Significant((*o.values).*row.value, units.significantDigits),
-                           units.*row.unit);
-    }
-    return out + "\n";
+    std::string out;
+    out.reserve(1536);
+    out += o.name;
+    out += '\n';
+    for (const Row& row : kRows) AppendRow(out, row.label, Significant((*o.values).*row.value, units.significantDigits), units.*row.unit);
+    out += '\n';
+    return out;
 }
 
 std::string JsonEntry(const ProfileOutcome& o) {
@@ -99,7 +115,12 @@ std::string JsonEntry(const ProfileOutcome& o) {
     }
     out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
     if (!o.values) return out + ", \"error\": " + JsonString(o.error) + "}";
-    for (const Row& row : kRows) out += fmt::format(", \"{}\": {}", row.key, FormatNumber((*o.values).*row.value));
+    for (const Row& row : kRows) {
+        out += ", \"";
+        out += row.key;
+        out += "\": ";
+        out += FormatNumber((*o.values).*row.value);
+    }
     return out + "}";
 }
 

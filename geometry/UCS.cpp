@@ -67,6 +67,8 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
 }
 
 std::pair<Point, Point> UCS::UnitAxes(const Point& newUx, const Point& newUy) {
+    // The world axes are their own unit vectors, bit for bit: most blocks have them.
+    if (newUx == Point{1, 0, 0} && newUy == Point{0, 1, 0}) return {newUx, newUy};
     Point ux = ToAxis(Vector::UnitVec(newUx)), uy = ToAxis(Vector::UnitVec(newUy));
     const Point normal = Vector::vxv(ux, uy);
     if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");

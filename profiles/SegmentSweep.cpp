@@ -302,11 +302,38 @@ bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing, s
     return SweepNeighbours(segments, [&](std::uint32_t i, std::uint32_t j) { return crossing(i, j, first, true); });
 }
 
+// Up to this many segments the pairs are fewer than the sweep's setting up costs.
+constexpr std::size_t kFewSegments = 8;
+
+// A loop of a few segments: the pairs the box sweep would test (boxes that meet, from different
+// chains), without building the chains.
+bool FewSegmentsCross(std::span<const LoopDLine> segments, CrossingTest& crossing,
+                      const std::function<void(const LoopDLine&)>& visit) {
+    SegmentBox boxes[kFewSegments];
+    int chain[kFewSegments];
+    int direction = 0;
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        if (visit) visit(segments[i]);
+        boxes[i] = segments[i].BoundingBox();
+        const int d = XDirection(segments[i], boxes[i]);
+        chain[i] = i > 0 && d != 0 && d == direction ? chain[i - 1] : static_cast<int>(i);
+        direction = d;
+    }
+    bool any = false;
+    for (std::uint32_t i = 0; i < segments.size() && !any; ++i) {
+        for (std::uint32_t j = i + 1; j < segments.size() && !any; ++j) {
+            any = chain[i] != chain[j] && BoxesMeet(boxes[i], boxes[j]) && crossing(i, j, nullptr, true);
+        }
+    }
+    return any;
+}
+
 }  // namespace
 
 bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
                            const std::function<void(const LoopDLine&)>& visit) {
     CrossingTest crossing(segments, closed);
+    if (!Points && segments.size() <= kFewSegments) return FewSegmentsCross(segments, crossing, visit);
     const std::size_t before = Points ? Points->size() : 0;
     const auto outcome = SweepBoxes(segments, crossing, Points, false, BoxBudget(segments.size()), visit);
     if (outcome != ChainSet::Outcome::OverBudget) return outcome == ChainSet::Outcome::Stopped;
