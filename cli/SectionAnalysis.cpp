@@ -109,12 +109,13 @@ std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
 
 // The section's composite block: its loops' blocks (or their exact ones), material positive and
 // holes negative, joined in order.
-std::shared_ptr<InertiaBlock> CompositeOf(Loop7s& section, const std::vector<std::shared_ptr<InertiaBlock>>& exact) {
+std::shared_ptr<InertiaBlock> CompositeOf(const std::vector<std::shared_ptr<Loop7>>& loops, const std::vector<bool>& holes,
+                                          const std::vector<std::shared_ptr<InertiaBlock>>& exact) {
     std::shared_ptr<InertiaBlock> composite;
-    for (std::size_t i = 1; i <= section.Count(); ++i) {
-        const auto& own = exact[i - 1];
-        auto block = (own ? own : section.Item(i)->InertiaBlock())->Copy();
-        if ((block->Area()->Millimetres() < 0) != section.IsHole(i)) block->Inverse();
+    for (std::size_t i = 0; i < loops.size(); ++i) {
+        const auto& own = exact[i];
+        auto block = (own ? own : loops[i]->InertiaBlock())->Copy();
+        if ((block->Area()->Millimetres() < 0) != holes[i]) block->Inverse();
         if (composite) composite->Join(*block);
         else composite = std::move(block);
     }
@@ -122,12 +123,12 @@ std::shared_ptr<InertiaBlock> CompositeOf(Loop7s& section, const std::vector<std
 }
 
 // The box around outlines that follow elliptic arcs: the arcs' own extremes, not their stand-ins'.
-SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, Loop7s& section) {
+SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<Loop7>>& loops) {
     SegmentBox box = SegmentBox::Empty();
     for (std::size_t i = 0; i < members.size(); ++i) {
         const DrawnProfile& p = *members[i];
         if (p.curves.empty()) {
-            for (const LoopDLine& segment : section.Item(i + 1)->Segments()) box.Include(segment.BoundingBox());
+            for (const LoopDLine& segment : loops[i]->Segments()) box.Include(segment.BoundingBox());
             continue;
         }
         for (const EllipticArc& arc : p.curves) box.Include(BoundingBox(arc));
@@ -138,9 +139,10 @@ SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, Loop7s& sectio
     return box;
 }
 
-SectionValues ValuesOf(Loop7s& section, const std::vector<const DrawnProfile*>& members,
-                       const std::vector<std::shared_ptr<InertiaBlock>>& exact, const Units& units) {
-    auto block = CompositeOf(section, exact);
+SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const std::vector<bool>& holes,
+                       const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<InertiaBlock>>& exact,
+                       const Units& units) {
+    auto block = CompositeOf(loops, holes, exact);
     const Point c = block->Centroid();
     SectionValues v{};
     v.area = In(block->Area(), units);
@@ -154,8 +156,8 @@ SectionValues ValuesOf(Loop7s& section, const std::vector<const DrawnProfile*>& 
     v.ry = In(block->RadiusOfGyrationY(), units);
     DropRoundingNoiseAndFindPrincipalAxes(v, units);
     const bool curved = std::any_of(members.begin(), members.end(), [](const DrawnProfile* p) { return !p->curves.empty(); });
-    const SegmentBox box = curved ? BoxOf(members, section) : SegmentBox{};
-    const SectionModuli m = ComputeModuli(section, block.get(), curved ? &box : nullptr);
+    const SegmentBox box = curved ? BoxOf(members, loops) : SegmentBox{};
+    const SectionModuli m = ComputeModuli(loops, holes, *block, curved ? &box : nullptr);
     v.top = LengthIn(m.top, units);
     v.bottom = LengthIn(m.bottom, units);
     v.left = LengthIn(m.left, units);
@@ -215,27 +217,41 @@ std::string Plural(std::size_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
 
-// One section of loops, named after its first outer outline; `members` are the outlines in file
-// order, with each loop at the same position.
-ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
-                              const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units) {
+// The depth of each loop of a section (loops around it), or the first two (from 1) that overlap.
+std::optional<std::pair<std::size_t, std::size_t>> DepthsOf(const std::vector<std::shared_ptr<Loop7>>& loops,
+                                                            std::vector<int>& depths) {
     auto section = Loop7s::Create();
     for (const auto& loop : loops) section->Add(loop);
+    if (const auto overlap = section->FirstOverlap()) return overlap;
+    for (std::size_t i = 1; i <= section->Count(); ++i) depths.push_back(section->Depth(i));
+    return std::nullopt;
+}
+
+// One section of loops, named after its first outer outline; `members` are the outlines in file
+// order, with each loop at the same position. `knownDepths`, when given, tells how the loops lie
+// (they do not overlap); otherwise they are arranged here.
+ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<Loop7>>& loops,
+                              const Units& units, const std::vector<int>* knownDepths = nullptr) {
     ProfileOutcome outcome;
     const DrawnProfile* outer = members.front();
     std::size_t parts = 0, holes = 0;
     try {
-        if (const auto overlap = section->FirstOverlap()) {
+        std::vector<int> depths;
+        const auto overlap = knownDepths ? std::nullopt : DepthsOf(loops, depths);
+        if (overlap) {
             outcome.error = "cannot be one section: " + members[overlap->first - 1]->name + " and " +
                             members[overlap->second - 1]->name + " overlap (their interiors cross)";
         } else {
-            for (std::size_t i = 1; i <= section->Count(); ++i) {
-                if (section->Depth(i) == 0 && parts++ == 0) outer = members[i - 1];
-                holes += section->IsHole(i);
+            if (knownDepths) depths = *knownDepths;
+            std::vector<bool> hole(loops.size());
+            for (std::size_t i = 0; i < loops.size(); ++i) {
+                if (depths[i] == 0 && parts++ == 0) outer = members[i];
+                hole[i] = depths[i] % 2 == 1;
+                holes += hole[i];
             }
             std::vector<std::shared_ptr<InertiaBlock>> exact;
             for (const DrawnProfile* member : members) exact.push_back(member->curves.empty() ? nullptr : ExactBlock(*member));
-            outcome.values = ValuesOf(*section, members, exact, units);
+            outcome.values = ValuesOf(loops, hole, members, exact, units);
         }
     } catch (const Error& e) {
         outcome.error = e.description();
@@ -267,7 +283,7 @@ bool SameRegion(Loop7& a, Loop7& b) {
 // is left out (both reported) until none does.
 std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
                                                          std::vector<std::pair<std::size_t, std::size_t>>& overlaps,
-                                                         std::vector<std::size_t>& repeats) {
+                                                         std::vector<std::size_t>& repeats, std::vector<int>& depths) {
     const LoopArrangement placed(loops);
     // Overlapping pairs in order, each while both loops are still in play: a repeat loses its
     // later copy, any other pair both loops.
@@ -286,7 +302,8 @@ std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::
     std::vector<double> size(loops.size());
     for (std::size_t i = 0; i < loops.size(); ++i) size[i] = loops[i]->AreaAbs();
     const auto parents = placed.Parents(size, kept);
-    const auto roots = LoopArrangement::Roots(parents, LoopArrangement::Depths(parents));
+    depths = LoopArrangement::Depths(parents);
+    const auto roots = LoopArrangement::Roots(parents, depths);
     std::vector<std::size_t> group(loops.size());
     std::iota(group.begin(), group.end(), 0);
     auto find = [&](std::size_t i) {
@@ -410,11 +427,15 @@ private:
         for (std::size_t k = 0; k < built.size(); ++k) loops_[built[k]] = loops[k];
         std::vector<std::pair<std::size_t, std::size_t>> overlaps;
         std::vector<std::size_t> repeats;
-        for (const auto& members : GroupByContainment(loops, overlaps, repeats)) {
-            std::vector<std::size_t> positions;
-            for (std::size_t m : members) positions.push_back(built[m]);
-            items_.push_back({positions.front(), Item::Section, sections_.size()});
-            sections_.push_back(std::move(positions));
+        std::vector<int> depths;
+        for (const auto& members : GroupByContainment(loops, overlaps, repeats, depths)) {
+            Section section;
+            for (std::size_t m : members) {
+                section.positions.push_back(built[m]);
+                section.depths.push_back(depths[m]);
+            }
+            items_.push_back({section.positions.front(), Item::Section, sections_.size()});
+            sections_.push_back(std::move(section));
         }
         for (std::size_t r : repeats) {
             const DrawnProfile& p = profiles_[built[r]];
@@ -443,7 +464,7 @@ private:
         switch (item.kind) {
             case Item::Alone: return ProduceGroup({item.index});
             case Item::Group: return ProduceGroup(groups_[item.index]);
-            case Item::Section: return ProduceSection(sections_[item.index]);
+            case Item::Section: return ProduceSection(sections_[item.index].positions, &sections_[item.index].depths);
             case Item::Overlap:
                 pending_.emplace(item.key, Rejection(profiles_[item.key], "overlaps " + profiles_[item.index].name +
                                                                               " (their interiors cross)"));
@@ -469,21 +490,26 @@ private:
     }
 
     // A section of built loops, which are let go once it is analysed.
-    void ProduceSection(const std::vector<std::size_t>& positions) {
+    void ProduceSection(const std::vector<std::size_t>& positions, const std::vector<int>* depths = nullptr) {
         std::vector<const DrawnProfile*> outlines;
         std::vector<std::shared_ptr<Loop7>> loops;
         for (std::size_t i : positions) {
             outlines.push_back(&profiles_[i]);
             loops.push_back(std::move(loops_[i]));
         }
-        pending_.emplace(positions.front(), AnalyseSection(outlines, loops, units_));
+        pending_.emplace(positions.front(), AnalyseSection(outlines, loops, units_, depths));
     }
 
     const std::vector<DrawnProfile>& profiles_;
     const Units& units_;
     std::vector<std::shared_ptr<Loop7>> loops_;  // built and waiting, by position
     std::vector<Item> items_;
-    std::vector<std::vector<std::size_t>> groups_, sections_;
+    struct Section {
+        std::vector<std::size_t> positions;
+        std::vector<int> depths;  // of each loop, from the grouping
+    };
+    std::vector<std::vector<std::size_t>> groups_;
+    std::vector<Section> sections_;
     std::vector<std::string> errors_;
     std::map<std::size_t, ProfileOutcome> pending_;
 };

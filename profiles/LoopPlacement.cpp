@@ -14,7 +14,7 @@ enum class Side { Inside, Outside, Mixed, OnBoundary };
 // Where the boundary of `a` lies relative to the region of `b`, and whether the boundaries meet.
 Side SideOf(const Loop7& a, const Loop7& b, bool& meet) {
     std::vector<PlanePoint> common;
-    FindIntersections(a.Segments(), b.Segments(), &common);
+    CommonPoints(a.Segments(), b.Segments(), &common);
     meet = !common.empty();
     bool inside = false, outside = false;
     auto probe = [&](const PlanePoint& p) {

@@ -145,14 +145,15 @@ Above AboveLine(std::span<const Piece> pieces, const Placement& placement, const
 }
 
 // The pieces of every loop, placed, into `pieces` (its memory reused from axis to axis).
-void FillPieces(Pieces& pieces, Loop7s& section, const Placement& placement) {
+void FillPieces(Pieces& pieces, std::span<const std::shared_ptr<Loop7>> loops, const std::vector<bool>& holes,
+                const Placement& placement) {
     pieces.clear();
     std::size_t count = 0;
-    for (std::size_t i = 1; i <= section.Count(); ++i) count += section.Item(i)->Count();
+    for (const auto& loop : loops) count += loop->Count();
     pieces.reserve(count);
-    for (std::size_t i = 1; i <= section.Count(); ++i) {
-        const Loop7& loop = *section.Item(i);
-        const double depthSign = section.IsHole(i) ? -1 : 1;
+    for (std::size_t i = 0; i < loops.size(); ++i) {
+        const Loop7& loop = *loops[i];
+        const double depthSign = holes[i] ? -1 : 1;
         const std::size_t first = pieces.size();
         double area = 0;
         for (const LoopDLine& original : loop.Segments()) {
@@ -221,13 +222,21 @@ void EqualAreaAxis(Pieces& pieces, const Placement& placement, double ymin, doub
 
 SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite, const SegmentBox* given) {
     auto block = composite ? composite->Copy() : section.InertiaBlock();
+    std::vector<bool> holes;
+    for (std::size_t i = 1; i <= section.Count(); ++i) holes.push_back(section.IsHole(i));
+    return ComputeModuli(section.Loops(), holes, *block, given);
+}
+
+SectionModuli ComputeModuli(std::span<const std::shared_ptr<Loop7>> loops, const std::vector<bool>& holes,
+                            const InertiaBlock& composite, const SegmentBox* given) {
+    const auto block = composite.Copy();
     const Point c = block->Centroid();
     const double area = block->Area()->Millimetres();
     const double ix = block->MomentOfInertiaX()->Millimetres(), iy = block->MomentOfInertiaY()->Millimetres();
     SegmentBox box = SegmentBox::Empty();
     if (given) box = *given;
     else {
-        for (const auto& loop : section.Loops()) {
+        for (const auto& loop : loops) {
             for (const LoopDLine& segment : loop->Segments()) box.Include(segment.BoundingBox());
         }
     }
@@ -244,10 +253,10 @@ SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite, cons
     double axis = 0;
     Pieces pieces;
     const Placement horizontal{centre, false}, vertical{centre, true};
-    FillPieces(pieces, section, horizontal);
+    FillPieces(pieces, loops, holes, horizontal);
     EqualAreaAxis(pieces, horizontal, -m.bottom, m.top, area, axis, m.zx);
     m.plasticAxisY = c[1] + axis;
-    FillPieces(pieces, section, vertical);
+    FillPieces(pieces, loops, holes, vertical);
     EqualAreaAxis(pieces, vertical, -m.left, m.right, area, axis, m.zy);
     m.plasticAxisX = c[0] + axis;
     return m;

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <span>
+#include <vector>
+
 #include "profiles/Loop7s.h"
 
 namespace tgp {
@@ -25,5 +29,8 @@ struct SectionModuli {
 // and moments from (one computed more exactly than from the loops' own segments).
 // `box`, when given, is the box around the section to take the extreme fibres from.
 SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite = nullptr, const SegmentBox* box = nullptr);
+// The same for loops whose holes are known (holes[i] for loops[i]), with the section's block.
+SectionModuli ComputeModuli(std::span<const std::shared_ptr<Loop7>> loops, const std::vector<bool>& holes,
+                            const InertiaBlock& composite, const SegmentBox* box = nullptr);
 
 }  // namespace tgp

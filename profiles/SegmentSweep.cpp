@@ -361,6 +361,7 @@ std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segme
 
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
                        std::vector<PlanePoint>* Points) {
+    if (!Points && first.size() <= kFewSegments && second.size() <= kFewSegments) return CommonPoints(first, second, nullptr);
     ChainSet chains;
     chains.AddLoop(first, 0);
     chains.AddLoop(second, 1);
@@ -372,6 +373,22 @@ bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLi
         any = true;
         return Points == nullptr;
     });
+    return any;
+}
+
+bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second, std::vector<PlanePoint>* Points) {
+    if (first.size() > kFewSegments || second.size() > kFewSegments) return FindIntersections(first, second, Points);
+    SegmentBox boxes[kFewSegments];
+    for (std::size_t j = 0; j < second.size(); ++j) boxes[j] = second[j].BoundingBox();
+    bool any = false;
+    for (const LoopDLine& p : first) {
+        const SegmentBox box = p.BoundingBox();
+        for (std::size_t j = 0; j < second.size(); ++j) {
+            if (!BoxesMeet(box, boxes[j]) || !p.IntersectWithDline(second[j], Points)) continue;
+            any = true;
+            if (!Points) return true;
+        }
+    }
     return any;
 }
 
