@@ -383,17 +383,29 @@ std::string SkipSummary(const DxfSkips& skipped) {
     return summary;
 }
 
+namespace {
+
+std::vector<DrawnProfile> Resolve(DxfDrawing drawing, const std::string& source, const DxfReadOptions& options,
+                                  DxfSkips* skipped) {
+    double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
+    if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
+    return Resolver(std::move(drawing), options, scale, skipped).Run(source);
+}
+
+}  // namespace
+
+// The file is let go once parsed: its pages would otherwise stay with the outlines made from them.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options, DxfSkips* skipped) {
-    const MappedFile file(path);
-    return ReadDxfText(file.Text(), path, options, skipped);
+    DxfDrawing drawing = [&] {
+        const MappedFile file(path);
+        return ParseDxf(file.Text(), path);
+    }();
+    return Resolve(std::move(drawing), path, options, skipped);
 }
 
 std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source, const DxfReadOptions& options,
                                       DxfSkips* skipped) {
-    DxfDrawing drawing = ParseDxf(contents, source);
-    double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
-    if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
-    return Resolver(std::move(drawing), options, scale, skipped).Run(source);
+    return Resolve(ParseDxf(contents, source), source, options, skipped);
 }
 
 }  // namespace tgp::cli
