@@ -191,7 +191,6 @@ private:
         entity_->line = line;
         if (kind == Kind::Hatch) entity_->hatch = std::make_shared<HatchReader>([this](const DxfTag& t) { return Number(t); });
         entity_->shape.type = std::string(type);
-        entity_->shape.line = line;
         entity_->insert.line = line;
     }
 
@@ -360,7 +359,7 @@ private:
         s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
         s.bulges = {1, 1};
         s.closed = true;
-        s.asEllipse = EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, std::numbers::pi, 3 * std::numbers::pi};
+        s.ellipse = std::make_shared<const EllipticArc>(EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, std::numbers::pi, 3 * std::numbers::pi});
         return s;
     }
 
@@ -375,7 +374,8 @@ private:
                 e.cx + e.radius * std::cos(e.endAngle * degree), e.cy + e.radius * std::sin(e.endAngle * degree)};
         s.bulges = {std::tan(sweep * degree / 4), 0};
         s.edge = true;
-        s.asEllipse = EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, e.startAngle * degree, e.startAngle * degree + sweep * degree};
+        s.ellipse = std::make_shared<const EllipticArc>(
+            EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, e.startAngle * degree, e.startAngle * degree + sweep * degree});
         return s;
     }
 
@@ -422,7 +422,8 @@ private:
         while (t1 < t0) t1 += 2 * std::numbers::pi;
         // The minor semi-axis: ratio times the normal crossed with the major one.
         const EllipticArc arc{e.cx, e.cy, e.x1, e.y1, -turn * ratio * e.y1, turn * ratio * e.x1, t0, t1};
-        s.curve = arc;
+        s.ellipse = std::make_shared<const EllipticArc>(arc);
+        s.followsEllipse = true;
         s.closed = whole;
         s.edge = !whole;
         return s;

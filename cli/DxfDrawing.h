@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <optional>
@@ -20,28 +21,28 @@ namespace tgp::cli {
 using Direction = std::array<double, 3>;
 
 // A closed-outline candidate: a polyline's vertices and bulges, or a circle as two half arcs.
+// (Kept to 256 bytes: a drawing of many outlines holds one per entity while it is read.)
 struct DxfShape {
     std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE, ARC, SPLINE, ELLIPSE or HATCH
     std::string handle, layer;
-    bool paperSpace = false;
     Direction extrusion{0, 0, 1};
-    std::size_t line = 0;  // where the entity starts in the file
     std::vector<double> xy, bulges;
+    // An elliptic arc: with followsEllipse the whole shape follows it (an ELLIPSE or a hatch's
+    // elliptic edge; xy and bulges are arcs through its points); otherwise it is a CIRCLE or ARC as
+    // an elliptic arc, for a block reference that scales it unequally.
+    std::shared_ptr<const EllipticArc> ellipse;
+    // A HATCH boundary path: for a path of edges the edges themselves (chained into the outline
+    // when the drawing is resolved).
+    std::vector<DxfShape> pieces;
+    std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
+    int boundary = 0;     // a HATCH boundary path's number
+    bool paperSpace = false;
     bool closed = false;
     // A LINE, an ARC, an open SPLINE: a piece to be chained with others into closed outlines (its
     // last bulge is unused).
     bool edge = false;
     bool approximate = false;  // a curve flattened into segments
-    // An ELLIPSE or a hatch's elliptic edge: the whole shape follows this arc (xy and bulges are
-    // arcs through its points).
-    std::optional<EllipticArc> curve;
-    // A CIRCLE or ARC as an elliptic arc, for a block reference that scales it unequally.
-    std::optional<EllipticArc> asEllipse;
-    // A HATCH boundary path: its number, and for a path of edges the edges themselves (chained
-    // into the outline when the drawing is resolved).
-    int boundary = 0;
-    std::vector<DxfShape> pieces;
-    std::string problem;  // why it cannot be a profile as drawn (a mesh, a radius of 0, ...)
+    bool followsEllipse = false;
 };
 
 // A block reference (INSERT): the block's contents scaled, turned and moved, in rows and columns.

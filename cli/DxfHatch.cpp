@@ -125,7 +125,7 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
             const double a0 = from * kDegree, a1 = (from + sweep) * kDegree;
             EllipticArc arc{e.x, e.y, e.radius, 0, 0, e.radius, a0, a1};
             if (!e.counterClockwise) arc = arc.Reversed();
-            piece.asEllipse = arc;
+            piece.ellipse = std::make_shared<const EllipticArc>(arc);
             const PlanePoint p = arc.At(arc.t0), q = arc.At(arc.t1);
             piece.xy = {p[0], p[1], q[0], q[1]};
             piece.bulges = {(e.counterClockwise ? 1 : -1) * std::tan(sweep * kDegree / 4), 0};
@@ -144,7 +144,8 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
             if (sweep >= 360) t1 = t0 + 2 * std::numbers::pi;
             while (t1 <= t0) t1 += 2 * std::numbers::pi;
             EllipticArc arc{e.x, e.y, e.x1, e.y1, -ratio * e.y1, ratio * e.x1, t0, t1};
-            piece.curve = e.counterClockwise ? arc : arc.Reversed();
+            piece.ellipse = std::make_shared<const EllipticArc>(e.counterClockwise ? arc : arc.Reversed());
+            piece.followsEllipse = true;
             piece.closed = sweep >= 360;
             return piece;
         }
@@ -175,11 +176,11 @@ void HatchReader::EndPath() {
     } else if (edges_.size() == 1 && PieceOf(edges_.front()).closed) {
         path = PieceOf(edges_.front());  // a whole circle or ellipse
         path.edge = false;
-        if (path.asEllipse) {  // the circle as two half arcs, as CIRCLE gives it
-            const EllipticArc& c = *path.asEllipse;
+        if (path.ellipse && !path.followsEllipse) {  // the circle as two half arcs, as CIRCLE gives it
+            const EllipticArc c = *path.ellipse;
             path.xy = {c.cx - c.ux, c.cy, c.cx + c.ux, c.cy};
             path.bulges = {1, 1};
-            path.asEllipse = EllipticArc{c.cx, c.cy, c.ux, 0, 0, c.ux, std::numbers::pi, 3 * std::numbers::pi};
+            path.ellipse = std::make_shared<const EllipticArc>(EllipticArc{c.cx, c.cy, c.ux, 0, 0, c.ux, std::numbers::pi, 3 * std::numbers::pi});
         }
     } else {
         for (const Edge& e : edges_) path.pieces.push_back(PieceOf(e));
@@ -201,7 +202,6 @@ std::vector<DxfShape> HatchReader::Paths(const DxfShape& hatch) {
         p.layer = hatch.layer;
         p.paperSpace = hatch.paperSpace;
         p.extrusion = hatch.extrusion;
-        p.line = hatch.line;
         p.boundary = static_cast<int>(i + 1);
         p.closed = p.closed || p.pieces.empty();
     }

@@ -181,7 +181,7 @@ private:
         const bool curved = std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
         // A circle or arc scaled unequally is an ellipse; a polyline's arcs cannot become one.
         const bool stretched = curved && !map.KeepsCircles();
-        const std::optional<EllipticArc>& curve = shape.curve ? shape.curve : stretched ? shape.asEllipse : shape.curve;
+        const EllipticArc* curve = shape.ellipse && (shape.followsEllipse || stretched) ? shape.ellipse.get() : nullptr;
         if (stretched && !curve && p.problem.empty()) {
             p.problem = "has arcs that its block reference scales unequally in x and y (they would be ellipses)";
         }
