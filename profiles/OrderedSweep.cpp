@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory_resource>
+#include <numbers>
 #include <numeric>
 #include <set>
 #include <vector>
@@ -10,6 +11,8 @@
 namespace tgp {
 
 namespace {
+
+constexpr double kQuarterTurn = std::numbers::pi / 2;
 
 // A part of a segment that runs one way in x, from its left end to its right end (ends ordered by
 // x, then y). A vertical piece runs up.
@@ -143,7 +146,7 @@ private:
     // [-pi/2, pi/2] (a vertical piece pi/2).
     double DirectionOf(std::uint32_t k, double y) const {
         const Piece& p = pieces_[k];
-        if (p.lx == p.rx) return M_PI / 2;
+        if (p.lx == p.rx) return kQuarterTurn;
         if (p.frame < 0) return std::atan2(p.ry - p.ly, p.rx - p.lx);
         const ChordFrame& f = frames_[static_cast<std::size_t>(p.frame)];
         const double u = f.U({x_, y, 0}), v = f.V({x_, y, 0});
@@ -151,7 +154,7 @@ private:
         // to point right. Where the circle turns back in x the piece goes up or down from there as
         // it lies above or below the centre, whichever way rounding tips the tangent.
         PlanePoint d = f.WorldDirection(-(f.kappa * v + f.c), f.kappa * u);
-        if (std::fabs(d[0]) <= 1e-9) return (p.upper == (x_ <= p.lx)) ? M_PI / 2 : -M_PI / 2;
+        if (std::fabs(d[0]) <= 1e-9) return (p.upper == (x_ <= p.lx)) ? kQuarterTurn : -kQuarterTurn;
         if (d[0] < 0) d = Scaled(d, -1);
         return std::atan2(d[1], d[0]);
     }
