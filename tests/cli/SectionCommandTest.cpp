@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -136,12 +137,12 @@ struct CommandRun {
     std::string out, err;
 };
 
-CommandRun RunCommand(std::vector<std::string> args) {
+CommandRun RunCommand(std::vector<std::string> args, double progressAfterSeconds = -1) {
     args.insert(args.begin(), "tgp-section");
     std::vector<const char*> argv;
     for (const auto& a : args) argv.push_back(a.c_str());
     std::ostringstream out, err;
-    const int code = RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err);
+    const int code = RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err, progressAfterSeconds);
     return {code, out.str(), err.str()};
 }
 
@@ -202,6 +203,94 @@ TEST(SectionCommand, ExamplesRun) {
     const CommandRun text = RunCommand({dir + "/ipe200.txt", "--json"});
     const CommandRun dxf = RunCommand({dir + "/ipe200.dxf", "--json"});
     EXPECT_EQ(text.out.substr(text.out.find("\"area\": 2")), dxf.out.substr(dxf.out.find("\"area\": 2")));
+}
+
+// A folder of drawings and text files (and a file of another kind, and a subfolder) is read in
+// sorted order, the subfolder only with --recursive; files and folders print in the order named,
+// whatever the number of workers.
+TEST(SectionCommand, FoldersInSortedOrderAndFilesInTheOrderNamed) {
+    namespace fs = std::filesystem;
+    const fs::path dir = fs::path(::testing::TempDir()) / "tgp_folder";
+    fs::remove_all(dir);
+    fs::create_directories(dir / "sub");
+    const auto write = [](const fs::path& path, double side) {
+        std::ofstream(path) << "0 0\n" << side << " 0\n" << side << " " << side << "\n0 " << side << "\n";
+    };
+    write(dir / "b.txt", 2);
+    write(dir / "a.TXT", 1);
+    write(dir / "sub" / "c.txt", 3);
+    std::ofstream(dir / "notes.md") << "not a profile";
+    const std::string lone = TempText("lone.txt", "0 0\n4 0\n4 4\n0 4\n");
+    const auto areas = [](const std::string& json) {
+        std::vector<double> found;
+        for (std::size_t at = json.find("\"area\": ", json.find("\"profiles\"")); at != std::string::npos;
+             at = json.find("\"area\": ", at + 1)) {
+            found.push_back(std::stod(json.substr(at + 8)));
+        }
+        return found;
+    };
+    for (const char* jobs : {"1", "3"}) {
+        CommandRun r = RunCommand({lone, dir.string(), "--json", "-j", jobs});
+        EXPECT_EQ(r.code, 0) << r.err;
+        EXPECT_EQ(areas(r.out), (std::vector<double>{16, 1, 4})) << jobs;
+        r = RunCommand({dir.string(), "--recursive", lone, "--json", "-j", jobs});
+        EXPECT_EQ(areas(r.out), (std::vector<double>{1, 4, 9, 16})) << jobs;
+    }
+    EXPECT_EQ(RunCommand({(dir / "sub").string(), "--json", "--csv"}).code, 1);  // one format at a time
+    fs::remove_all(dir);
+}
+
+// Fields as a CSV reader sees them (RFC 4180: quoted fields, doubled quotes, CR LF rows).
+std::vector<std::vector<std::string>> ReadCsv(const std::string& text) {
+    std::vector<std::vector<std::string>> rows(1, std::vector<std::string>(1));
+    bool quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (quoted && c == '"' && i + 1 < text.size() && text[i + 1] == '"') rows.back().back() += text[++i];
+        else if (c == '"') quoted = !quoted;
+        else if (!quoted && c == ',') rows.back().emplace_back();
+        else if (!quoted && c == '\r') continue;
+        else if (!quoted && c == '\n') rows.emplace_back(1);
+        else rows.back().back() += c;
+    }
+    if (rows.back() == std::vector<std::string>(1)) rows.pop_back();
+    return rows;
+}
+
+TEST(SectionCommand, CsvRowsReadBackWithUnitsInTheHeader) {
+    const std::string file = TempText("csv, \"quoted\".txt", "profile plate, \"A\"\n0 0\n20 0\n20 10\n0 10\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
+    const CommandRun r = RunCommand({file, "--csv", "--units", "cm"});
+    EXPECT_EQ(r.code, 2);
+    ASSERT_EQ(r.out.rfind("\xEF\xBB\xBF", 0), 0u);
+    const auto rows = ReadCsv(r.out.substr(3));
+    ASSERT_EQ(rows.size(), 3u);
+    const std::vector<std::string>& header = rows[0];
+    ASSERT_EQ(header.size(), 32u);
+    EXPECT_EQ(header[0], "name");
+    EXPECT_EQ(header[7], "area (cm²)");
+    EXPECT_EQ(header[16], "principal_angle (\xC2\xBA)");  // the catalogue's degree symbol
+    EXPECT_EQ(header.back(), "error");
+    EXPECT_EQ(rows[1][0], file + ": plate, \"A\"");
+    EXPECT_EQ(rows[1][1], file);
+    EXPECT_EQ(rows[1][7], "2");  // 200 mm² in cm²
+    EXPECT_EQ(rows[1].back(), "");
+    EXPECT_EQ(rows[2][7], "");
+    EXPECT_EQ(rows[2].back(), "cuts itself at (0.5, 0.5)");
+}
+
+// A person watching a long run sees a progress line (here from the start), rewritten in place and
+// cleared before the report goes on; --quiet shows none.
+TEST(SectionCommand, ProgressLineOnRequest) {
+    std::string many;
+    for (int k = 0; k < 2000; ++k) many += "profile p\n0 0\n1 0\n1 1\n0 1\nend\n";
+    const std::string file = TempText("many.txt", many);
+    CommandRun r = RunCommand({file, file}, 0);
+    EXPECT_EQ(r.code, 0);
+    EXPECT_NE(r.err.find("\rtgp-section: "), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find(" of 2 files, "), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find(" outlines/s"), std::string::npos) << r.err;
+    EXPECT_EQ(r.err.substr(r.err.size() - 4), "\r\033[K") << "the line is cleared at the end";
+    EXPECT_EQ(RunCommand({file, file, "--quiet"}, 0).err, "");
 }
 
 using testing::JsonNumber;
