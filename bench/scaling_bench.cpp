@@ -29,11 +29,15 @@ struct Input {
     const char* extension;
 };
 
-long GridSide(long n) { return static_cast<long>(std::ceil(std::sqrt(static_cast<double>(n)))); }
+long GridSide(long n) {
+    return static_cast<long>(std::ceil(std::sqrt(static_cast<double>(n))));
+}
 
 void DxfSquare(std::FILE* out, double x, double y, double side) {
-    std::fprintf(out, "0\nLWPOLYLINE\n8\n0\n90\n4\n70\n1\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n",
-                 x, y, x + side, y, x + side, y + side, x, y + side);
+    std::fprintf(
+        out,
+        "0\nLWPOLYLINE\n8\n0\n90\n4\n70\n1\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n10\n%g\n20\n%g\n",
+        x, y, x + side, y, x + side, y + side, x, y + side);
 }
 
 void TextSquare(std::FILE* out, double x, double y, double side) {
@@ -44,7 +48,8 @@ void TextSquare(std::FILE* out, double x, double y, double side) {
 template <class Each>
 void Grid(long n, Each each) {
     const long side = GridSide(n);
-    for (long i = 0; i < n; ++i) each(10.0 * static_cast<double>(i % side), 10.0 * static_cast<double>(i / side));
+    for (long i = 0; i < n; ++i)
+        each(10.0 * static_cast<double>(i % side), 10.0 * static_cast<double>(i / side));
 }
 
 void DxfSquares(std::FILE* out, long n) {
@@ -109,9 +114,11 @@ Run Measure(const std::string& path) {
         }
         int status = 0;
         rusage usage{};
-        if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) || WEXITSTATUS(status) > 2)
+        if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
+            WEXITSTATUS(status) > 2)
             return {};
-        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         if (best.seconds < 0 || seconds < best.seconds) best = {seconds, usage.ru_maxrss * 1024L};
         if (seconds > 2) break;
     }
@@ -125,9 +132,12 @@ int main(int argc, char** argv) {
     std::string only;
     bool keep = false;
     for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--max") && i + 1 < argc) max = std::atol(argv[++i]);
-        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc) only = argv[++i];
-        else if (!std::strcmp(argv[i], "--keep")) keep = true;
+        if (!std::strcmp(argv[i], "--max") && i + 1 < argc)
+            max = std::atol(argv[++i]);
+        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc)
+            only = argv[++i];
+        else if (!std::strcmp(argv[i], "--keep"))
+            keep = true;
         else {
             std::fprintf(stderr, "usage: tgp_scaling_bench [--max N] [--only NAME] [--keep]\n");
             return 2;
@@ -148,9 +158,10 @@ int main(int argc, char** argv) {
         double previous = -1;
         for (long n : input.sizes) {
             if (n > max) continue;
-            const std::string path = (std::filesystem::temp_directory_path() /
-                                      ("tgp_scaling_" + std::string(input.name) + "_" + std::to_string(n) + input.extension))
-                                         .string();
+            const std::string path =
+                (std::filesystem::temp_directory_path() /
+                 ("tgp_scaling_" + std::string(input.name) + "_" + std::to_string(n) + input.extension))
+                    .string();
             if (std::FILE* out = std::fopen(path.c_str(), "w")) {
                 input.write(out, n);
                 std::fclose(out);
@@ -163,9 +174,9 @@ int main(int argc, char** argv) {
                 continue;
             }
             std::string growth = previous > 0 ? std::to_string(run.seconds / previous).substr(0, 4) : "";
-            std::printf("| %s | %ld %s | %.3f s | %.2f µs | %.1f MB | %ld B | %s |\n", input.name, n, input.unit, run.seconds,
-                        1e6 * run.seconds / static_cast<double>(n), static_cast<double>(run.peakBytes) / 1e6,
-                        run.peakBytes / n, growth.c_str());
+            std::printf("| %s | %ld %s | %.3f s | %.2f µs | %.1f MB | %ld B | %s |\n", input.name, n,
+                        input.unit, run.seconds, 1e6 * run.seconds / static_cast<double>(n),
+                        static_cast<double>(run.peakBytes) / 1e6, run.peakBytes / n, growth.c_str());
             std::fflush(stdout);
             previous = run.seconds;
         }

@@ -20,8 +20,8 @@ std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& pro
                                             SkipList* skipped = nullptr);
 // The same handed to `emit` one section at a time, in file order, each computed when its turn
 // comes: a file of many separate outlines never holds all their loops or outcomes at once.
-void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units, bool eachLoop,
-                     SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit);
+void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units,
+                     bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit);
 // One outline as a section of its own.
 ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units);
 

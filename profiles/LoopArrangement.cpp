@@ -1,11 +1,10 @@
 #include "profiles/LoopArrangement.h"
 
 #include <algorithm>
-#include <numeric>
-
 #include <boost/geometry.hpp>
 #include <boost/geometry/index/rtree.hpp>
 #include <boost/iterator/function_output_iterator.hpp>
+#include <numeric>
 
 #include "profiles/LoopPlacement.h"
 
@@ -31,7 +30,8 @@ std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const S
     std::vector<Entry> entries;
     entries.reserve(boxes.size());
     for (std::size_t i = 0; i < boxes.size(); ++i) {
-        if (boxes[i].xmin <= boxes[i].xmax) entries.emplace_back(Grown(boxes[i], 0), i);  // a loop without segments has no box
+        if (boxes[i].xmin <= boxes[i].xmax)
+            entries.emplace_back(Grown(boxes[i], 0), i);  // a loop without segments has no box
     }
     // Bulk loading (sort-tile-recursive packing) builds the tree in n log n with well-filled nodes.
     const bgi::rtree<Entry, bgi::rstar<16>> tree(entries.begin(), entries.end());
@@ -41,7 +41,8 @@ std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const S
         const std::size_t i = e.second;
         tree.query(bgi::intersects(Grown(boxes[i], 2 * LoopDLine::kOnLineTolerance)),
                    boost::make_function_output_iterator([&](const Entry& other) {
-                       if (other.second > i && BoxesMeet(boxes[i], boxes[other.second])) pairs.emplace_back(i, other.second);
+                       if (other.second > i && BoxesMeet(boxes[i], boxes[other.second]))
+                           pairs.emplace_back(i, other.second);
                    }));
     }
     std::sort(pairs.begin(), pairs.end());
@@ -55,23 +56,32 @@ LoopArrangement::LoopArrangement(std::span<const std::shared_ptr<Loop7>> loops) 
     for (const auto& [i, j] : BoxesThatMeet(boxes)) {
         bool meet = false;
         switch (PlaceLoops(*loops[i], *loops[j], &meet)) {
-            case Placement::Overlap: overlaps_.emplace_back(i, j); break;
-            case Placement::FirstInsideSecond: inside_.emplace_back(i, j); break;
-            case Placement::SecondInsideFirst: inside_.emplace_back(j, i); break;
-            case Placement::Apart: break;
+            case Placement::Overlap:
+                overlaps_.emplace_back(i, j);
+                break;
+            case Placement::FirstInsideSecond:
+                inside_.emplace_back(i, j);
+                break;
+            case Placement::SecondInsideFirst:
+                inside_.emplace_back(j, i);
+                break;
+            case Placement::Apart:
+                break;
         }
         if (meet) meetings_.emplace_back(i, j);
     }
     std::sort(inside_.begin(), inside_.end());
 }
 
-std::vector<std::int64_t> LoopArrangement::Parents(std::span<const double> size, const std::vector<bool>& kept) const {
+std::vector<std::int64_t> LoopArrangement::Parents(std::span<const double> size,
+                                                   const std::vector<bool>& kept) const {
     const auto inPlay = [&](std::size_t i) { return kept.empty() || kept[i]; };
     std::vector<std::int64_t> parent(count_, -1);
     for (const auto& [child, candidate] : inside_) {
         if (!inPlay(child) || !inPlay(candidate)) continue;
         std::int64_t& current = parent[child];
-        if (current < 0 || size[candidate] < size[static_cast<std::size_t>(current)]) current = static_cast<std::int64_t>(candidate);
+        if (current < 0 || size[candidate] < size[static_cast<std::size_t>(current)])
+            current = static_cast<std::int64_t>(candidate);
     }
     return parent;
 }
@@ -97,15 +107,18 @@ std::vector<int> LoopArrangement::Depths(std::span<const std::int64_t> parents) 
     return depth;
 }
 
-std::vector<std::size_t> LoopArrangement::Roots(std::span<const std::int64_t> parents, std::span<const int> depths) {
+std::vector<std::size_t> LoopArrangement::Roots(std::span<const std::int64_t> parents,
+                                                std::span<const int> depths) {
     // Shallower loops first, so that a parent's root is known before its children ask for it.
     std::vector<std::size_t> order(parents.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return depths[a] < depths[b]; });
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return depths[a] < depths[b]; });
     std::vector<std::size_t> root(parents.size());
     for (const std::size_t i : order) {
         const std::int64_t p = parents[i];
-        root[i] = p < 0 || depths[static_cast<std::size_t>(p)] >= depths[i] ? i : root[static_cast<std::size_t>(p)];
+        root[i] =
+            p < 0 || depths[static_cast<std::size_t>(p)] >= depths[i] ? i : root[static_cast<std::size_t>(p)];
     }
     return root;
 }

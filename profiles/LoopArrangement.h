@@ -15,7 +15,7 @@ namespace tgp {
 // loop is placed against the loops whose boxes meet its own. A drawing of n separate outlines costs
 // n log n, not n² placements; a plate costs one placement per hole.
 class LoopArrangement {
-public:
+  public:
     using Pair = std::pair<std::size_t, std::size_t>;  // positions, first < second
 
     explicit LoopArrangement(std::span<const std::shared_ptr<Loop7>> loops);
@@ -33,7 +33,7 @@ public:
     // The outermost loop around each loop (itself when it has no parent), from parents and depths.
     static std::vector<std::size_t> Roots(std::span<const std::int64_t> parents, std::span<const int> depths);
 
-private:
+  private:
     std::size_t count_;
     std::vector<Pair> overlaps_;
     std::vector<Pair> meetings_;

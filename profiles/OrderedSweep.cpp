@@ -23,10 +23,12 @@ struct Piece {
     bool upper;          // an arc's piece above its centre (between the turns in x it is on one side)
 };
 
-bool Before(double ax, double ay, double bx, double by) { return ax < bx || (ax == bx && ay < by); }
+bool Before(double ax, double ay, double bx, double by) {
+    return ax < bx || (ax == bx && ay < by);
+}
 
 class Sweep {
-public:
+  public:
     explicit Sweep(std::span<const LoopDLine> segments) {
         pieces_.reserve(segments.size() + segments.size() / 2);
         for (std::uint32_t i = 0; i < segments.size(); ++i) AddSegment(segments[i], i);
@@ -58,7 +60,9 @@ public:
         std::uint32_t arriving = 0;
         for (const std::uint32_t k : leaving) {
             const Piece& out = pieces_[k];
-            for (; arriving < pieces_.size() && !Before(out.rx, out.ry, pieces_[arriving].lx, pieces_[arriving].ly); ++arriving) {
+            for (; arriving < pieces_.size() &&
+                   !Before(out.rx, out.ry, pieces_[arriving].lx, pieces_[arriving].ly);
+                 ++arriving) {
                 x_ = pieces_[arriving].lx;
                 y_ = pieces_[arriving].ly;
                 const auto it = status.insert(arriving).first;
@@ -69,13 +73,14 @@ public:
             x_ = out.rx;
             y_ = out.ry;
             const auto it = where[k];
-            if (it != status.begin() && std::next(it) != status.end() && test(*std::prev(it), *std::next(it))) return true;
+            if (it != status.begin() && std::next(it) != status.end() && test(*std::prev(it), *std::next(it)))
+                return true;
             status.erase(it);
         }
         return false;
     }
 
-private:
+  private:
     // Pieces in their order along the sweep line at the current event: by height there, then by
     // the direction in which they go on to the right, then by number.
     struct Order {
@@ -91,9 +96,12 @@ private:
     };
     using Status = std::pmr::set<std::uint32_t, Order>;
 
-    void AddPiece(const PlanePoint& p, const PlanePoint& q, std::uint32_t segment, std::int32_t frame, bool upper = false) {
-        if (Before(q[0], q[1], p[0], p[1])) pieces_.push_back({q[0], q[1], p[0], p[1], segment, frame, upper});
-        else pieces_.push_back({p[0], p[1], q[0], q[1], segment, frame, upper});
+    void AddPiece(const PlanePoint& p, const PlanePoint& q, std::uint32_t segment, std::int32_t frame,
+                  bool upper = false) {
+        if (Before(q[0], q[1], p[0], p[1]))
+            pieces_.push_back({q[0], q[1], p[0], p[1], segment, frame, upper});
+        else
+            pieces_.push_back({p[0], p[1], q[0], q[1], segment, frame, upper});
     }
 
     // An arc is cut where it turns back in x (its leftmost and rightmost points, where it has them).
@@ -113,7 +121,8 @@ private:
         if (n == 2 && inner[1] < inner[0]) std::swap(inner[0], inner[1]);
         const double cuts[4] = {0, n > 0 ? inner[0] : 1, n > 1 ? inner[1] : 1, 1};
         const ChordFrame& f = frames_.back();
-        const double centreY = f.m[1] - f.c / f.kappa * f.wy;  // far off, but on the right side, when nearly straight
+        const double centreY =
+            f.m[1] - f.c / f.kappa * f.wy;  // far off, but on the right side, when nearly straight
         PlanePoint from = s.StartPoint();
         for (int k = 1; k < 4; ++k) {
             if (cuts[k] <= cuts[k - 1]) continue;
@@ -166,7 +175,8 @@ private:
 
 }  // namespace
 
-bool SweepNeighbours(std::span<const LoopDLine> segments, const std::function<bool(std::uint32_t, std::uint32_t)>& crosses) {
+bool SweepNeighbours(std::span<const LoopDLine> segments,
+                     const std::function<bool(std::uint32_t, std::uint32_t)>& crosses) {
     return Sweep(segments).Run(crosses);
 }
 

@@ -19,6 +19,7 @@ namespace tgp {
 // `crosses(i, j)` decides a pair of segment indices (i < j never assumed) and returns true to
 // stop; it is asked only about segments whose pieces become neighbours, never about two pieces of
 // one arc. Returns whether it stopped.
-bool SweepNeighbours(std::span<const LoopDLine> segments, const std::function<bool(std::uint32_t, std::uint32_t)>& crosses);
+bool SweepNeighbours(std::span<const LoopDLine> segments,
+                     const std::function<bool(std::uint32_t, std::uint32_t)>& crosses);
 
 }  // namespace tgp

@@ -77,14 +77,16 @@ TEST(LoopArrangement, AgreesWithEveryPairOnRandomSets) {
         const auto first = collection->FirstOverlap();
         ASSERT_EQ(first.has_value(), !expected.overlaps.empty()) << trial;
         if (first) {
-            EXPECT_EQ(*first, (LoopArrangement::Pair{expected.overlaps[0].first + 1, expected.overlaps[0].second + 1}));
+            EXPECT_EQ(*first, (LoopArrangement::Pair{expected.overlaps[0].first + 1,
+                                                     expected.overlaps[0].second + 1}));
             ++overlapping;
             continue;
         }
         ++arranged;
         for (std::size_t i = 0; i < loops.size(); ++i) {
             const std::int64_t p = expected.parents[i];
-            EXPECT_EQ(collection->Parent(i + 1), p < 0 ? nullptr : loops[static_cast<std::size_t>(p)]) << trial;
+            EXPECT_EQ(collection->Parent(i + 1), p < 0 ? nullptr : loops[static_cast<std::size_t>(p)])
+                << trial;
         }
     }
     EXPECT_GT(overlapping, 20);  // every outcome is exercised
@@ -104,7 +106,8 @@ TEST(LoopArrangement, DepthsAndRootsFromParents) {
 
 TEST(LoopArrangement, BoxesThatMeetWithinTheTolerance) {
     const double t = LoopDLine::kOnLineTolerance;
-    const std::vector<SegmentBox> boxes{{0, 0, 1, 1}, {1 + t / 2, 0, 2, 1}, {2 + 3 * t, 0, 3, 1}, SegmentBox::Empty(), {0.5, 0.5, 0.6, 0.6}};
+    const std::vector<SegmentBox> boxes{
+        {0, 0, 1, 1}, {1 + t / 2, 0, 2, 1}, {2 + 3 * t, 0, 3, 1}, SegmentBox::Empty(), {0.5, 0.5, 0.6, 0.6}};
     EXPECT_EQ(BoxesThatMeet(boxes), (std::vector<std::pair<std::size_t, std::size_t>>{{0, 1}, {0, 4}}));
 }
 

@@ -71,7 +71,8 @@ TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
         if (s.size() < 3) continue;
         const bool expected = AllPairsCross(s);
         (expected ? crossing : simple) += 1;
-        const bool found = SweepNeighbours(s, [&](std::uint32_t i, std::uint32_t j) { return Crossing(s, i, j); });
+        const bool found =
+            SweepNeighbours(s, [&](std::uint32_t i, std::uint32_t j) { return Crossing(s, i, j); });
         ASSERT_EQ(found, expected) << "trial " << trial;
     }
     EXPECT_GT(crossing, 500);  // both outcomes are exercised
