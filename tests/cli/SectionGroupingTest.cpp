@@ -57,6 +57,34 @@ TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
     EXPECT_EQ(separate.size(), drawn.size());
 }
 
+// Outlines that only just reach each other are still found together: plates touching 1E7 from the
+// origin, a semicircular top touching the plate above it at its crown, and plates a hair apart
+// (within the tolerance) or clearly apart.
+TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
+    const double far = 1e7;
+    testing::Outline dome = testing::Rectangle(0, 0, 20, 10).Reversed();  // counter-clockwise from (0, 0)
+    dome.bulges[2] = 1;  // the top edge, from (20, 10) to (0, 10), a half circle up to y = 20
+    struct Case {
+        const char* what;
+        std::vector<DrawnProfile> drawn;
+        std::size_t sections;
+    };
+    const Case cases[] = {
+        {"far from the origin",
+         {Outlined("a", testing::Rectangle(far, far, 10, 10)), Outlined("b", testing::Rectangle(far + 10, far, 10, 10))},
+         1},
+        {"at an arc's crown", {Outlined("dome", dome), Outlined("lid", testing::Rectangle(5, 20, 10, 5))}, 1},
+        {"within the tolerance",
+         {Outlined("a", testing::Rectangle(0, 0, 10, 10)), Outlined("b", testing::Rectangle(10 + 1e-7, 0, 10, 10))},
+         1},
+        {"apart", {Outlined("a", testing::Rectangle(0, 0, 10, 10)), Outlined("b", testing::Rectangle(10 + 1e-3, 0, 10, 10))}, 2},
+    };
+    for (const Case& c : cases) {
+        const auto sections = AnalyseProfiles(c.drawn, Millimetres());
+        EXPECT_EQ(sections.size(), c.sections) << c.what;
+    }
+}
+
 TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
     const std::vector<DrawnProfile> drawn = {
         Outlined("first", testing::Rectangle(0, 0, 10, 10)),

@@ -65,7 +65,7 @@ TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
     int crossing = 0, simple = 0;
     for (int trial = 0; trial < 3000; ++trial) {
         const Outline o = trial % 50 == 0 ? Star(3 + trial % 40, trial % 7 ? -1 : 1, trial % 3 ? 0.0 : 0.05)
-                                          : RandomOutline(rng, 3 + trial % 6, 2 + trial % 5, trial % 3 == 0);
+                                          : RandomOutline(rng, 3 + trial % 24, 2 + trial % 9, trial % 3 == 0);
         auto loop = LoopOf(o);
         const auto s = loop->Segments();
         if (s.size() < 3) continue;
@@ -76,7 +76,7 @@ TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
         ASSERT_EQ(found, expected) << "trial " << trial;
     }
     EXPECT_GT(crossing, 500);  // both outcomes are exercised
-    EXPECT_GT(simple, 300);
+    EXPECT_GT(simple, 150);
 }
 
 // Stars large enough that the box sweep hands over to the ordered sweep, through the loop's own
