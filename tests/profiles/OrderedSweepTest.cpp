@@ -79,6 +79,25 @@ TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
     EXPECT_GT(simple, 150);
 }
 
+// An arc that turns back in x starts no run of segments that advance one way (within such a run no
+// pair is compared): here it reaches past the next segment and is crossed by the one after, in a
+// loop of a few segments (compared pair by pair) and in one of many (swept).
+TEST(OrderedSweep, AnArcThatTurnsBackInXIsComparedWithItsRun) {
+    for (const int extra : {0, 8}) {
+        Outline o;
+        o.Add(0, 0, 2);  // a three-quarter circle below the chord, reaching to x = 1.125
+        for (const auto& [x, y] : {std::pair{1.0, 0.0}, {1.05, 5.0}, {1.1, -5.0}, {-3.0, -5.0}}) o.Add(x, y);
+        for (int k = 1; k <= extra; ++k) o.Add(-3, -5 + 5.0 * k / (extra + 1));
+        o.Add(-3, 0);
+        auto loop = LoopOf(o);
+        std::vector<Point> crossings;
+        ASSERT_TRUE(loop->IsSelfIntersect(&crossings)) << extra;
+        ASSERT_EQ(crossings.size(), 2u);
+        EXPECT_NEAR(crossings[0][0], 1.078, 1e-3);
+        EXPECT_TRUE(FirstSelfIntersection(loop->Segments(), true).has_value());
+    }
+}
+
 // Stars large enough that the box sweep hands over to the ordered sweep, through the loop's own
 // members: the properties of a simple one, and the crossing of a folded one.
 TEST(OrderedSweep, DecidesLargeStars) {
