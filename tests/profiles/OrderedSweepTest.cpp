@@ -63,7 +63,7 @@ Outline Star(int teeth, int fold, double bulge) {
 TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
     std::mt19937 rng(20261124);
     int crossing = 0, simple = 0;
-    for (int trial = 0; trial < 3000; ++trial) {
+    for (int trial = 0; trial < 20000; ++trial) {
         const Outline o = trial % 50 == 0 ? Star(3 + trial % 40, trial % 7 ? -1 : 1, trial % 3 ? 0.0 : 0.05)
                                           : RandomOutline(rng, 3 + trial % 24, 2 + trial % 9, trial % 3 == 0);
         auto loop = LoopOf(o);
@@ -75,8 +75,8 @@ TEST(OrderedSweep, FindsACrossingWhereAllPairsDo) {
             SweepNeighbours(s, [&](std::uint32_t i, std::uint32_t j) { return Crossing(s, i, j); });
         ASSERT_EQ(found, expected) << "trial " << trial;
     }
-    EXPECT_GT(crossing, 500);  // both outcomes are exercised
-    EXPECT_GT(simple, 150);
+    EXPECT_GT(crossing, 5000);  // both outcomes are exercised
+    EXPECT_GT(simple, 1000);
 }
 
 // An arc that turns back in x starts no run of segments that advance one way (within such a run no
