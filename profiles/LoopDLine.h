@@ -38,6 +38,10 @@ struct SegmentBox {
         xmax = std::max(xmax, b.xmax);
         ymax = std::max(ymax, b.ymax);
     }
+    // Whether the boxes come within `margin` of each other (an empty box meets nothing).
+    bool Meets(const SegmentBox& b, double margin) const {
+        return xmin <= b.xmax + margin && b.xmin <= xmax + margin && ymin <= b.ymax + margin && b.ymin <= ymax + margin;
+    }
 };
 
 // One segment of a closed loop: a straight line, or a circular arc given by its end points and a

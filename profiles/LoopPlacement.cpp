@@ -54,10 +54,7 @@ SegmentBox BoxOf(const Loop7& loop) {
     return box;
 }
 
-bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
-    const double t = LoopDLine::kOnLineTolerance;
-    return a.xmin <= b.xmax + t && b.xmin <= a.xmax + t && a.ymin <= b.ymax + t && b.ymin <= a.ymax + t;
-}
+bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) { return a.Meets(b, LoopDLine::kOnLineTolerance); }
 
 Placement PlaceLoops(const Loop7& first, const Loop7& second, bool* BoundariesMeet) {
     bool meet = false;

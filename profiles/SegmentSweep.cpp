@@ -57,10 +57,7 @@ struct Chain {
     }
 };
 
-bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
-    return a.xmin <= b.xmax + kBoxMargin && b.xmin <= a.xmax + kBoxMargin && a.ymin <= b.ymax + kBoxMargin &&
-           b.ymin <= a.ymax + kBoxMargin;
-}
+bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) { return a.Meets(b, kBoxMargin); }
 
 SegmentBox Union(const SegmentBox& a, const SegmentBox& b) {
     return {std::min(a.xmin, b.xmin), std::min(a.ymin, b.ymin), std::max(a.xmax, b.xmax), std::max(a.ymax, b.ymax)};
