@@ -381,7 +381,7 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
 
 TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
     const auto rows = testing::ReadSectionTable();
-    if (!rows) GTEST_SKIP() << "shared/data/european_i_sections.csv not found beside the checkout";
+    ASSERT_TRUE(rows) << "tests/data/european_i_sections.csv is missing";
     std::ostringstream text;
     for (const auto& row : *rows) {
         const testing::Outline o = testing::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);

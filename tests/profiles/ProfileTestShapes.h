@@ -143,8 +143,8 @@ inline double JsonNumber(const std::string& line, const std::string& key) {
     return ParseNumber(line.substr(at + key.size() + 4, line.find_first_of(",}", at) - at - key.size() - 4));
 }
 
-// The data rows of a table in the shared data folder (comment lines and the header left out), as
-// cells; nothing when the folder is absent. A row of fewer than `cells` cells fails the test.
+// The data rows of a published table in tests/data (comment lines and the header left out), as
+// cells; nothing when the file is missing. A row of fewer than `cells` cells fails the test.
 inline std::optional<std::vector<std::vector<std::string>>> ReadTableRows(const std::string& file, std::size_t cells) {
     std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/" + file);
     if (!in) return std::nullopt;

@@ -115,7 +115,7 @@ TEST(SectionModuli, PlasticAxisOfPlatesAgainstAStripReference) {
 
 TEST(SectionModuli, PublishedHollowSections) {
     const auto rows = testing::ReadHollowTable();
-    if (!rows) GTEST_SKIP() << "shared/data/hollow_sections.csv not found";
+    ASSERT_TRUE(rows) << "tests/data/hollow_sections.csv is missing";
     ASSERT_FALSE(rows->empty());
     for (const testing::HollowRow& row : *rows) {
         const auto [outer, inner] = testing::HollowOutlines(row);
