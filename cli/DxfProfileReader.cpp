@@ -76,6 +76,7 @@ public:
             }
         }
         std::vector<DrawnProfile> chains = ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
+            if (IsPolyline(edge.type)) return Skip(OpenShape(edge.type, edge.layer));
             Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
         });
         for (DrawnProfile& chain : chains) profiles_.push_back(std::move(chain));
@@ -120,6 +121,11 @@ private:
         }
     }
 
+    static bool IsPolyline(const std::string& type) { return type == "LWPOLYLINE" || type == "POLYLINE"; }
+    static std::string OpenShape(const std::string& type, const std::string& layer) {
+        return "open " + type + (layer.empty() ? "" : " on layer " + layer);
+    }
+
     void Skip(const std::string& what, std::size_t count = 1) {
         if (skipped_) Count(*skipped_, what, count);
     }
@@ -152,14 +158,16 @@ private:
         if (!Wanted(layer)) return Skip(shape.type + " on other layers");
         if (!shape.pieces.empty()) return Boundary(shape, context, layer);
         DrawnProfile p = Placed(shape, shape.extrusion, context, layer, last);
-        if (shape.edge && p.problem.empty()) {
+        // An open polyline is chained with lines, arcs and open splines like one of them (a CAD
+        // export often draws an outer boundary as several); on its own it is a line of the drawing
+        // (a dimension, an axis), not an outline, and is counted as open when nothing closes it.
+        if ((shape.edge || !p.closed) && p.problem.empty()) {
             if (std::optional<DrawnEdge> edge = EdgeOf(shape, layer, p)) {
                 edges_.push_back(std::move(*edge));
                 return;
             }
         }
-        // An open polyline is a line of the drawing (a dimension, an axis), not an outline.
-        if (!p.closed && p.problem.empty()) return Skip("open " + shape.type + (layer.empty() ? "" : " on layer " + layer));
+        if (!p.closed && p.problem.empty()) return Skip(OpenShape(shape.type, layer));
         profiles_.push_back(std::move(p));
     }
 

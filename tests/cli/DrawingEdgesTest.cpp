@@ -97,6 +97,47 @@ TEST(DrawingEdges, TheBoreInsideAnOutlineOfEdgesIsAHole) {
     EXPECT_NEAR(sections[0].values->area, 400 - (4 - M_PI) * 2.25 - M_PI * 2.1 * 2.1, 1e-9);
 }
 
+// An LWPOLYLINE through the points, open unless `closed`, with a bulge on every segment.
+std::string Polyline(int handle, const std::vector<double>& xy, bool closed, double bulge = 0) {
+    std::ostringstream e;
+    e.precision(17);
+    e << "0\nLWPOLYLINE\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\nPLATE\n90\n" << xy.size() / 2
+      << "\n70\n" << (closed ? 1 : 0) << "\n";
+    for (std::size_t i = 0; i + 1 < xy.size(); i += 2) {
+        e << "10\n" << xy[i] << "\n20\n" << xy[i + 1] << "\n";
+        if (bulge != 0) e << "42\n" << bulge << "\n";
+    }
+    return e.str();
+}
+
+// The outer boundary of a plate as a CAD export leaves it: open polylines (one of them an arc) and
+// an open spline joined end to end, around two rectangular holes drawn closed. One section with two
+// holes; its area from the rectangle, the arc's circular segment and the holes.
+TEST(DrawingEdges, OpenPolylinesAndSplinesCloseAnOutlineAroundItsHoles) {
+    const double bulge = 0.1;
+    const std::string spline =  // a clamped cubic along x = 200, from y = 50 to y = 100
+        "0\nSPLINE\n5\n30\n8\nPLATE\n70\n8\n71\n3\n72\n8\n73\n4\n74\n0\n40\n0\n40\n0\n40\n0\n40\n0\n40\n1\n40\n1\n40\n1\n"
+        "40\n1\n10\n200\n20\n50\n30\n0\n10\n200\n20\n65\n30\n0\n10\n200\n20\n85\n30\n0\n10\n200\n20\n100\n30\n0\n";
+    const std::string drawing = Drawing(Polyline(0x10, {0, 0, 200, 0, 200, 50}, false) + spline +
+                                        Polyline(0x11, {200, 100, 0, 100}, false, bulge) + Polyline(0x12, {0, 0, 0, 100}, false) +
+                                        Polyline(0x20, {20, 20, 60, 20, 60, 60, 20, 60}, true) +
+                                        Polyline(0x21, {100, 20, 150, 20, 150, 70, 100, 70}, true));
+    DxfSkips skipped;
+    const auto sections = AnalyseProfiles(ReadDxfText(drawing, "plate.dxf", {}, &skipped), std::make_shared<UnitSetting>());
+    EXPECT_EQ(SkipSummary(skipped), "");
+    ASSERT_EQ(sections.size(), 1u);
+    EXPECT_EQ(sections[0].holes, 2);
+    ASSERT_TRUE(sections[0].values) << sections[0].error;
+    // The top edge bulges up by a circular segment: included angle 4 atan(b) on a chord of 200.
+    const double angle = 4 * std::atan(bulge), radius = 100 / std::sin(angle / 2);
+    const double segment = radius * radius / 2 * (angle - std::sin(angle));
+    EXPECT_NEAR(sections[0].values->area, 200 * 100 + segment - 40 * 40 - 50 * 50, 1e-6);
+    // Alone, an open polyline is still a line of the drawing.
+    skipped.clear();
+    EXPECT_TRUE(ReadDxfText(Drawing(Polyline(0x40, {0, 0, 5, 5}, false)), "l.dxf", {}, &skipped).empty());
+    EXPECT_EQ(SkipSummary(skipped), "1 open LWPOLYLINE on layer PLATE");
+}
+
 TEST(DrawingEdges, ArcsWrapAroundAndMirroredArcsRunTheOtherWay) {
     // A half disc: a diameter line and an arc from 270 through 0 to 90 degrees.
     const auto wrapped = ReadDxfText(Drawing(Line(1, 0, 10, 0, -10) + Arc(2, 0, 0, 10, 270, 90)), "w.dxf");
