@@ -1,11 +1,11 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/EllipticArc.h"
+#include "core/Error.h"
 
 namespace tgp::cli {
 
@@ -44,10 +44,11 @@ using SkipList = std::vector<std::pair<std::string, std::size_t>>;
 // Adds `count` to the description's count (a new entry the first time).
 void Count(SkipList& list, const std::string& what, std::size_t count = 1);
 
-// A file that cannot be read as profiles at all (missing, unreadable, malformed line).
-class ProfileFileError : public std::runtime_error {
+// A file that cannot be read as profiles at all (missing, unreadable, malformed line): one of the
+// library's own errors, its description the message naming the file.
+class ProfileFileError : public Error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit ProfileFileError(const std::string& message) : Error(Error::kLibrary, message) {}
 };
 
 }  // namespace tgp::cli
