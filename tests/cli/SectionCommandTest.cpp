@@ -69,7 +69,7 @@ TEST(AnalyseProfile, BothDirectionsGivePositiveValuesInTheChosenUnits) {
 TEST(AnalyseProfile, SymmetricFiguresReportNoRoundingNoise) {
     // Rounding leaves a product of order 1E-10 mm4 on a symmetric section and a centroid a hair off
     // the axis; the report shows the x and y axes as principal, with angle 0 and zeros exactly.
-    const testing::Outline ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    const test::Outline ipe = test::IpeOutline(200, 100, 5.6, 8.5, 12);
     const ProfileOutcome section = AnalyseProfile(Profile(ipe.xy, ipe.bulges), Units(mm_UnitID));
     ASSERT_TRUE(section.values);
     EXPECT_EQ(section.values->ixy, 0);
@@ -293,7 +293,7 @@ TEST(SectionCommand, ProgressLineOnRequest) {
     EXPECT_EQ(RunCommand({file, file, "--quiet"}, 0).err, "");
 }
 
-using testing::JsonNumber;
+using test::JsonNumber;
 
 // ---- principal axes of turned sections -------------------------------------------------------
 
@@ -315,7 +315,7 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
         std::vector<double> xy, bulges;
         double angleUnturned;  // degrees; NAN where only the rotation rule is checked
     };
-    const testing::Outline ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    const test::Outline ipe = test::IpeOutline(200, 100, 5.6, 8.5, 12);
     const std::vector<Shape> shapes = {
         {"angle", {0, 0, 150, 0, 150, 10, 10, 10, 10, 90, 0, 90}, {0, 0, 0, 0, 0, 0}, NAN},
         {"channel", {0, -100, 75, -100, 75, -88.5, 8.5, -88.5, 8.5, 88.5, 75, 88.5, 75, 100, 0, 100},
@@ -380,11 +380,11 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
 // ---- the published tables through the executable ----------------------------------------------
 
 TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
-    const auto rows = testing::ReadSectionTable();
+    const auto rows = test::ReadSectionTable();
     ASSERT_TRUE(rows) << "tests/data/european_i_sections.csv is missing";
     std::ostringstream text;
     for (const auto& row : *rows) {
-        const testing::Outline o = testing::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
+        const test::Outline o = test::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
         text << "profile " << row.name << "\n";
         for (std::size_t i = 0; i < o.bulges.size(); ++i) {
             text << FormatNumber(o.xy[2 * i]) << ' ' << FormatNumber(o.xy[2 * i + 1]) << ' ' << FormatNumber(o.bulges[i])
@@ -408,11 +408,11 @@ TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
     ASSERT_EQ(lines.size(), rows->size());
     for (const auto& row : *rows) {
         const std::string& line = lines[input + ": " + row.name];
-        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "area"), row.A), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ix"), row.Iy), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "iy"), row.Iz), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "rx"), row.iy), 5e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ry"), row.iz), 5e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(JsonNumber(line, "area"), row.A), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(JsonNumber(line, "ix"), row.Iy), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(JsonNumber(line, "iy"), row.Iz), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(JsonNumber(line, "rx"), row.iy), 5e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(JsonNumber(line, "ry"), row.iz), 5e-3) << row.name;
     }
 }
 

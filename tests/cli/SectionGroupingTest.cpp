@@ -19,7 +19,7 @@
 namespace tgp::cli {
 namespace {
 
-using testing::Outline;
+using test::Outline;
 
 std::shared_ptr<UnitSetting> Millimetres() { return std::make_shared<UnitSetting>(); }
 
@@ -33,13 +33,13 @@ DrawnProfile Outlined(const std::string& name, const Outline& o) {
 
 TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
     const std::vector<DrawnProfile> drawn = {
-        Outlined("hole", testing::Rectangle(10, 10, 180, 80).Reversed()),
-        Outlined("plate", testing::Rectangle(0, 0, 200, 100)),
-        Outlined("island", testing::Rectangle(50, 30, 20, 20)),
-        Outlined("web", testing::Rectangle(1000 - 5, 20, 10, 560)),
-        Outlined("top flange", testing::Rectangle(1000 - 150, 580, 300, 20)),
-        Outlined("bottom flange", testing::Rectangle(1000 - 200, 0, 400, 20)),
-        Outlined("rod", testing::Circle(3000, 0, 10)),
+        Outlined("hole", test::Rectangle(10, 10, 180, 80).Reversed()),
+        Outlined("plate", test::Rectangle(0, 0, 200, 100)),
+        Outlined("island", test::Rectangle(50, 30, 20, 20)),
+        Outlined("web", test::Rectangle(1000 - 5, 20, 10, 560)),
+        Outlined("top flange", test::Rectangle(1000 - 150, 580, 300, 20)),
+        Outlined("bottom flange", test::Rectangle(1000 - 200, 0, 400, 20)),
+        Outlined("rod", test::Circle(3000, 0, 10)),
     };
     const auto sections = AnalyseProfiles(drawn, Millimetres());
     ASSERT_EQ(sections.size(), 3u);
@@ -62,7 +62,7 @@ TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
 // (within the tolerance) or clearly apart.
 TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
     const double far = 1e7;
-    testing::Outline dome = testing::Rectangle(0, 0, 20, 10).Reversed();  // counter-clockwise from (0, 0)
+    test::Outline dome = test::Rectangle(0, 0, 20, 10).Reversed();  // counter-clockwise from (0, 0)
     dome.bulges[2] = 1;  // the top edge, from (20, 10) to (0, 10), a half circle up to y = 20
     struct Case {
         const char* what;
@@ -71,13 +71,13 @@ TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
     };
     const Case cases[] = {
         {"far from the origin",
-         {Outlined("a", testing::Rectangle(far, far, 10, 10)), Outlined("b", testing::Rectangle(far + 10, far, 10, 10))},
+         {Outlined("a", test::Rectangle(far, far, 10, 10)), Outlined("b", test::Rectangle(far + 10, far, 10, 10))},
          1},
-        {"at an arc's crown", {Outlined("dome", dome), Outlined("lid", testing::Rectangle(5, 20, 10, 5))}, 1},
+        {"at an arc's crown", {Outlined("dome", dome), Outlined("lid", test::Rectangle(5, 20, 10, 5))}, 1},
         {"within the tolerance",
-         {Outlined("a", testing::Rectangle(0, 0, 10, 10)), Outlined("b", testing::Rectangle(10 + 1e-7, 0, 10, 10))},
+         {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-7, 0, 10, 10))},
          1},
-        {"apart", {Outlined("a", testing::Rectangle(0, 0, 10, 10)), Outlined("b", testing::Rectangle(10 + 1e-3, 0, 10, 10))}, 2},
+        {"apart", {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-3, 0, 10, 10))}, 2},
     };
     for (const Case& c : cases) {
         const auto sections = AnalyseProfiles(c.drawn, Millimetres());
@@ -87,9 +87,9 @@ TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
 
 TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
     const std::vector<DrawnProfile> drawn = {
-        Outlined("first", testing::Rectangle(0, 0, 10, 10)),
-        Outlined("second", testing::Rectangle(5, 5, 10, 10)),
-        Outlined("third", testing::Rectangle(100, 0, 10, 10)),
+        Outlined("first", test::Rectangle(0, 0, 10, 10)),
+        Outlined("second", test::Rectangle(5, 5, 10, 10)),
+        Outlined("third", test::Rectangle(100, 0, 10, 10)),
     };
     const auto outcomes = AnalyseProfiles(drawn, Millimetres());
     ASSERT_EQ(outcomes.size(), 3u);
@@ -135,17 +135,17 @@ std::string CircleEntity(const std::string& handle, double x, double r, double s
 }
 
 // Every row drawn side by side (1000 mm apart), in the unit given by $INSUNITS.
-std::string HollowDrawing(const std::vector<testing::HollowRow>& rows, int insunits, double scale) {
+std::string HollowDrawing(const std::vector<test::HollowRow>& rows, int insunits, double scale) {
     std::string entities;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const testing::HollowRow& row = rows[i];
+        const test::HollowRow& row = rows[i];
         const double x = 1000.0 * static_cast<double>(i);
         const std::string handle = std::to_string(100 + i);
         if (row.Circular()) {
             entities += CircleEntity(handle, x, row.B / 2, scale) + CircleEntity("F" + handle, x, row.B / 2 - row.t, scale);
             continue;
         }
-        auto [outer, inner] = testing::HollowOutlines(row);
+        auto [outer, inner] = test::HollowOutlines(row);
         for (Outline* o : {&outer, &inner}) {
             for (std::size_t k = 0; k < o->xy.size(); k += 2) o->xy[k] += x;
         }
@@ -155,10 +155,10 @@ std::string HollowDrawing(const std::vector<testing::HollowRow>& rows, int insun
            entities + "0\nENDSEC\n0\nEOF\n";
 }
 
-using testing::JsonNumber;
+using test::JsonNumber;
 
 TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
-    const auto rows = testing::ReadHollowTable();
+    const auto rows = test::ReadHollowTable();
     ASSERT_TRUE(rows) << "tests/data/hollow_sections.csv is missing";
     struct Drawing {
         int insunits;
@@ -178,18 +178,18 @@ TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
         }
         ASSERT_EQ(byHandle.size(), rows->size()) << "one section (outer with its hole) per row";
         for (std::size_t i = 0; i < rows->size(); ++i) {
-            const testing::HollowRow& row = (*rows)[i];
+            const test::HollowRow& row = (*rows)[i];
             const std::string& line = byHandle[std::to_string(100 + i)];
             const std::string what = row.name + " in $INSUNITS " + std::to_string(d.insunits);
             EXPECT_EQ(JsonNumber(line, "holes"), 1) << what;
             const double limit = 0.005;
-            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "area"), row.A), limit) << what;
-            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "ix"), row.Ix), limit) << what;
-            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "iy"), row.Iy), limit) << what;
-            EXPECT_LT(testing::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")), row.Welx), limit) << what;
-            EXPECT_LT(testing::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")), row.Wely), limit) << what;
-            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "wpl_x"), row.Wplx), limit) << what;
-            EXPECT_LT(testing::RelativeGap(JsonNumber(line, "wpl_y"), row.Wply), limit) << what;
+            EXPECT_LT(test::RelativeGap(JsonNumber(line, "area"), row.A), limit) << what;
+            EXPECT_LT(test::RelativeGap(JsonNumber(line, "ix"), row.Ix), limit) << what;
+            EXPECT_LT(test::RelativeGap(JsonNumber(line, "iy"), row.Iy), limit) << what;
+            EXPECT_LT(test::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")), row.Welx), limit) << what;
+            EXPECT_LT(test::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")), row.Wely), limit) << what;
+            EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_x"), row.Wplx), limit) << what;
+            EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_y"), row.Wply), limit) << what;
         }
     }
 }

@@ -10,8 +10,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 const double kPi = std::acos(-1.0);
 

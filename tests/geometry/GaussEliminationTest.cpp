@@ -101,7 +101,7 @@ TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
     for (const Kind kind : kKinds) {
         for (int n = 1; n <= 41; ++n) {
             const Vec a = MakeMatrix(kind, n, random);
-            const Vec y = testing::RandomVector(n, random);
+            const Vec y = test::RandomVector(n, random);
             const Reference reference(a, y, n);
             for (const auto& blocking : blockings) {
                 Vec work = a, rhs = y;
@@ -151,7 +151,7 @@ TEST(GaussElimination, DetAndSolveOfTheMatrixClassMatchTheReference) {
     for (int n = 1; n <= 300; n += (n < 80 ? 1 : 13)) {
         const Kind kind = kKinds[n % 4];
         const Vec a = MakeMatrix(kind, n, random);
-        const Vec y = testing::RandomVector(n, random);
+        const Vec y = test::RandomVector(n, random);
         const Reference reference(a, y, n);
         auto m = MakeMatrixObject(a, n);
         Array2DData eliminated;

@@ -13,7 +13,7 @@
 namespace tgp {
 namespace {
 
-using testing::RaisesError;
+using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;
 constexpr double kShortTwoPi = 6.28318530717958;

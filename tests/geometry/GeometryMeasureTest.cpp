@@ -10,8 +10,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 const std::string kNoTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
 const std::string kZeroUnitVec = "Vector unitvec(u) = u = 0";

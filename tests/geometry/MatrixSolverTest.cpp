@@ -250,7 +250,7 @@ TEST(MatrixInvariants, BothSolversSatisfyTheSystem) {
         for (int trial = 0; trial < 3; ++trial) {
             SCOPED_TRACE(::testing::Message() << "n = " << n << ", trial " << trial);
             const Array2DData a = RandomWellConditioned(n, random);
-            const Vec y = testing::RandomVector(n, random);
+            const Vec y = test::RandomVector(n, random);
             auto m = Make(a);
             ExpectNear(Times(a, m->SolveWithGaussMethod(y).value()), y, 1e-11);
             ExpectNear(Times(a, m->Solve(y).value()), y, 1e-11);

@@ -3,7 +3,7 @@
 #include <random>
 #include <vector>
 
-namespace tgp::testing {
+namespace tgp::test {
 
 // n values drawn evenly from [-10, 10): right-hand sides and test vectors for the solver.
 inline std::vector<double> RandomVector(int n, std::mt19937& random) {
@@ -13,4 +13,4 @@ inline std::vector<double> RandomVector(int n, std::mt19937& random) {
     return v;
 }
 
-}  // namespace tgp::testing
+}  // namespace tgp::test

@@ -14,7 +14,7 @@
 namespace tgp {
 namespace {
 
-using testing::RaisesError;
+using test::RaisesError;
 
 struct OverflowCase {
     const char* name;

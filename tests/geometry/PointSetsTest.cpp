@@ -10,8 +10,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 TEST(PointSets, BoxCentroidNearestAndSort) {
     const PointList points{{3, 1}, {-1, 4, 2}, {0, 0, -5}, {2, 2}};

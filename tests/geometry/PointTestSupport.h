@@ -10,7 +10,7 @@
 #include "core/Error.h"
 #include "geometry/Point.h"
 
-namespace tgp::testing {
+namespace tgp::test {
 
 // Compares two point arrays element by element within an absolute tolerance.
 inline ::testing::AssertionResult PointsNear(const Point& actual, const Point& expected, double tolerance) {
@@ -38,4 +38,4 @@ inline ::testing::AssertionResult RaisesError(const std::function<void()>& actio
     return ::testing::AssertionFailure() << "raised nothing";
 }
 
-}  // namespace tgp::testing
+}  // namespace tgp::test

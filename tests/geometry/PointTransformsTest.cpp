@@ -9,8 +9,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 Matrix Make(const Array2DData& data) {
     Matrix m;

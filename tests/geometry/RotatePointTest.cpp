@@ -10,8 +10,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;
 const std::string kRotateFails = "Method RotatePoint of Geometry module fails";

@@ -13,8 +13,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;
 const std::string kInvalidAxes = "The Ux, Uy, Uz set to the UCS object are invalid";

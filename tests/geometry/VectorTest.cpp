@@ -10,8 +10,8 @@
 namespace tgp {
 namespace {
 
-using testing::PointsNear;
-using testing::RaisesError;
+using test::PointsNear;
+using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;  // the library's pi literal
 const std::string kZeroUnitVec = "Vector unitvec(u) = u = 0";

@@ -14,11 +14,11 @@
 namespace tgp {
 namespace {
 
-using testing::Circle;
-using testing::ExpectError;
-using testing::LoopOf;
-using testing::Outline;
-using testing::Rectangle;
+using test::Circle;
+using test::ExpectError;
+using test::LoopOf;
+using test::Outline;
+using test::Rectangle;
 
 struct Values {
     double area, ix, iy, ixy, perimeter, xc, yc;

@@ -11,7 +11,7 @@
 namespace tgp {
 namespace {
 
-using testing::ExpectError;
+using test::ExpectError;
 
 std::shared_ptr<InertiaBlock> Block(double ix, double iy, double ixy, double area = 1000, Point c = {0, 0, 0}) {
     auto b = InertiaBlock::Create();

@@ -13,7 +13,7 @@
 namespace tgp {
 namespace {
 
-using testing::ExpectError;
+using test::ExpectError;
 
 std::shared_ptr<Loop7> Polygon(std::vector<double> xy) {
     auto loop = Loop7::Create();
@@ -234,7 +234,7 @@ TEST(LoopSelfIntersection, FoundForCrossingsOnly) {
     EXPECT_TRUE(Polygon({0, 0, 4, 0, 2, 0, 2, 2})->IsSelfIntersect());  // a spike folding back
     EXPECT_FALSE(Star(5, 10, 4)->IsSelfIntersect());
     EXPECT_TRUE(Polygon({0, 0, 2, 0, 2, 2, 1, -1, 0, 2})->IsSelfIntersect());  // a dent through the bottom edge
-    const auto ipe = testing::IpeOutline(200, 100, 5.6, 8.5, 12);
+    const auto ipe = test::IpeOutline(200, 100, 5.6, 8.5, 12);
     auto section = Loop7::Create();
     section->InitFromCoordinates(ipe.xy, ipe.bulges);
     EXPECT_FALSE(section->IsSelfIntersect());  // fillets tangent to their neighbours

@@ -13,7 +13,7 @@
 namespace tgp {
 namespace {
 
-using testing::Outline;
+using test::Outline;
 
 // Centroidal properties of a figure traversed clockwise (positive area).
 struct Expected {
@@ -26,7 +26,7 @@ struct SectionCase {
     Expected expected;
 };
 
-using testing::LoopOf;
+using test::LoopOf;
 
 void ExpectProperties(Loop7& loop, const Expected& e, double sign, const std::string& name) {
     const double scale = std::max(std::fabs(e.ix), std::fabs(e.iy));
@@ -42,9 +42,9 @@ void ExpectProperties(Loop7& loop, const Expected& e, double sign, const std::st
 }
 
 // Closed forms. r: radius; the reference sums use the full-precision pi.
-using testing::Circle;
-using testing::Rectangle;
-using testing::RoundedRectangle;
+using test::Circle;
+using test::Rectangle;
+using test::RoundedRectangle;
 
 // Circular segment of half-angle t (radius r, centre origin) above its chord, clockwise: the chord
 // from right to left, then the arc back over the top. t > pi/2 makes a major segment (|bulge| > 1).
@@ -220,19 +220,19 @@ TEST(LoopMove, KeepsMomentsAndShiftsTheCentroid) {
 // ---- published section tables -----------------------------------------------------------------
 
 TEST(PublishedSections, EuropeanISectionsAgreeWithTheTables) {
-    const auto rows = testing::ReadSectionTable();
+    const auto rows = test::ReadSectionTable();
     ASSERT_TRUE(rows) << "tests/data/european_i_sections.csv is missing";
     ASSERT_FALSE(rows->empty());
     for (const auto& row : *rows) {
-        const testing::Outline o = testing::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
+        const test::Outline o = test::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
         auto loop = LoopOf(o);
         loop->Reverse();  // clockwise: positive values
         auto block = loop->InertiaBlock();
-        EXPECT_LT(testing::RelativeGap(block->Area()->Centimetres(), row.A), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->MomentOfInertiaX()->Centimetres(), row.Iy), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->MomentOfInertiaY()->Centimetres(), row.Iz), 1e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->RadiusOfGyrationX()->Centimetres(), row.iy), 5e-3) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->RadiusOfGyrationY()->Centimetres(), row.iz), 5e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(block->Area()->Centimetres(), row.A), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaX()->Centimetres(), row.Iy), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaY()->Centimetres(), row.Iz), 1e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(block->RadiusOfGyrationX()->Centimetres(), row.iy), 5e-3) << row.name;
+        EXPECT_LT(test::RelativeGap(block->RadiusOfGyrationY()->Centimetres(), row.iz), 5e-3) << row.name;
         EXPECT_NEAR(block->ProductOfInertiaXY()->Millimetres(), 0, 1e-6 * block->MomentOfInertiaX()->Millimetres());
     }
 }

@@ -11,11 +11,11 @@
 namespace tgp {
 namespace {
 
-using testing::Circle;
-using testing::ExpectError;
-using testing::LoopOf;
-using testing::Outline;
-using testing::Rectangle;
+using test::Circle;
+using test::ExpectError;
+using test::LoopOf;
+using test::Outline;
+using test::Rectangle;
 
 Outline Square(double cx, double cy, double side, bool clockwise = true) {
     Outline o = Rectangle(cx - side / 2, cy - side / 2, side, side);

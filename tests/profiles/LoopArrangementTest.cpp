@@ -14,9 +14,9 @@
 namespace tgp {
 namespace {
 
-using testing::Circle;
-using testing::LoopOf;
-using testing::Rectangle;
+using test::Circle;
+using test::LoopOf;
+using test::Rectangle;
 
 struct Reference {
     std::vector<LoopArrangement::Pair> overlaps, meetings;

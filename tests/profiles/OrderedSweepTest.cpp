@@ -15,8 +15,8 @@
 namespace tgp {
 namespace {
 
-using testing::LoopOf;
-using testing::Outline;
+using test::LoopOf;
+using test::Outline;
 
 // The pair rule of the tests: any common point but the joint of neighbours.
 bool Crossing(std::span<const LoopDLine> s, std::uint32_t i, std::uint32_t j) {

@@ -10,7 +10,7 @@
 namespace tgp {
 namespace {
 
-using testing::ExpectError;
+using test::ExpectError;
 
 std::shared_ptr<Loop7> Square(double side, double at = 0) {
     auto loop = Loop7::Create();

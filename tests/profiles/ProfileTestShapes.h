@@ -16,7 +16,7 @@
 #include "core/Error.h"
 #include "profiles/Loop7.h"
 
-namespace tgp::testing {
+namespace tgp::test {
 
 // A profile as x, y pairs and one bulge per vertex.
 struct Outline {
@@ -207,4 +207,4 @@ inline std::pair<Outline, Outline> HollowOutlines(const HollowRow& r) {
     return {RoundedRectangle(0, 0, r.B, r.H, r.ro), RoundedRectangle(0, 0, r.B - 2 * r.t, r.H - 2 * r.t, r.ri)};
 }
 
-}  // namespace tgp::testing
+}  // namespace tgp::test

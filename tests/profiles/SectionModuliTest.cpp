@@ -14,10 +14,10 @@
 namespace tgp {
 namespace {
 
-using testing::Circle;
-using testing::LoopOf;
-using testing::Outline;
-using testing::Rectangle;
+using test::Circle;
+using test::LoopOf;
+using test::Outline;
+using test::Rectangle;
 
 std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
     auto section = Loop7s::Create();
@@ -114,22 +114,22 @@ TEST(SectionModuli, PlasticAxisOfPlatesAgainstAStripReference) {
 }
 
 TEST(SectionModuli, PublishedHollowSections) {
-    const auto rows = testing::ReadHollowTable();
+    const auto rows = test::ReadHollowTable();
     ASSERT_TRUE(rows) << "tests/data/hollow_sections.csv is missing";
     ASSERT_FALSE(rows->empty());
-    for (const testing::HollowRow& row : *rows) {
-        const auto [outer, inner] = testing::HollowOutlines(row);
+    for (const test::HollowRow& row : *rows) {
+        const auto [outer, inner] = test::HollowOutlines(row);
         auto section = SectionOf({outer, inner});
         auto block = section->InertiaBlock();
         const SectionModuli m = ComputeModuli(*section);
         const double limit = 0.005;
-        EXPECT_LT(testing::RelativeGap(block->Area()->Millimetres() / 1e2, row.A), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->MomentOfInertiaX()->Millimetres() / 1e4, row.Ix), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(block->MomentOfInertiaY()->Millimetres() / 1e4, row.Iy), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(std::min(m.wxTop, m.wxBottom) / 1e3, row.Welx), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(std::min(m.wyLeft, m.wyRight) / 1e3, row.Wely), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(m.zx / 1e3, row.Wplx), limit) << row.name;
-        EXPECT_LT(testing::RelativeGap(m.zy / 1e3, row.Wply), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(block->Area()->Millimetres() / 1e2, row.A), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaX()->Millimetres() / 1e4, row.Ix), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaY()->Millimetres() / 1e4, row.Iy), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(std::min(m.wxTop, m.wxBottom) / 1e3, row.Welx), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(std::min(m.wyLeft, m.wyRight) / 1e3, row.Wely), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(m.zx / 1e3, row.Wplx), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(m.zy / 1e3, row.Wply), limit) << row.name;
     }
 }
 

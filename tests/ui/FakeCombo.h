@@ -6,7 +6,7 @@
 
 #include "ui/ComboControl.h"
 
-namespace tgp::ui::testing {
+namespace tgp::ui::test {
 
 class FakeCombo final : public ComboControl {
 public:
@@ -44,4 +44,4 @@ private:
     }
 };
 
-}  // namespace tgp::ui::testing
+}  // namespace tgp::ui::test

@@ -8,7 +8,7 @@
 namespace tgp::ui {
 namespace {
 
-using testing::FakeCombo;
+using test::FakeCombo;
 
 struct Recorded {
     int16_t oldID, newID;

@@ -12,7 +12,7 @@
 namespace tgp::ui {
 namespace {
 
-using testing::FakeCombo;
+using test::FakeCombo;
 
 class FakeEditView final : public EditQuantityView {
 public:

@@ -9,7 +9,7 @@
 namespace tgp::ui {
 namespace {
 
-using testing::FakeCombo;
+using test::FakeCombo;
 
 class FakeSettingView final : public UnitSettingView {
 public:
