@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DxfText.h"
+
 #include <cmath>
 #include <random>
 #include <sstream>
@@ -14,9 +16,7 @@
 namespace tgp::cli {
 namespace {
 
-std::string Drawing(const std::string& entities) {
-    return "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
-}
+using test::Drawing;
 
 std::string Line(int handle, double x0, double y0, double x1, double y1, const std::string& layer = "EDGES") {
     std::ostringstream e;

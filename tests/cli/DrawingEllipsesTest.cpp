@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DxfText.h"
+
 #include <cmath>
 #include <sstream>
 #include <string>
@@ -12,11 +14,7 @@
 namespace tgp::cli {
 namespace {
 
-std::string Drawing(const std::string& entities, const std::string& blocks = "") {
-    std::string d;
-    if (!blocks.empty()) d += "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n";
-    return d + "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
-}
+using test::Drawing;
 
 // An ELLIPSE: centre, major axis end (relative), ratio, parameters; extra groups (an extrusion).
 std::string Ellipse(const std::string& handle, double cx, double cy, double mx, double my, double ratio, double t0 = 0,

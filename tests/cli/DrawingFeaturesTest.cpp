@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DxfText.h"
+
 #include <cmath>
 #include <optional>
 #include <sstream>
@@ -14,13 +16,7 @@
 namespace tgp::cli {
 namespace {
 
-// A drawing written by the test: header variables, block definitions and model-space entities.
-std::string Drawing(const std::string& entities, const std::string& blocks = "", const std::string& header = "") {
-    std::string d;
-    if (!header.empty()) d += "0\nSECTION\n2\nHEADER\n" + header + "0\nENDSEC\n";
-    if (!blocks.empty()) d += "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n";
-    return d + "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
-}
+using test::Drawing;
 
 std::string Block(const std::string& name, double baseX, double baseY, const std::string& contents) {
     std::ostringstream b;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DxfText.h"
+
 #include <cmath>
 #include <sstream>
 #include <string>
@@ -14,7 +16,7 @@
 namespace tgp::cli {
 namespace {
 
-std::string Drawing(const std::string& entities) { return "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n"; }
+using test::Drawing;
 
 std::string Groups(std::initializer_list<std::pair<int, double>> groups) {
     std::ostringstream out;

@@ -4,6 +4,8 @@
 // singular systems, for every panel width that takes a different path through the code.
 #include <gtest/gtest.h>
 
+#include "support/Expectations.h"
+
 #include <cmath>
 #include <cstring>
 #include <optional>
@@ -67,7 +69,7 @@ bool SameBits(const Vec& a, const Vec& b) {
     return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }
 
-bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+using test::SameBits;
 
 enum class Kind { Dense, SparseIntegers, RepeatedRows, ZeroLeadingColumn };
 

@@ -1,6 +1,8 @@
 // Matrix storage, reshaping, element access and element-wise arithmetic.
 #include <gtest/gtest.h>
 
+#include "support/Expectations.h"
+
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
@@ -32,16 +34,7 @@ Matrix Make(const Array2DData& data) {
     return m;
 }
 
-// Runs `action`, expecting tgp::Error with the given number and text.
-void ExpectError(const std::function<void()>& action, int number, const std::string& text) {
-    try {
-        action();
-        ADD_FAILURE() << "no error, expected " << number << " " << text;
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), number);
-        EXPECT_EQ(e.description(), text);
-    }
-}
+using test::ExpectError;
 
 void ExpectLibraryError(const std::function<void()>& action, const std::string& text) {
     ExpectError(action, 2411, text);

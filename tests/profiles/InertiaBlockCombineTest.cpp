@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Expectations.h"
+
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -186,7 +188,7 @@ TEST(InertiaBlockTransformation, TurningBackAndMirroringTwiceRestore) {
                 "Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse onto a line");
 }
 
-bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+using test::SameBits;
 
 void ExpectSameBits(InertiaBlock& a, InertiaBlock& b) {
     const Values x = Of(a), y = Of(b);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/Error.h"
+#include "support/Expectations.h"
 #include "profiles/Loop7.h"
 
 namespace tgp::test {
@@ -81,17 +82,6 @@ inline Outline RoundedRectangle(double cx, double cy, double b, double h, double
     o.Add(cx + B - r, cy - H);
     o.Add(cx - B + r, cy - H, quarter);
     return o;
-}
-
-template <class F>
-void ExpectError(F&& f, int number, const std::string& description) {
-    try {
-        f();
-        ADD_FAILURE() << "expected error " << number << " " << description;
-    } catch (const tgp::Error& e) {
-        EXPECT_EQ(e.number(), number);
-        EXPECT_EQ(e.description(), description);
-    }
 }
 
 inline double RelativeGap(double actual, double expected) {

@@ -1,6 +1,8 @@
 // The four ways of giving a unit: missing, a number, a numeric text, an object naming the unit.
 #include <gtest/gtest.h>
 
+#include "support/Expectations.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -41,36 +43,16 @@ TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
     EXPECT_FALSE(UnitArg(0).IsMissing());
 }
 
-void ExpectError(int number, const std::string& description, const std::function<void()>& action,
-                 const char* what) {
-    try {
-        action();
-        ADD_FAILURE() << what << " did not fail";
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), number) << what;
-        EXPECT_EQ(e.description(), description) << what;
-    }
-}
-
 TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
-    ExpectError(
-        6, "Overflow", [] { UnitArg(40000); }, "40000");
-    ExpectError(
-        6, "Overflow", [] { UnitArg(32767.5); }, "32767.5 rounds to 32768");
-    ExpectError(
-        6, "Overflow", [] { UnitArg(-32769); }, "-32769");
-    ExpectError(
-        6, "Overflow", [] { UnitArg(70000u); }, "unsigned 70000");
-    ExpectError(
-        6, "Overflow", [] { UnitArg("1e9"); }, "text 1e9");
-    ExpectError(
-        6, "Overflow", [] { ToInteger32(3e9); }, "Long 3e9");
-    ExpectError(
-        13, "Type mismatch", [] { UnitArg("abc"); }, "abc");
-    ExpectError(
-        13, "Type mismatch", [] { UnitArg(""); }, "empty text");
-    ExpectError(
-        13, "Type mismatch", [] { UnitArg("3 m"); }, "text with a unit");
+    test::ExpectError([] { UnitArg(40000); }, 6, "Overflow", "40000");
+    test::ExpectError([] { UnitArg(32767.5); }, 6, "Overflow", "32767.5 rounds to 32768");
+    test::ExpectError([] { UnitArg(-32769); }, 6, "Overflow", "-32769");
+    test::ExpectError([] { UnitArg(70000u); }, 6, "Overflow", "unsigned 70000");
+    test::ExpectError([] { UnitArg("1e9"); }, 6, "Overflow", "text 1e9");
+    test::ExpectError([] { ToInteger32(3e9); }, 6, "Overflow", "Long 3e9");
+    test::ExpectError([] { UnitArg("abc"); }, 13, "Type mismatch", "abc");
+    test::ExpectError([] { UnitArg(""); }, 13, "Type mismatch", "empty text");
+    test::ExpectError([] { UnitArg("3 m"); }, 13, "Type mismatch", "text with a unit");
     EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
 }
 

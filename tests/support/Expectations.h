@@ -1,0 +1,30 @@
+#pragma once
+
+// Expectations every suite shares.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "core/Error.h"
+
+namespace tgp::test {
+
+// Runs `action`, expecting the library's error with this number and description; `what` names the
+// case in a failure.
+template <class F>
+void ExpectError(F&& action, int number, const std::string& description, const std::string& what = "") {
+    try {
+        action();
+        ADD_FAILURE() << what << ": no error, expected " << number << " " << description;
+    } catch (const tgp::Error& e) {
+        EXPECT_EQ(e.number(), number) << what;
+        EXPECT_EQ(e.description(), description) << what;
+    }
+}
+
+// The same number to the last bit (a NaN equals itself, +0 differs from -0).
+inline bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+}  // namespace tgp::test
