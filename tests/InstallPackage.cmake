@@ -1,0 +1,44 @@
+# The library as another project uses it: installed into a fresh prefix (cmake --install), then the
+# example in examples/consumer built against it through find_package, through pkg-config, and with
+# the source added by add_subdirectory; each program must print the RHS's properties.
+# cmake -DBUILD=<build> -DSOURCE=<checkout> -DWORK=<scratch folder> -DCXX=<compiler> -P InstallPackage.cmake
+set(expected "area 45.44 cm2, Ix 757.854 cm4, Iy 2306.01 cm4\n")
+set(prefix ${WORK}/prefix)
+file(REMOVE_RECURSE ${WORK})
+
+function(run what)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${what} failed (${status}):\n${out}\n${err}")
+  endif()
+  set(output "${out}" PARENT_SCOPE)
+endfunction()
+
+function(check_program what program)
+  run("${what}: the program" ${program})
+  if(NOT output STREQUAL expected)
+    message(FATAL_ERROR "${what}: printed '${output}', expected '${expected}'")
+  endif()
+  message(STATUS "${what}: ${output}")
+endfunction()
+
+run("install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
+
+run("find_package: configure" ${CMAKE_COMMAND} -S ${SOURCE}/examples/consumer -B ${WORK}/found -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Release)
+run("find_package: build" ${CMAKE_COMMAND} --build ${WORK}/found)
+check_program("find_package" ${WORK}/found/section_of_rhs)
+
+run("pkg-config" ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig:${prefix}/lib64/pkgconfig
+    pkg-config --cflags --libs tessary-geometry-pro)
+separate_arguments(flags UNIX_COMMAND "${output}")
+run("pkg-config: build" ${CXX} ${SOURCE}/examples/consumer/section_of_rhs.cpp ${flags} -o ${WORK}/pkg-config-rhs)
+check_program("pkg-config" ${WORK}/pkg-config-rhs)
+
+run("add_subdirectory: configure" ${CMAKE_COMMAND} -S ${SOURCE}/examples/consumer -B ${WORK}/added -DTGP_SOURCE_DIR=${SOURCE}
+    -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Release)
+if(EXISTS ${WORK}/added/tessary-geometry-pro/tests OR EXISTS ${WORK}/added/tessary-geometry-pro/bench)
+  message(FATAL_ERROR "add_subdirectory: the library's tests or benchmarks were configured for another project")
+endif()
+run("add_subdirectory: build" ${CMAKE_COMMAND} --build ${WORK}/added --target section_of_rhs)
+check_program("add_subdirectory" ${WORK}/added/section_of_rhs)
