@@ -10,7 +10,7 @@ namespace tgp::automation {
 // process (script hosts that ask for it on every CreateObject and never release it would otherwise
 // leak one each time). While a caller holds a reference it keeps the DLL loaded like any object.
 class ClassFactory final : public IClassFactory {
-public:
+  public:
     // The class object of the entry, with a reference added for the caller.
     static HRESULT Get(const ClassEntry& entry, REFIID iid, void** result);
 
@@ -24,7 +24,7 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** result) override;
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override;
 
-private:
+  private:
     const ClassEntry& entry_;
     std::atomic<long> references_{0};
 };

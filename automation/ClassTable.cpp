@@ -18,7 +18,7 @@ namespace {
 
 const auto kClasses = std::to_array<ClassEntry>({
     TGP_QUANTITY_CLASSES(TGP_QUANTITY_ENTRY)
-    ClassEntry{L"UnitSetting", __uuidof(::UnitSetting), &CreateUnitSetting},
+        ClassEntry{L"UnitSetting", __uuidof(::UnitSetting), &CreateUnitSetting},
     ClassEntry{L"Geometry_EXE", __uuidof(::Geometry_EXE), &CreateGeometry_EXE},
     ClassEntry{L"Vector", __uuidof(::Vector), &CreateVector},
     ClassEntry{L"Geometry", __uuidof(::Geometry), &CreateGeometry},
@@ -33,7 +33,9 @@ const auto kClasses = std::to_array<ClassEntry>({
 
 }  // namespace
 
-std::span<const ClassEntry> Classes() { return kClasses; }
+std::span<const ClassEntry> Classes() {
+    return kClasses;
+}
 
 const ClassEntry* FindClass(REFCLSID clsid) {
     for (const ClassEntry& entry : kClasses)

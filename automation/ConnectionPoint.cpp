@@ -11,14 +11,19 @@ ConnectionPoint::~ConnectionPoint() {
 
 HRESULT ConnectionPoint::QueryInterface(REFIID iid, void** result) {
     if (!result) return E_POINTER;
-    *result = (iid == IID_IUnknown || iid == IID_IConnectionPoint) ? static_cast<IConnectionPoint*>(this) : nullptr;
+    *result =
+        (iid == IID_IUnknown || iid == IID_IConnectionPoint) ? static_cast<IConnectionPoint*>(this) : nullptr;
     if (!*result) return E_NOINTERFACE;
     AddRef();
     return S_OK;
 }
 
-ULONG ConnectionPoint::AddRef() { return owner_.AddRef(); }
-ULONG ConnectionPoint::Release() { return owner_.Release(); }
+ULONG ConnectionPoint::AddRef() {
+    return owner_.AddRef();
+}
+ULONG ConnectionPoint::Release() {
+    return owner_.Release();
+}
 
 HRESULT ConnectionPoint::GetConnectionInterface(IID* iid) {
     if (!iid) return E_POINTER;
@@ -74,7 +79,8 @@ void ConnectionPoint::Fire(DISPID event, DISPPARAMS& arguments) {
     for (auto& sink : sinks) {
         EXCEPINFO ignored{};  // a failing handler is the sink's own affair
         UINT argError = 0;
-        sink.second->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, &ignored, &argError);
+        sink.second->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr,
+                            &ignored, &argError);
         SysFreeString(ignored.bstrSource);
         SysFreeString(ignored.bstrDescription);
         SysFreeString(ignored.bstrHelpFile);

@@ -11,7 +11,7 @@ namespace tgp::automation {
 // each event as a late-bound call of its dispatch id. The point lives inside its owner and shares
 // the owner's reference count.
 class ConnectionPoint final : public IConnectionPoint {
-public:
+  public:
     ConnectionPoint(IUnknown& owner, IConnectionPointContainer& container, const IID& events);
     ~ConnectionPoint();
     ConnectionPoint(const ConnectionPoint&) = delete;
@@ -33,7 +33,7 @@ public:
     void Fire(DISPID event);
     void Fire(DISPID event, DISPPARAMS& arguments);
 
-private:
+  private:
     IUnknown& owner_;
     IConnectionPointContainer& container_;
     IID events_;
@@ -44,20 +44,20 @@ private:
 // The connection-point container of an object with one outgoing interface. The object that derives
 // from it answers IConnectionPointContainer in its QueryInterface and implements IUnknown for both.
 class EventContainer : public IConnectionPointContainer {
-public:
+  public:
     EventContainer(IUnknown& owner, const IID& events) : point_(owner, *this, events) {}
 
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
 
-protected:
+  protected:
     ConnectionPoint& EventPoint() { return point_; }
     // This container when asked for IConnectionPointContainer (for the owner's QueryInterface).
     void* ContainerFor(REFIID iid) {
         return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this) : nullptr;
     }
 
-private:
+  private:
     ConnectionPoint point_;
 };
 

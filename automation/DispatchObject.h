@@ -4,9 +4,9 @@
 #include <memory>
 #include <typeinfo>
 
+#include "DispatchTable.h"
 #include "ErrorInfo.h"
 #include "Identity.h"
-#include "DispatchTable.h"
 #include "NativeObject.h"
 #include "Server.h"
 
@@ -17,7 +17,7 @@ namespace tgp::automation {
 // Itf is the class's dual interface as widl declares it; CoClass its coclass (for __uuidof).
 template <class Itf, class CoClass, class Native>
 class DispatchObject : public Itf, public ISupportErrorInfo, public IProvideClassInfo, public INativeObject {
-public:
+  public:
     explicit DispatchObject(std::shared_ptr<Native> native) : native_(std::move(native)) {
         Server::ObjectCreated();
         Identity::Add(native_.get(), typeid(Native), static_cast<Itf*>(this));
@@ -101,8 +101,8 @@ public:
         const DispatchTable& table = Interface();
         return table.info() ? table.GetIDsOfNames(names, count, ids) : TYPE_E_CANTLOADLIBRARY;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                                     EXCEPINFO* exception, UINT* argError) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argError) override {
         const DispatchTable& table = Interface();
         if (!table.info()) return TYPE_E_CANTLOADLIBRARY;
         return table.Invoke(static_cast<Itf*>(this), member, flags, params, result, exception, argError);
@@ -123,7 +123,7 @@ public:
     std::shared_ptr<void> NativeShared() override { return native_; }
     const std::type_info& NativeType() override { return typeid(Native); }
 
-protected:
+  protected:
     Native& native() { return *native_; }
     const std::shared_ptr<Native>& shared() { return native_; }
 
@@ -136,7 +136,7 @@ protected:
     // Interfaces beyond the common ones (the connection points of a class with events).
     virtual void* QueryExtra(REFIID) { return nullptr; }
 
-private:
+  private:
     // The interface's dispatch table, made once per class from its type information.
     static const DispatchTable& Interface() {
         static const DispatchTable table([] {

@@ -52,8 +52,10 @@ DispatchTable::Parameter Describe(ITypeInfo* info, const ELEMDESC& element) {
     p.byReference = pointers > (p.retval ? 1 : 0);
     if ((flags & PARAMFLAG_FHASDEFAULT) && element.paramdesc.pparamdescex) {
         VARIANT& given = element.paramdesc.pparamdescex->varDefaultValue;
-        if (p.type == VT_VARIANT) VariantCopy(&p.fallback, &given);
-        else if (p.type != VT_UNKNOWN) VariantChangeType(&p.fallback, &given, 0, p.type);
+        if (p.type == VT_VARIANT)
+            VariantCopy(&p.fallback, &given);
+        else if (p.type != VT_UNKNOWN)
+            VariantChangeType(&p.fallback, &given, 0, p.type);
         p.optional = true;
     }
     return p;
@@ -63,7 +65,8 @@ DispatchTable::Parameter Describe(ITypeInfo* info, const ELEMDESC& element) {
 ITypeInfo* InterfaceView(ITypeInfo* info) {
     TYPEATTR* attributes = nullptr;
     if (FAILED(info->GetTypeAttr(&attributes))) return nullptr;
-    const bool dualDispatch = attributes->typekind == TKIND_DISPATCH && (attributes->wTypeFlags & TYPEFLAG_FDUAL);
+    const bool dualDispatch =
+        attributes->typekind == TKIND_DISPATCH && (attributes->wTypeFlags & TYPEFLAG_FDUAL);
     info->ReleaseTypeAttr(attributes);
     if (!dualDispatch) {
         info->AddRef();
@@ -71,14 +74,17 @@ ITypeInfo* InterfaceView(ITypeInfo* info) {
     }
     HREFTYPE reference = 0;
     ITypeInfo* view = nullptr;
-    if (FAILED(info->GetRefTypeOfImplType(-1, &reference)) || FAILED(info->GetRefTypeInfo(reference, &view))) return nullptr;
+    if (FAILED(info->GetRefTypeOfImplType(-1, &reference)) || FAILED(info->GetRefTypeInfo(reference, &view)))
+        return nullptr;
     return view;
 }
 
 // --- Names ---------------------------------------------------------------------------------------
 
 // Names compare as Basic compares identifiers: without regard to case.
-wchar_t Fold(wchar_t c) { return c < 128 ? static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c + 32 : c) : towlower(c); }
+wchar_t Fold(wchar_t c) {
+    return c < 128 ? static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c + 32 : c) : towlower(c);
+}
 
 std::wstring Folded(std::wstring_view name) {
     std::wstring folded(name);
@@ -104,7 +110,9 @@ bool FoldedEqual(std::wstring_view folded, std::wstring_view name) {
 
 // --- One call --------------------------------------------------------------------------------------
 
-bool IsOmittedValue(const VARIANT& v) { return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND; }
+bool IsOmittedValue(const VARIANT& v) {
+    return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND;
+}
 
 // A failed member's result as the caller sees it: an object of another class where one is typed is
 // a type mismatch, and the member's error object is copied into EXCEPINFO for script hosts.
@@ -124,7 +132,7 @@ HRESULT CallerResult(HRESULT hr, EXCEPINFO* exception) {
 // The arguments of one call in the member's own types, with whatever they own, released when the
 // call is over; by-reference results go back to the caller's variables first.
 class CallFrame {
-public:
+  public:
     using Parameter = DispatchTable::Parameter;
     using Member = DispatchTable::Member;
 
@@ -148,7 +156,8 @@ public:
         const Parameter& p = member_.parameters[i];
         if (p.retval) return BindRetval(i, p);
         if (!given || IsOmittedValue(*given)) return BindOmitted(i, p);
-        if (p.type == VT_VARIANT) return p.byReference ? BindVariantReference(i, *given) : BindVariant(i, *given);
+        if (p.type == VT_VARIANT)
+            return p.byReference ? BindVariantReference(i, *given) : BindVariant(i, *given);
         if (p.type == VT_UNKNOWN) return BindInterface(i, p, *given);
         return BindScalar(i, p, *given);
     }
@@ -174,8 +183,9 @@ public:
         for (std::size_t i = 0; i < n; ++i) pointers_[i] = &arguments_[i];
         VARIANT returned;
         VariantInit(&returned);
-        const HRESULT call = DispCallFunc(self, static_cast<ULONG_PTR>(member_.vtableOffset), member_.convention, VT_ERROR,
-                                          static_cast<UINT>(n), types_.data(), pointers_.data(), &returned);
+        const HRESULT call =
+            DispCallFunc(self, static_cast<ULONG_PTR>(member_.vtableOffset), member_.convention, VT_ERROR,
+                         static_cast<UINT>(n), types_.data(), pointers_.data(), &returned);
         if (FAILED(call)) return call;
         return V_ERROR(&returned);
     }
@@ -205,14 +215,15 @@ public:
         V_VT(&retval_) = VT_EMPTY;
     }
 
-private:
+  private:
     HRESULT BindRetval(std::size_t i, const Parameter& p) {
         if (p.type == VT_VARIANT) {
             types_[i] = VT_BYREF | VT_VARIANT;
             V_VARIANTREF(&arguments_[i]) = &retval_;
         } else {
             VARTYPE type = p.type;
-            if (type == VT_UNKNOWN && p.iid != IID_IUnknown) type = VT_DISPATCH;  // the library's interfaces are dual
+            if (type == VT_UNKNOWN && p.iid != IID_IUnknown)
+                type = VT_DISPATCH;  // the library's interfaces are dual
             V_VT(&retval_) = type;
             V_UNKNOWN(&retval_) = nullptr;
             V_R8(&retval_) = 0;
@@ -240,7 +251,8 @@ private:
         if (p.type == VT_UNKNOWN) {
             V_VT(&local) = VT_UNKNOWN;
             V_UNKNOWN(&local) = nullptr;
-            return p.byReference ? PassReference(i, VT_UNKNOWN, &V_UNKNOWN(&local)) : PassValue(i, local, VT_UNKNOWN);
+            return p.byReference ? PassReference(i, VT_UNKNOWN, &V_UNKNOWN(&local))
+                                 : PassValue(i, local, VT_UNKNOWN);
         }
         if (V_VT(&p.fallback) == VT_EMPTY) return DISP_E_PARAMNOTOPTIONAL;
         VariantCopy(&local, const_cast<VARIANT*>(&p.fallback));
@@ -261,11 +273,13 @@ private:
     }
 
     HRESULT BindScalar(std::size_t i, const Parameter& p, VARIANT& given) {
-        if (p.byReference && V_VT(&given) == (VT_BYREF | p.type)) return PassReference(i, p.type, V_BYREF(&given));
+        if (p.byReference && V_VT(&given) == (VT_BYREF | p.type))
+            return PassReference(i, p.type, V_BYREF(&given));
         const VARIANT& value = Deref(given);
         if (IsNothing(value)) return DISP_E_TYPEMISMATCH;
         const VARTYPE held = V_VT(&value);
-        if (p.byReference && (held == VT_DISPATCH || held == VT_UNKNOWN)) return DISP_E_TYPEMISMATCH;  // not through its default member
+        if (p.byReference && (held == VT_DISPATCH || held == VT_UNKNOWN))
+            return DISP_E_TYPEMISMATCH;  // not through its default member
         VARIANT& local = locals_[i];
         if (held == p.type && (held != VT_BSTR || !p.byReference)) {
             local = value;  // already of the type: passed as it is (the caller keeps owning a text)
@@ -283,12 +297,18 @@ private:
         const VARIANT& value = Deref(given);
         IUnknown* object = nullptr;
         switch (V_VT(&value)) {
-            case VT_DISPATCH: case VT_UNKNOWN: object = V_UNKNOWN(&value); break;
-            case VT_BYREF | VT_DISPATCH: case VT_BYREF | VT_UNKNOWN:
+            case VT_DISPATCH:
+            case VT_UNKNOWN:
+                object = V_UNKNOWN(&value);
+                break;
+            case VT_BYREF | VT_DISPATCH:
+            case VT_BYREF | VT_UNKNOWN:
                 object = V_UNKNOWNREF(&value) ? *V_UNKNOWNREF(&value) : nullptr;
                 break;
-            case VT_EMPTY: break;
-            default: return DISP_E_TYPEMISMATCH;
+            case VT_EMPTY:
+                break;
+            default:
+                return DISP_E_TYPEMISMATCH;
         }
         VARIANT& local = locals_[i];
         V_VT(&local) = VT_UNKNOWN;
@@ -393,7 +413,8 @@ DispatchTable::DispatchTable(ITypeInfo* info) : info_(info) {
     }
     view->Release();
     std::sort(names_.begin(), names_.end(), [](const Name& a, const Name& b) { return a.folded < b.folded; });
-    std::stable_sort(members_.begin(), members_.end(), [](const Member& a, const Member& b) { return a.id < b.id; });
+    std::stable_sort(members_.begin(), members_.end(),
+                     [](const Member& a, const Member& b) { return a.id < b.id; });
 }
 
 DispatchTable::~DispatchTable() {
@@ -403,11 +424,14 @@ DispatchTable::~DispatchTable() {
 
 void DispatchTable::AddMember(const FUNCDESC& desc) {
     if (desc.cParams > kMostParameters) return;  // not callable through the table
-    Member m{desc.memid, static_cast<WORD>(desc.invkind), desc.oVft, desc.callconv, 0, desc.cParamsOpt == -1, -1, {}};
+    Member m{desc.memid, static_cast<WORD>(desc.invkind), desc.oVft, desc.callconv,
+             0,          desc.cParamsOpt == -1,           -1,        {}};
     for (SHORT p = 0; p < desc.cParams; ++p) {
         m.parameters.push_back(Describe(info_, desc.lprgelemdescParam[p]));
-        if (m.parameters.back().retval) m.retval = p;
-        else ++m.arguments;
+        if (m.parameters.back().retval)
+            m.retval = p;
+        else
+            ++m.arguments;
     }
     members_.push_back(std::move(m));
 }
@@ -425,8 +449,9 @@ void DispatchTable::AddNames(const FUNCDESC& desc) {
 }
 
 int DispatchTable::Lookup(std::wstring_view name) const {
-    auto it = std::lower_bound(names_.begin(), names_.end(), name,
-                               [](const Name& entry, std::wstring_view wanted) { return FoldedLess(entry.folded, wanted); });
+    auto it = std::lower_bound(
+        names_.begin(), names_.end(), name,
+        [](const Name& entry, std::wstring_view wanted) { return FoldedLess(entry.folded, wanted); });
     return it != names_.end() && FoldedEqual(it->folded, name) ? static_cast<int>(it - names_.begin()) : -1;
 }
 

@@ -28,7 +28,7 @@ namespace tgp::automation {
 //  - a failed member's error object is copied into EXCEPINFO (DISP_E_EXCEPTION), which is where
 //    script hosts read Err.Number and Err.Description.
 class DispatchTable {
-public:
+  public:
     // Keeps info (which may be nullptr: the type library could not be loaded) for the process.
     explicit DispatchTable(ITypeInfo* info);
     ~DispatchTable();
@@ -44,26 +44,26 @@ public:
     static constexpr int kMostParameters = 24;
 
     struct Parameter {
-        VARTYPE type;       // VT_R8, VT_I2, VT_I4 (also enumerations), VT_BOOL, VT_BSTR, ..., VT_VARIANT,
-                            // VT_UNKNOWN (an interface, `iid`), VT_DISPATCH, VT_SAFEARRAY
-        bool byReference;   // [in, out] T* (the retval's own pointer does not count)
+        VARTYPE type;      // VT_R8, VT_I2, VT_I4 (also enumerations), VT_BOOL, VT_BSTR, ..., VT_VARIANT,
+                           // VT_UNKNOWN (an interface, `iid`), VT_DISPATCH, VT_SAFEARRAY
+        bool byReference;  // [in, out] T* (the retval's own pointer does not count)
         bool retval;
         bool optional;
-        IID iid;            // VT_UNKNOWN: the interface the member takes
-        VARIANT fallback;   // an optional parameter's default, already of `type`; VT_EMPTY if none
+        IID iid;           // VT_UNKNOWN: the interface the member takes
+        VARIANT fallback;  // an optional parameter's default, already of `type`; VT_EMPTY if none
     };
     struct Member {
         DISPID id;
         WORD kinds;          // INVOKE_FUNC, INVOKE_PROPERTYGET, ...
         SHORT vtableOffset;  // bytes
         CALLCONV convention;
-        UINT arguments;      // parameters a caller gives (retval excluded)
-        bool parameterArray; // the last argument parameter takes the rest
-        int retval;          // index of the retval parameter, -1 if none
+        UINT arguments;       // parameters a caller gives (retval excluded)
+        bool parameterArray;  // the last argument parameter takes the rest
+        int retval;           // index of the retval parameter, -1 if none
         std::vector<Parameter> parameters;
     };
 
-private:
+  private:
     const Member* Find(DISPID member, WORD flags) const;
     void AddMember(const FUNCDESC& desc);
     void AddNames(const FUNCDESC& desc);

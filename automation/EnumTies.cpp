@@ -7,8 +7,9 @@
 #include "profiles/Loop7s.h"
 #include "units/UnitIds.h"
 
-#define TGP_SAME_VALUE(name) \
-    static_assert(static_cast<long long>(::name) == static_cast<long long>(tgp::name), #name " differs from the type library")
+#define TGP_SAME_VALUE(name)                                                           \
+    static_assert(static_cast<long long>(::name) == static_cast<long long>(tgp::name), \
+                  #name " differs from the type library")
 
 // DimensionObjectType
 TGP_SAME_VALUE(DAngleObject);

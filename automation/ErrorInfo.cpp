@@ -24,8 +24,9 @@ HRESULT RaiseError(REFIID iid, int number, const std::string& description) {
 
 void ThrowFromResult(HRESULT result, const EXCEPINFO* info) {
     if (info && info->pfnDeferredFillIn) info->pfnDeferredFillIn(const_cast<EXCEPINFO*>(info));
-    HRESULT code = (info && result == DISP_E_EXCEPTION) ? (info->scode ? info->scode : ErrorResult(info->wCode))
-                                                         : result;
+    HRESULT code = (info && result == DISP_E_EXCEPTION)
+                       ? (info->scode ? info->scode : ErrorResult(info->wCode))
+                       : result;
     std::string description;
     if (info && info->bstrDescription) description = ToUtf8(info->bstrDescription);
     if (HRESULT_FACILITY(code) == FACILITY_CONTROL) throw Error(HRESULT_CODE(code), description);
@@ -33,7 +34,8 @@ void ThrowFromResult(HRESULT result, const EXCEPINFO* info) {
     if (code == DISP_E_OVERFLOW) throw Error::Overflow();
     if (code == DISP_E_MEMBERNOTFOUND || code == DISP_E_UNKNOWNNAME)
         throw Error(438, "Object doesn't support this property or method");
-    if (code == DISP_E_BADPARAMCOUNT || code == DISP_E_PARAMNOTOPTIONAL) throw Error(450, "Wrong number of arguments or invalid property assignment");
+    if (code == DISP_E_BADPARAMCOUNT || code == DISP_E_PARAMNOTOPTIONAL)
+        throw Error(450, "Wrong number of arguments or invalid property assignment");
     if (code == E_NOINTERFACE) throw Error::TypeMismatch();
     if (description.empty()) {
         char text[40];

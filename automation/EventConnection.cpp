@@ -14,7 +14,7 @@ namespace {
 // Holds one reference to a COM object and releases it.
 template <class T>
 class Ref {
-public:
+  public:
     Ref() = default;
     explicit Ref(T* p) : p_(p) {}
     ~Ref() {
@@ -30,7 +30,7 @@ public:
     T** out() { return &p_; }
     T* release() { return std::exchange(p_, nullptr); }
 
-private:
+  private:
     T* p_ = nullptr;
 };
 
@@ -67,11 +67,14 @@ std::vector<Outgoing> FromClassInfo(IDispatch* control) {
         HREFTYPE reference = 0;
         Ref<ITypeInfo> info;
         if (FAILED(coclass->GetImplTypeFlags(i, &flags)) || !(flags & IMPLTYPEFLAG_FSOURCE) ||
-            FAILED(coclass->GetRefTypeOfImplType(i, &reference)) || FAILED(coclass->GetRefTypeInfo(reference, info.out())))
+            FAILED(coclass->GetRefTypeOfImplType(i, &reference)) ||
+            FAILED(coclass->GetRefTypeInfo(reference, info.out())))
             continue;
         Outgoing outgoing{GuidOf(info.get()), std::move(info)};
-        if (flags & IMPLTYPEFLAG_FDEFAULT) found.insert(found.begin(), std::move(outgoing));
-        else found.push_back(std::move(outgoing));
+        if (flags & IMPLTYPEFLAG_FDEFAULT)
+            found.insert(found.begin(), std::move(outgoing));
+        else
+            found.push_back(std::move(outgoing));
     }
     return found;
 }
@@ -93,7 +96,8 @@ std::vector<Outgoing> FromConnectionPoints(IDispatch* control, IConnectionPointC
         Ref<IConnectionPoint> held(point);
         IID iid = IID_NULL;
         Ref<ITypeInfo> info;
-        if (SUCCEEDED(held->GetConnectionInterface(&iid)) && SUCCEEDED(library->GetTypeInfoOfGuid(iid, info.out())))
+        if (SUCCEEDED(held->GetConnectionInterface(&iid)) &&
+            SUCCEEDED(library->GetTypeInfoOfGuid(iid, info.out())))
             found.push_back({iid, std::move(info)});
     }
     return found;
@@ -126,7 +130,7 @@ std::map<std::wstring, DISPID> MembersOf(ITypeInfo* events) {
 // Receives the object's events as late-bound calls of their dispatch ids; the chosen ones run their
 // handlers. A failure inside a handler never reaches the object that raised the event.
 class EventSink final : public IDispatch {
-public:
+  public:
     EventSink(const IID& events, std::map<DISPID, EventConnection::Handler> handlers)
         : events_(events), handlers_(std::move(handlers)) {}
 
@@ -134,7 +138,9 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         if (!result) return E_POINTER;
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == events_) ? static_cast<IDispatch*>(this) : nullptr;
+        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == events_)
+                      ? static_cast<IDispatch*>(this)
+                      : nullptr;
         if (!*result) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -154,7 +160,9 @@ public:
         if (info) *info = nullptr;
         return E_NOTIMPL;
     }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return E_NOTIMPL;
+    }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO*, UINT*) override {
         if (result) VariantInit(result);
@@ -172,7 +180,7 @@ public:
         return S_OK;
     }
 
-private:
+  private:
     IID events_;
     std::map<DISPID, EventConnection::Handler> handlers_;
     std::atomic<long> references_{1};
@@ -191,7 +199,8 @@ EventConnection::~EventConnection() {
 std::unique_ptr<EventConnection> EventConnection::Connect(IDispatch* control, const Chooser& choose) {
     if (!control) return nullptr;
     Ref<IConnectionPointContainer> container;
-    if (FAILED(control->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container.out()))) ||
+    if (FAILED(control->QueryInterface(IID_IConnectionPointContainer,
+                                       reinterpret_cast<void**>(container.out()))) ||
         !container.get())
         return nullptr;
     std::vector<Outgoing> outgoing = FromClassInfo(control);
@@ -199,7 +208,8 @@ std::unique_ptr<EventConnection> EventConnection::Connect(IDispatch* control, co
     for (const Outgoing& candidate : outgoing) {
         std::map<DISPID, Handler> handlers = choose(MembersOf(candidate.info.get()));
         Ref<IConnectionPoint> point;
-        if (handlers.empty() || FAILED(container->FindConnectionPoint(candidate.iid, point.out())) || !point.get())
+        if (handlers.empty() || FAILED(container->FindConnectionPoint(candidate.iid, point.out())) ||
+            !point.get())
             continue;
         Ref<EventSink> sink(new EventSink(candidate.iid, std::move(handlers)));
         DWORD cookie = 0;

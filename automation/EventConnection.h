@@ -17,7 +17,7 @@ class EventSink;
 // it lists and its type library), default interface first; the first one for which the chooser
 // picks any members is connected.
 class EventConnection {
-public:
+  public:
     // A handler receives the event's arguments as automation passes them (last first).
     using Handler = std::function<void(DISPPARAMS& arguments)>;
     // Given the members of an outgoing interface by name (upper case) and id, the handlers to run.
@@ -30,7 +30,7 @@ public:
     EventConnection(const EventConnection&) = delete;
     EventConnection& operator=(const EventConnection&) = delete;
 
-private:
+  private:
     EventConnection(IConnectionPoint* point, EventSink* sink, DWORD cookie);
 
     IConnectionPoint* point_;

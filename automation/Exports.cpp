@@ -23,8 +23,14 @@ extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, 
     return ClassFactory::Get(*entry, iid, result);
 }
 
-extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() { return Server::CanUnload() ? S_OK : S_FALSE; }
+extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() {
+    return Server::CanUnload() ? S_OK : S_FALSE;
+}
 
-extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() { return RegisterServer(); }
+extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() {
+    return RegisterServer();
+}
 
-extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() { return UnregisterServer(); }
+extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() {
+    return UnregisterServer();
+}

@@ -1,9 +1,9 @@
 #include "DispatchObject.h"
 #include "GeometryAdapters.h"
-#include "Out.h"
-#include "Variants.h"
 #include "NativeObject.h"
+#include "Out.h"
 #include "Strings.h"
+#include "Variants.h"
 #include "geometry/Analysis.h"
 #include "geometry/Circles.h"
 #include "geometry/Geometry.h"
@@ -93,7 +93,7 @@ LONG LowerBound(const VARIANT& value) {
 }
 
 class GeometryAdapter final : public DispatchObject<::_Geometry, ::Geometry, tgp::Geometry> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
     HRESULT STDMETHODCALLTYPE Area_3Distances(double* A, double* b, double* C, double* result) override {
@@ -103,12 +103,17 @@ public:
         return Run([&] { Out(result) = G::Area_3Points(ToPoint(*P1), ToPoint(*P2), ToPoint(*P3)); });
     }
     HRESULT STDMETHODCALLTYPE NormalVector(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* result) override {
-        return Run([&] { SetDoubleArray(&Out(result), G::NormalVector(ToPoint(*A), ToPoint(*b), ToPoint(*C))); });
+        return Run(
+            [&] { SetDoubleArray(&Out(result), G::NormalVector(ToPoint(*A), ToPoint(*b), ToPoint(*C))); });
     }
-    HRESULT STDMETHODCALLTYPE Volume_4Points(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D, double* result) override {
-        return Run([&] { Out(result) = G::Volume_4Points(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D)); });
+    HRESULT STDMETHODCALLTYPE Volume_4Points(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D,
+                                             double* result) override {
+        return Run(
+            [&] { Out(result) = G::Volume_4Points(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D)); });
     }
-    HRESULT STDMETHODCALLTYPE pi(VARIANT* result) override { return Run([&] { SetDouble(&Out(result), G::pi()); }); }
+    HRESULT STDMETHODCALLTYPE pi(VARIANT* result) override {
+        return Run([&] { SetDouble(&Out(result), G::pi()); });
+    }
     HRESULT STDMETHODCALLTYPE DegToRad(double* Angle, double* result) override {
         return Run([&] { Out(result) = G::DegToRad(Finite(Out(Angle))); });
     }
@@ -155,19 +160,21 @@ public:
         });
     }
 
-    HRESULT STDMETHODCALLTYPE Analyse_TriPoints(VARIANT* P1, VARIANT* P2, VARIANT* P3, VARIANT* Area, VARIANT* Normal,
-                                                VARIANT* Desc, ::A3P_Result* result) override {
+    HRESULT STDMETHODCALLTYPE Analyse_TriPoints(VARIANT* P1, VARIANT* P2, VARIANT* P3, VARIANT* Area,
+                                                VARIANT* Normal, VARIANT* Desc,
+                                                ::A3P_Result* result) override {
         return Run([&] {
-            const tgp::TriPointsAnalysis r = tgp::Analysis::TriPoints(ToPoint(*P1), ToPoint(*P2), ToPoint(*P3));
+            const tgp::TriPointsAnalysis r =
+                tgp::Analysis::TriPoints(ToPoint(*P1), ToPoint(*P2), ToPoint(*P3));
             Output(Area, r.area);
             OutputPoint(Normal, r.normal);
             Output(Desc, r.desc);
             Out(result) = static_cast<::A3P_Result>(r.result);
         });
     }
-    HRESULT STDMETHODCALLTYPE Analyse_Point_Line(VARIANT* P, VARIANT* A, VARIANT* b, VARIANT* Distance, VARIANT* FootPoint,
-                                                 VARIANT* Parameter, VARIANT* Between, VARIANT* Desc,
-                                                 VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE Analyse_Point_Line(VARIANT* P, VARIANT* A, VARIANT* b, VARIANT* Distance,
+                                                 VARIANT* FootPoint, VARIANT* Parameter, VARIANT* Between,
+                                                 VARIANT* Desc, VARIANT_BOOL* result) override {
         return Run([&] {
             const tgp::PointLineAnalysis r = tgp::Analysis::PointLine(ToPoint(*P), ToPoint(*A), ToPoint(*b));
             Output(Distance, r.distance);
@@ -178,18 +185,21 @@ public:
             Out(result) = ToVariantBool(r.onLine);
         });
     }
-    HRESULT STDMETHODCALLTYPE Analyse_Point_Plane(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D, VARIANT* Distance,
-                                                  VARIANT* FootPoint, VARIANT* Desc, ::APlane_Result* result) override {
+    HRESULT STDMETHODCALLTYPE Analyse_Point_Plane(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D,
+                                                  VARIANT* Distance, VARIANT* FootPoint, VARIANT* Desc,
+                                                  ::APlane_Result* result) override {
         return Run([&] {
-            const tgp::PointPlaneAnalysis r = tgp::Analysis::PointPlane(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D));
+            const tgp::PointPlaneAnalysis r =
+                tgp::Analysis::PointPlane(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D));
             Output(Distance, r.distance);
             OutputPoint(FootPoint, r.foot);
             Output(Desc, r.desc);
             Out(result) = static_cast<::APlane_Result>(r.result);
         });
     }
-    HRESULT STDMETHODCALLTYPE Analyse_Line_Plane(VARIANT* A, VARIANT* b, VARIANT* P1, VARIANT* P2, VARIANT* P3,
-                                                 VARIANT* CrossPoint, VARIANT* Parameter, VARIANT* Angle, VARIANT* Desc,
+    HRESULT STDMETHODCALLTYPE Analyse_Line_Plane(VARIANT* A, VARIANT* b, VARIANT* P1, VARIANT* P2,
+                                                 VARIANT* P3, VARIANT* CrossPoint, VARIANT* Parameter,
+                                                 VARIANT* Angle, VARIANT* Desc,
                                                  ::APlane_Result* result) override {
         return Run([&] {
             const tgp::LinePlaneAnalysis r =
@@ -201,11 +211,13 @@ public:
             Out(result) = static_cast<::APlane_Result>(r.result);
         });
     }
-    HRESULT STDMETHODCALLTYPE Analyse_Line_Line(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D, VARIANT* PointOnFirst,
-                                                VARIANT* PointOnSecond, VARIANT* Distance, VARIANT* IntersectionPoint,
-                                                VARIANT* Angle, VARIANT* Desc, ::A2L_Result* result) override {
+    HRESULT STDMETHODCALLTYPE Analyse_Line_Line(VARIANT* A, VARIANT* b, VARIANT* C, VARIANT* D,
+                                                VARIANT* PointOnFirst, VARIANT* PointOnSecond,
+                                                VARIANT* Distance, VARIANT* IntersectionPoint, VARIANT* Angle,
+                                                VARIANT* Desc, ::A2L_Result* result) override {
         return Run([&] {
-            const tgp::LineLineAnalysis r = tgp::Analysis::LineLine(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D));
+            const tgp::LineLineAnalysis r =
+                tgp::Analysis::LineLine(ToPoint(*A), ToPoint(*b), ToPoint(*C), ToPoint(*D));
             OutputPoint(PointOnFirst, r.onFirst);
             OutputPoint(PointOnSecond, r.onSecond);
             Output(Distance, r.distance);
@@ -215,13 +227,13 @@ public:
             Out(result) = static_cast<::A2L_Result>(r.result);
         });
     }
-    HRESULT STDMETHODCALLTYPE Analyse_Plane_Plane(VARIANT* A1, VARIANT* b1, VARIANT* C1, VARIANT* A2, VARIANT* b2,
-                                                  VARIANT* C2, VARIANT* LinePoint, VARIANT* LineDirection,
-                                                  VARIANT* Angle, VARIANT* Distance, VARIANT* Desc,
-                                                  ::APlane_Result* result) override {
+    HRESULT STDMETHODCALLTYPE Analyse_Plane_Plane(VARIANT* A1, VARIANT* b1, VARIANT* C1, VARIANT* A2,
+                                                  VARIANT* b2, VARIANT* C2, VARIANT* LinePoint,
+                                                  VARIANT* LineDirection, VARIANT* Angle, VARIANT* Distance,
+                                                  VARIANT* Desc, ::APlane_Result* result) override {
         return Run([&] {
-            const tgp::PlanePlaneAnalysis r = tgp::Analysis::PlanePlane(ToPoint(*A1), ToPoint(*b1), ToPoint(*C1),
-                                                                        ToPoint(*A2), ToPoint(*b2), ToPoint(*C2));
+            const tgp::PlanePlaneAnalysis r = tgp::Analysis::PlanePlane(
+                ToPoint(*A1), ToPoint(*b1), ToPoint(*C1), ToPoint(*A2), ToPoint(*b2), ToPoint(*C2));
             OutputPoint(LinePoint, r.linePoint);
             OutputPoint(LineDirection, r.lineDirection);
             Output(Angle, r.angle);
@@ -230,17 +242,19 @@ public:
             Out(result) = static_cast<::APlane_Result>(r.result);
         });
     }
-    HRESULT STDMETHODCALLTYPE Intersect_Line_Circle(VARIANT* A, VARIANT* b, VARIANT* Center, double Radius, VARIANT* P1,
-                                                    VARIANT* P2, short* result) override {
+    HRESULT STDMETHODCALLTYPE Intersect_Line_Circle(VARIANT* A, VARIANT* b, VARIANT* Center, double Radius,
+                                                    VARIANT* P1, VARIANT* P2, short* result) override {
         return Run([&] {
-            const tgp::CircleIntersection r = tgp::Circles::LineCircle(ToPoint(*A), ToPoint(*b), ToPoint(*Center), Radius);
+            const tgp::CircleIntersection r =
+                tgp::Circles::LineCircle(ToPoint(*A), ToPoint(*b), ToPoint(*Center), Radius);
             OutputPoint(P1, r.p1);
             OutputPoint(P2, r.p2);
             Out(result) = static_cast<short>(r.count);
         });
     }
-    HRESULT STDMETHODCALLTYPE Intersect_Circle_Circle(VARIANT* Center1, double Radius1, VARIANT* Center2, double Radius2,
-                                                      VARIANT* P1, VARIANT* P2, short* result) override {
+    HRESULT STDMETHODCALLTYPE Intersect_Circle_Circle(VARIANT* Center1, double Radius1, VARIANT* Center2,
+                                                      double Radius2, VARIANT* P1, VARIANT* P2,
+                                                      short* result) override {
         return Run([&] {
             const tgp::CircleIntersection r =
                 tgp::Circles::CircleCircle(ToPoint(*Center1), Radius1, ToPoint(*Center2), Radius2);
@@ -249,27 +263,32 @@ public:
             Out(result) = static_cast<short>(r.count);
         });
     }
-    HRESULT STDMETHODCALLTYPE Circle_3Points(VARIANT* P1, VARIANT* P2, VARIANT* P3, VARIANT* Center, VARIANT* Radius,
-                                             VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE Circle_3Points(VARIANT* P1, VARIANT* P2, VARIANT* P3, VARIANT* Center,
+                                             VARIANT* Radius, VARIANT_BOOL* result) override {
         return Run([&] {
             tgp::Point centre;
             double radius = 0;
-            const bool found = tgp::Circles::Through3Points(ToPoint(*P1), ToPoint(*P2), ToPoint(*P3), centre, radius);
+            const bool found =
+                tgp::Circles::Through3Points(ToPoint(*P1), ToPoint(*P2), ToPoint(*P3), centre, radius);
             OutputPoint(Center, centre);
             Output(Radius, radius);
             Out(result) = ToVariantBool(found);
         });
     }
     HRESULT STDMETHODCALLTYPE Interpolate_Point(VARIANT* A, VARIANT* b, double t, VARIANT* result) override {
-        return Run([&] { SetDoubleArray(&Out(result), tgp::PointSets::InterpolatePoint(ToPoint(*A), ToPoint(*b), t)); });
+        return Run([&] {
+            SetDoubleArray(&Out(result), tgp::PointSets::InterpolatePoint(ToPoint(*A), ToPoint(*b), t));
+        });
     }
     HRESULT STDMETHODCALLTYPE Interpolate_Table(double X, VARIANT* Xs, VARIANT* Ys, VARIANT_BOOL Extrapolate,
                                                 double* result) override {
         return Run([&] {
-            Out(result) = tgp::PointSets::InterpolateTable(X, ToPoint(*Xs), ToPoint(*Ys), Extrapolate != VARIANT_FALSE);
+            Out(result) =
+                tgp::PointSets::InterpolateTable(X, ToPoint(*Xs), ToPoint(*Ys), Extrapolate != VARIANT_FALSE);
         });
     }
-    HRESULT STDMETHODCALLTYPE Points_BoundingBox(VARIANT* Points, VARIANT* MinPoint, VARIANT* MaxPoint) override {
+    HRESULT STDMETHODCALLTYPE Points_BoundingBox(VARIANT* Points, VARIANT* MinPoint,
+                                                 VARIANT* MaxPoint) override {
         return Run([&] {
             tgp::Point lo, hi;
             tgp::PointSets::BoundingBox(ReadPoints(*Points).points, lo, hi);
@@ -278,12 +297,15 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE Points_Centroid(VARIANT* Points, VARIANT* result) override {
-        return Run([&] { SetDoubleArray(&Out(result), tgp::PointSets::Centroid(ReadPoints(*Points).points)); });
+        return Run(
+            [&] { SetDoubleArray(&Out(result), tgp::PointSets::Centroid(ReadPoints(*Points).points)); });
     }
     HRESULT STDMETHODCALLTYPE Points_ConvexHull(VARIANT* Points, VARIANT* result) override {
-        return Run([&] { SetPointList(&Out(result), tgp::PointSets::ConvexHull(ReadPoints(*Points).points)); });
+        return Run(
+            [&] { SetPointList(&Out(result), tgp::PointSets::ConvexHull(ReadPoints(*Points).points)); });
     }
-    HRESULT STDMETHODCALLTYPE Points_Nearest(VARIANT* Points, VARIANT* P, VARIANT* Index, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE Points_Nearest(VARIANT* Points, VARIANT* P, VARIANT* Index,
+                                             VARIANT* result) override {
         return Run([&] {
             std::size_t index = 0;
             const PointsArgument list = ReadPoints(*Points);
@@ -292,25 +314,32 @@ public:
             SetDoubleArray(&Out(result), nearest);
         });
     }
-    HRESULT STDMETHODCALLTYPE Points_SortAlong(VARIANT* Points, VARIANT* Direction, VARIANT* result) override {
-        return Run([&] { SetPointList(&Out(result), tgp::PointSets::SortAlong(ReadPoints(*Points).points, ToPoint(*Direction))); });
+    HRESULT STDMETHODCALLTYPE Points_SortAlong(VARIANT* Points, VARIANT* Direction,
+                                               VARIANT* result) override {
+        return Run([&] {
+            SetPointList(&Out(result),
+                         tgp::PointSets::SortAlong(ReadPoints(*Points).points, ToPoint(*Direction)));
+        });
     }
     HRESULT STDMETHODCALLTYPE Move_Points(VARIANT* Points, VARIANT* Displacement, VARIANT* result) override {
         return Transformed(Points, result, [&](const tgp::PointList& points) {
             return tgp::PointTransforms::Move(points, ToPoint(*Displacement));
         });
     }
-    HRESULT STDMETHODCALLTYPE Scale_Points(VARIANT* Points, VARIANT* BasePoint, double Factor, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE Scale_Points(VARIANT* Points, VARIANT* BasePoint, double Factor,
+                                           VARIANT* result) override {
         return Transformed(Points, result, [&](const tgp::PointList& points) {
             return tgp::PointTransforms::Scale(points, ToPoint(*BasePoint), Factor);
         });
     }
-    HRESULT STDMETHODCALLTYPE Mirror_Points(VARIANT* Points, VARIANT* A, VARIANT* b, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE Mirror_Points(VARIANT* Points, VARIANT* A, VARIANT* b,
+                                            VARIANT* result) override {
         return Transformed(Points, result, [&](const tgp::PointList& points) {
             return tgp::PointTransforms::Mirror(points, ToPoint(*A), ToPoint(*b));
         });
     }
-    HRESULT STDMETHODCALLTYPE Rotate_Points(VARIANT* Points, VARIANT* Center, double Angle, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE Rotate_Points(VARIANT* Points, VARIANT* Center, double Angle,
+                                            VARIANT* result) override {
         return Transformed(Points, result, [&](const tgp::PointList& points) {
             return tgp::PointTransforms::Rotate(points, ToPoint(*Center), Angle);
         });
@@ -321,7 +350,7 @@ public:
         });
     }
 
-private:
+  private:
     // The transformations answer in the shape they were given: a point for a point, a list for a list.
     template <class Transformation>
     HRESULT Transformed(VARIANT* Points, VARIANT* result, Transformation transform) {

@@ -12,37 +12,41 @@ namespace tgp::automation {
 namespace {
 
 // Each factory: the unit id (an enumeration, 32-bit in the type library) travels as a 16-bit id.
-#define TGP_QUANTITY_FACTORY(Name, UnitEnum)                                                        \
-    HRESULT STDMETHODCALLTYPE Get##Name(double Value, ::UnitEnum Unit, ::_##Name** result) override { \
-        return Run([&] {                                                                             \
-            auto quantity = tgp::Geometry_EXE::Get##Name(Finite(Value), tgp::ToInteger16(EnumValue(Unit)));    \
-            Check(Wrap(std::move(quantity), &Out(result)));                                          \
-        });                                                                                          \
+#define TGP_QUANTITY_FACTORY(Name, UnitEnum)                                                                \
+    HRESULT STDMETHODCALLTYPE Get##Name(double Value, ::UnitEnum Unit, ::_##Name** result) override {       \
+        return Run([&] {                                                                                    \
+            auto quantity = tgp::Geometry_EXE::Get##Name(Finite(Value), tgp::ToInteger16(EnumValue(Unit))); \
+            Check(Wrap(std::move(quantity), &Out(result)));                                                 \
+        });                                                                                                 \
     }
 
 class GeometryExeAdapter final : public DispatchObject<::_Geometry_EXE, ::Geometry_EXE, tgp::Geometry_EXE> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
-    HRESULT STDMETHODCALLTYPE EditEnum(VARIANT* Value, BSTR EnumString, BSTR Title, BSTR Desc, VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE EditEnum(VARIANT* Value, BSTR EnumString, BSTR Title, BSTR Desc,
+                                       VARIANT_BOOL* result) override {
         return Run([&] { Out(result) = ToVariantBool(RunEditEnum(Value, EnumString, Title, Desc)); });
     }
-    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT* Value, VARIANT UnitID, BSTR Title, BSTR Desc, short* ReturnUnitID,
-                                           IDispatch* OwnerForm, VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE EditQuantity(VARIANT* Value, VARIANT UnitID, BSTR Title, BSTR Desc,
+                                           short* ReturnUnitID, IDispatch* OwnerForm,
+                                           VARIANT_BOOL* result) override {
         return Run([&] {
             Out(result) = ToVariantBool(RunEditQuantity(Value, UnitID, Title, Desc, ReturnUnitID, OwnerForm));
         });
     }
-    HRESULT STDMETHODCALLTYPE EditUnitSetting(::_UnitSetting** US, VARIANT_BOOL ShowModal, VARIANT_BOOL ShowCenterScreen,
-                                              VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE EditUnitSetting(::_UnitSetting** US, VARIANT_BOOL ShowModal,
+                                              VARIANT_BOOL ShowCenterScreen, VARIANT_BOOL* result) override {
         return Run([&] {
-            Out(result) = ToVariantBool(RunEditUnitSetting(US, ShowModal != VARIANT_FALSE, ShowCenterScreen != VARIANT_FALSE));
+            Out(result) = ToVariantBool(
+                RunEditUnitSetting(US, ShowModal != VARIANT_FALSE, ShowCenterScreen != VARIANT_FALSE));
         });
     }
-    HRESULT STDMETHODCALLTYPE GetUnitString(::DimensionObjectType DimensionType, VARIANT Unit, BSTR* result) override {
+    HRESULT STDMETHODCALLTYPE GetUnitString(::DimensionObjectType DimensionType, VARIANT Unit,
+                                            BSTR* result) override {
         return Run([&] {
-            Out(result) = ToBstr(tgp::Geometry_EXE::GetUnitString(static_cast<tgp::DimensionObjectType>(DimensionType),
-                                                                  ToUnitArg(Unit)));
+            Out(result) = ToBstr(tgp::Geometry_EXE::GetUnitString(
+                static_cast<tgp::DimensionObjectType>(DimensionType), ToUnitArg(Unit)));
         });
     }
     HRESULT STDMETHODCALLTYPE GetUnitID(BSTR ValueStr, IDispatch* DObject, short* result) override {
@@ -70,7 +74,8 @@ public:
 }  // namespace
 
 HRESULT CreateGeometry_EXE(REFIID iid, void** result) {
-    return GeometryExeAdapter::CreateInstance<GeometryExeAdapter>(std::make_shared<tgp::Geometry_EXE>(), iid, result);
+    return GeometryExeAdapter::CreateInstance<GeometryExeAdapter>(std::make_shared<tgp::Geometry_EXE>(), iid,
+                                                                  result);
 }
 
 }  // namespace tgp::automation

@@ -19,14 +19,16 @@ class HostBridgeAdapter final : public DispatchObject<::_HostBridge, ::HostBridg
                                 public HostListener {
     using Base = DispatchObject<::_HostBridge, ::HostBridge, HostBridgeState>;
 
-public:
+  public:
     explicit HostBridgeAdapter(std::shared_ptr<HostBridgeState> state)
         : Base(std::move(state)), EventContainer(*static_cast<::_HostBridge*>(this), DIID___HostBridge) {
         HostConnection::Shared().AddListener(this);
     }
     ~HostBridgeAdapter() override { HostConnection::Shared().RemoveListener(this); }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override { return Base::QueryInterface(iid, result); }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        return Base::QueryInterface(iid, result);
+    }
     ULONG STDMETHODCALLTYPE AddRef() override { return Base::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
 
@@ -46,14 +48,15 @@ public:
         Release();
     }
 
-protected:
+  protected:
     void* QueryExtra(REFIID iid) override { return ContainerFor(iid); }
 };
 
 }  // namespace
 
 HRESULT CreateHostBridge(REFIID iid, void** result) {
-    return HostBridgeAdapter::CreateInstance<HostBridgeAdapter>(std::make_shared<HostBridgeState>(), iid, result);
+    return HostBridgeAdapter::CreateInstance<HostBridgeAdapter>(std::make_shared<HostBridgeState>(), iid,
+                                                                result);
 }
 
 }  // namespace tgp::automation

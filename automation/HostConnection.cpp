@@ -68,23 +68,24 @@ void HostConnection::SetApplication(IDispatch* application) {
     Drop();
     if (!application) return;
     Replace(application_, application);
-    applicationEvents_ = EventConnection::Connect(application, [this](const std::map<std::wstring, DISPID>& members) {
-        Handlers chosen;
-        Pick(chosen, members, L"WINDOWCHANGED", [this](DISPPARAMS& arguments) {
-            Relay(kWindowChanged, arguments);
-            CheckActiveDocument();
+    applicationEvents_ =
+        EventConnection::Connect(application, [this](const std::map<std::wstring, DISPID>& members) {
+            Handlers chosen;
+            Pick(chosen, members, L"WINDOWCHANGED", [this](DISPPARAMS& arguments) {
+                Relay(kWindowChanged, arguments);
+                CheckActiveDocument();
+            });
+            Pick(chosen, members, L"BEGINMODAL", [this](DISPPARAMS&) { Relay(kEnterModal); });
+            Pick(chosen, members, L"ENDMODAL", [this](DISPPARAMS&) { Relay(kLeaveModal); });
+            Pick(chosen, members, L"BEGINQUIT", [this](DISPPARAMS&) {
+                Relay(kHostClosing);
+                Drop();
+            });
+            // A drawing opened or created, or the host came to the front: the active one may be another.
+            for (const wchar_t* name : {L"ENDOPEN", L"NEWDRAWING", L"APPACTIVATE"})
+                Pick(chosen, members, name, [this](DISPPARAMS&) { CheckActiveDocument(); });
+            return chosen;
         });
-        Pick(chosen, members, L"BEGINMODAL", [this](DISPPARAMS&) { Relay(kEnterModal); });
-        Pick(chosen, members, L"ENDMODAL", [this](DISPPARAMS&) { Relay(kLeaveModal); });
-        Pick(chosen, members, L"BEGINQUIT", [this](DISPPARAMS&) {
-            Relay(kHostClosing);
-            Drop();
-        });
-        // A drawing opened or created, or the host came to the front: the active one may be another.
-        for (const wchar_t* name : {L"ENDOPEN", L"NEWDRAWING", L"APPACTIVATE"})
-            Pick(chosen, members, name, [this](DISPPARAMS&) { CheckActiveDocument(); });
-        return chosen;
-    });
     IDispatch* document = ActiveDocumentOf(application);
     ConnectDocument(document);
     if (document) document->Release();
@@ -94,19 +95,21 @@ void HostConnection::ConnectDocument(IDispatch* document) {
     documentEvents_.reset();
     Replace(document_, document);
     if (!document) return;
-    documentEvents_ = EventConnection::Connect(document, [this](const std::map<std::wstring, DISPID>& members) {
-        Handlers chosen;
-        Pick(chosen, members, L"OBJECTMODIFIED", [this](DISPPARAMS& arguments) { Relay(kObjectModified, arguments); });
-        Pick(chosen, members, L"BEGINCLOSE", [this](DISPPARAMS&) {
-            IDispatch* closing = document_;
-            if (closing) closing->AddRef();
-            RelayWithObject(kDrawingClosing, closing);
-            if (closing) closing->Release();
+    documentEvents_ =
+        EventConnection::Connect(document, [this](const std::map<std::wstring, DISPID>& members) {
+            Handlers chosen;
+            Pick(chosen, members, L"OBJECTMODIFIED",
+                 [this](DISPPARAMS& arguments) { Relay(kObjectModified, arguments); });
+            Pick(chosen, members, L"BEGINCLOSE", [this](DISPPARAMS&) {
+                IDispatch* closing = document_;
+                if (closing) closing->AddRef();
+                RelayWithObject(kDrawingClosing, closing);
+                if (closing) closing->Release();
+            });
+            for (const wchar_t* name : {L"ACTIVATE", L"DEACTIVATE"})
+                Pick(chosen, members, name, [this](DISPPARAMS&) { CheckActiveDocument(); });
+            return chosen;
         });
-        for (const wchar_t* name : {L"ACTIVATE", L"DEACTIVATE"})
-            Pick(chosen, members, name, [this](DISPPARAMS&) { CheckActiveDocument(); });
-        return chosen;
-    });
 }
 
 void HostConnection::CheckActiveDocument() {
@@ -118,7 +121,9 @@ void HostConnection::CheckActiveDocument() {
     if (active) active->Release();
 }
 
-HWND HostConnection::MainWindow() const { return WindowProperty(application_, L"HWND"); }
+HWND HostConnection::MainWindow() const {
+    return WindowProperty(application_, L"HWND");
+}
 
 void HostConnection::Drop() {
     // The connections go first, so no event arrives for a host that is being let go.
@@ -128,7 +133,9 @@ void HostConnection::Drop() {
     Replace(application_, nullptr);
 }
 
-void HostConnection::AddListener(HostListener* listener) { listeners_.push_back(listener); }
+void HostConnection::AddListener(HostListener* listener) {
+    listeners_.push_back(listener);
+}
 
 void HostConnection::RemoveListener(HostListener* listener) {
     listeners_.erase(std::remove(listeners_.begin(), listeners_.end(), listener), listeners_.end());

@@ -22,14 +22,14 @@ enum HostEvent : DISPID {
 };
 
 class HostListener {
-public:
+  public:
     virtual ~HostListener() = default;
     // `arguments` as automation passes them (last first).
     virtual void OnHostEvent(HostEvent event, DISPPARAMS& arguments) = 0;
 };
 
 class HostConnection {
-public:
+  public:
     static HostConnection& Shared();
 
     // The application, with a reference for the caller; nullptr when none is set.
@@ -45,7 +45,7 @@ public:
     void AddListener(HostListener* listener);
     void RemoveListener(HostListener* listener);
 
-private:
+  private:
     HostConnection() = default;
     void Drop();
     void ConnectDocument(IDispatch* document);

@@ -12,7 +12,7 @@ using Key = std::pair<const void*, std::type_index>;
 SRWLOCK g_lock = SRWLOCK_INIT;
 
 class Locked {
-public:
+  public:
     Locked() { AcquireSRWLockExclusive(&g_lock); }
     ~Locked() { ReleaseSRWLockExclusive(&g_lock); }
     Locked(const Locked&) = delete;

@@ -10,7 +10,7 @@ namespace tgp::automation {
 // (UCS.Parent, InertiaBlock.OCS, Loop7.InertiaBlock) gives the same automation object, so that a
 // script's `Is` holds. Objects register themselves while they live.
 class Identity {
-public:
+  public:
     // The live automation object of a core object, with a reference added; nullptr if none.
     static IUnknown* Find(const void* native, std::type_index type);
     static void Add(const void* native, std::type_index type, IUnknown* object);

@@ -40,11 +40,11 @@ void ReturnQuantity(VARIANT* argument, std::shared_ptr<Quantity> quantity) {
 }
 
 class InertiaBlockAdapter final : public DispatchObject<::_InertiaBlock, ::InertiaBlock, tgp::InertiaBlock> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
-    HRESULT STDMETHODCALLTYPE Init(double Ix, double Iy, double Ixy, VARIANT Centroid, double Area, VARIANT Perimeter,
-                                   VARIANT Ux, VARIANT Uy) override {
+    HRESULT STDMETHODCALLTYPE Init(double Ix, double Iy, double Ixy, VARIANT Centroid, double Area,
+                                   VARIANT Perimeter, VARIANT Ux, VARIANT Uy) override {
         return Run([&] {
             std::optional<double> perimeter;
             if (HasValue(Perimeter)) perimeter = ToDouble(Perimeter);
@@ -62,12 +62,18 @@ public:
     HRESULT STDMETHODCALLTYPE get_Centroid(VARIANT* result) override {
         return Run([&] { SetDoubleArray(&Out(result), native().Centroid()); });
     }
-    HRESULT STDMETHODCALLTYPE put_Centroid(VARIANT rhs) override { return Run([&] { native().Centroid(ToPoint(rhs)); }); }
+    HRESULT STDMETHODCALLTYPE put_Centroid(VARIANT rhs) override {
+        return Run([&] { native().Centroid(ToPoint(rhs)); });
+    }
     HRESULT STDMETHODCALLTYPE get_OCS(::_UCS** result) override {
         return Run([&] { Check(Wrap(native().OCS(), &Out(result))); });
     }
-    HRESULT STDMETHODCALLTYPE get_Ux(VARIANT* result) override { return Run([&] { SetDoubleArray(&Out(result), native().Ux()); }); }
-    HRESULT STDMETHODCALLTYPE get_Uy(VARIANT* result) override { return Run([&] { SetDoubleArray(&Out(result), native().Uy()); }); }
+    HRESULT STDMETHODCALLTYPE get_Ux(VARIANT* result) override {
+        return Run([&] { SetDoubleArray(&Out(result), native().Ux()); });
+    }
+    HRESULT STDMETHODCALLTYPE get_Uy(VARIANT* result) override {
+        return Run([&] { SetDoubleArray(&Out(result), native().Uy()); });
+    }
     HRESULT STDMETHODCALLTYPE get_Normal(VARIANT* result) override {
         return Run([&] { SetDoubleArray(&Out(result), native().Normal()); });
     }
@@ -86,7 +92,8 @@ public:
     HRESULT STDMETHODCALLTYPE get_MomentOfInertiaY(VARIANT targetUCS, ::_DMomentOfInertia** result) override {
         return Run([&] { Check(Wrap(native().MomentOfInertiaY(TargetOf(targetUCS)), &Out(result))); });
     }
-    HRESULT STDMETHODCALLTYPE get_ProductOfInertiaXY(VARIANT targetUCS, ::_DMomentOfInertia** result) override {
+    HRESULT STDMETHODCALLTYPE get_ProductOfInertiaXY(VARIANT targetUCS,
+                                                     ::_DMomentOfInertia** result) override {
         return Run([&] { Check(Wrap(native().ProductOfInertiaXY(TargetOf(targetUCS)), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE RadiusOfGyrationX(VARIANT targetUCS, ::_DLength** result) override {
@@ -104,7 +111,9 @@ public:
     HRESULT STDMETHODCALLTYPE PrincipalAngle(::_DAngle** result) override {
         return Run([&] { Check(Wrap(native().PrincipalAngle(), &Out(result))); });
     }
-    HRESULT STDMETHODCALLTYPE PCS(::_UCS** result) override { return Run([&] { Check(Wrap(native().PCS(), &Out(result))); }); }
+    HRESULT STDMETHODCALLTYPE PCS(::_UCS** result) override {
+        return Run([&] { Check(Wrap(native().PCS(), &Out(result))); });
+    }
     HRESULT STDMETHODCALLTYPE GetPrincipalIP(VARIANT* Ix0, VARIANT* Iy0, VARIANT* Rotation) override {
         return Run([&] {
             auto ix0 = GivenQuantity<DMomentOfInertia>(Ix0);
@@ -125,26 +134,31 @@ public:
     HRESULT STDMETHODCALLTYPE get_HasNoMaterial(VARIANT_BOOL* result) override {
         return Run([&] { Out(result) = ToVariantBool(native().HasNoMaterial()); });
     }
-    HRESULT STDMETHODCALLTYPE RotateOCS(double Rotation) override { return Run([&] { native().RotateOCS(Finite(Rotation)); }); }
+    HRESULT STDMETHODCALLTYPE RotateOCS(double Rotation) override {
+        return Run([&] { native().RotateOCS(Finite(Rotation)); });
+    }
     HRESULT STDMETHODCALLTYPE RotateAll(double Rotation, VARIANT* BasePoint) override {
         return Run([&] { native().RotateAll(Finite(Rotation), ToPoint(*BasePoint)); });
     }
     HRESULT STDMETHODCALLTYPE Move(VARIANT* Displacement) override {
         return Run([&] { native().Move(ToPoint(*Displacement)); });
     }
-    HRESULT STDMETHODCALLTYPE Inverse() override { return Run([&] { native().Inverse(); }); }
+    HRESULT STDMETHODCALLTYPE Inverse() override {
+        return Run([&] { native().Inverse(); });
+    }
     HRESULT STDMETHODCALLTYPE Transformation(VARIANT* Displacement, double Rotation, double XScaleFactor,
                                              double YScaleFactor, VARIANT* BasePoint) override {
         return Run([&] {
-            native().Transformation(ToPoint(*Displacement), Finite(Rotation), Finite(XScaleFactor), Finite(YScaleFactor),
-                                    ToPoint(*BasePoint));
+            native().Transformation(ToPoint(*Displacement), Finite(Rotation), Finite(XScaleFactor),
+                                    Finite(YScaleFactor), ToPoint(*BasePoint));
         });
     }
     HRESULT STDMETHODCALLTYPE Join(::_InertiaBlock* Block) override {
         return Run([&] { native().Join(*RequiredNative<tgp::InertiaBlock>(Block)); });
     }
     HRESULT STDMETHODCALLTYPE Union(::_InertiaBlock* Block, ::_InertiaBlock** result) override {
-        return Run([&] { Check(Wrap(native().Union(*RequiredNative<tgp::InertiaBlock>(Block)), &Out(result))); });
+        return Run(
+            [&] { Check(Wrap(native().Union(*RequiredNative<tgp::InertiaBlock>(Block)), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE SaveToText(BSTR* result) override {
         return Run([&] { Out(result) = ToBstr(native().SaveToText()); });

@@ -36,7 +36,7 @@ struct ScopedBstr {
 // IDispatchEx and report GetIDsOfNames as not implemented: the member is then looked up and called
 // through IDispatchEx, case-insensitively as scripts name members.
 class Callee {
-public:
+  public:
     Callee(IDispatch* object, const wchar_t* name) : object_(object) {
         LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
         HRESULT hr = object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id_);
@@ -60,7 +60,7 @@ public:
         return object_->Invoke(id_, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &info, &argError);
     }
 
-private:
+  private:
     IDispatch* object_;
     IDispatchEx* ex_ = nullptr;
     DISPID id_ = 0;
@@ -76,7 +76,8 @@ void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initial
     std::vector<VARIANT>(reversed.rbegin(), reversed.rend()).swap(reversed);
     DISPID putId = DISPID_PROPERTYPUT;  // a property let names its value argument
     const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-    DISPPARAMS params{reversed.data(), put ? &putId : nullptr, static_cast<UINT>(reversed.size()), put ? 1u : 0u};
+    DISPPARAMS params{reversed.data(), put ? &putId : nullptr, static_cast<UINT>(reversed.size()),
+                      put ? 1u : 0u};
     ExcepInfoGuard guard;
     const HRESULT hr = callee.Invoke(flags, params, result, guard.info);
     if (FAILED(hr)) ThrowFromResult(hr, &guard.info);

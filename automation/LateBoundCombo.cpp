@@ -13,7 +13,7 @@ constexpr const wchar_t* kComboMembers[] = {L"Clear", L"AddItem", L"ListIndex", 
 
 // A text argument: a VARIANT whose string the holder frees.
 class TextArgument {
-public:
+  public:
     explicit TextArgument(const std::string& text) {
         VariantInit(&value_);
         V_VT(&value_) = VT_BSTR;
@@ -24,7 +24,7 @@ public:
     TextArgument& operator=(const TextArgument&) = delete;
     const VARIANT& get() const { return value_; }
 
-private:
+  private:
     VARIANT value_;
 };
 
@@ -43,7 +43,9 @@ LateBoundCombo::~LateBoundCombo() {
     control_->Release();
 }
 
-void LateBoundCombo::Clear() { CallByName(control_, L"Clear", DISPATCH_METHOD, {}, nullptr); }
+void LateBoundCombo::Clear() {
+    CallByName(control_, L"Clear", DISPATCH_METHOD, {}, nullptr);
+}
 
 void LateBoundCombo::AddItem(const std::string& item) {
     TextArgument text(item);

@@ -12,7 +12,7 @@ namespace tgp::automation {
 // the same members), driven late-bound through "Clear", "AddItem", "ListIndex" and "Text"; its
 // selection reaches the handler through the control's own event source.
 class LateBoundCombo final : public ui::ComboControl {
-public:
+  public:
     // Raises 13 "Type mismatch" for Nothing or an object without the four members.
     explicit LateBoundCombo(IDispatch* control);
     ~LateBoundCombo() override;
@@ -31,7 +31,7 @@ public:
     // Whether the control's selection notification is connected.
     bool Reports() const { return events_ != nullptr; }
 
-private:
+  private:
     IDispatch* control_;
     std::unique_ptr<EventConnection> events_;
 };

@@ -11,7 +11,7 @@ namespace {
 // The CAD entity attached to a loop: any object with a Move(FromPoint, ToPoint) member, called
 // late-bound with the points as arrays of Double (what CAD hosts take).
 class LateBoundEntity final : public HostEntity {
-public:
+  public:
     explicit LateBoundEntity(IDispatch* object) : object_(object) { object_->AddRef(); }
     ~LateBoundEntity() override { object_->Release(); }
     LateBoundEntity(const LateBoundEntity&) = delete;
@@ -26,8 +26,7 @@ public:
     }
     IDispatch* Object() const { return object_; }
 
-private:
-
+  private:
     IDispatch* object_;
 };
 
@@ -44,12 +43,13 @@ void CheckVertexCount(std::size_t vertices) {
 }
 
 class Loop7Adapter final : public DispatchObject<::_Loop7, ::Loop7, tgp::Loop7> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
     // The published loop walks its vertices with 16-bit counters: more than 32767 of them overflow
     // when the loop is built (the native class takes any number).
-    HRESULT STDMETHODCALLTYPE InitFromCoordinates(VARIANT Coordinates, VARIANT Bulges, VARIANT_BOOL NoClose) override {
+    HRESULT STDMETHODCALLTYPE InitFromCoordinates(VARIANT Coordinates, VARIANT Bulges,
+                                                  VARIANT_BOOL NoClose) override {
         return Run([&] {
             const Point xy = ToPoint(Coordinates);
             CheckVertexCount(xy.size() / 2);
@@ -63,7 +63,9 @@ public:
             native().InitFromPoints(points);
         });
     }
-    HRESULT STDMETHODCALLTYPE Reverse() override { return Run([&] { native().Reverse(); }); }
+    HRESULT STDMETHODCALLTYPE Reverse() override {
+        return Run([&] { native().Reverse(); });
+    }
     HRESULT STDMETHODCALLTYPE get_Count(short* result) override {
         return Run([&] {
             if (native().Count() > 32767) throw Error::Overflow();  // the published count is 16-bit
@@ -80,7 +82,9 @@ public:
     HRESULT STDMETHODCALLTYPE putref_AcadEntity(IDispatch* rhs) override {
         return Run([&] { native().AcadEntity(rhs ? std::make_shared<LateBoundEntity>(rhs) : nullptr); });
     }
-    HRESULT STDMETHODCALLTYPE get_Handle(BSTR* result) override { return Run([&] { Out(result) = ToBstr(native().Handle()); }); }
+    HRESULT STDMETHODCALLTYPE get_Handle(BSTR* result) override {
+        return Run([&] { Out(result) = ToBstr(native().Handle()); });
+    }
     HRESULT STDMETHODCALLTYPE Vertex(short* i, VARIANT* result) override {
         return Run([&] {
             if (Out(i) < 0) throw Error::SubscriptOutOfRange();
@@ -108,9 +112,15 @@ public:
     HRESULT STDMETHODCALLTYPE InertiaBlock(::_InertiaBlock** result) override {
         return Run([&] { Check(Wrap(native().InertiaBlock(), &Out(result))); });
     }
-    HRESULT STDMETHODCALLTYPE Length(double* result) override { return Run([&] { Out(result) = native().Length(); }); }
-    HRESULT STDMETHODCALLTYPE Area(double* result) override { return Run([&] { Out(result) = native().Area(); }); }
-    HRESULT STDMETHODCALLTYPE AreaAbs(double* result) override { return Run([&] { Out(result) = native().AreaAbs(); }); }
+    HRESULT STDMETHODCALLTYPE Length(double* result) override {
+        return Run([&] { Out(result) = native().Length(); });
+    }
+    HRESULT STDMETHODCALLTYPE Area(double* result) override {
+        return Run([&] { Out(result) = native().Area(); });
+    }
+    HRESULT STDMETHODCALLTYPE AreaAbs(double* result) override {
+        return Run([&] { Out(result) = native().AreaAbs(); });
+    }
     HRESULT STDMETHODCALLTYPE MomentOfInertiaX(double* result) override {
         return Run([&] { Out(result) = native().MomentOfInertiaX(); });
     }
@@ -123,7 +133,8 @@ public:
     HRESULT STDMETHODCALLTYPE Centroid(VARIANT* result) override {
         return Run([&] { SetDoubleArray(&Out(result), native().Centroid()); });
     }
-    HRESULT STDMETHODCALLTYPE PointIsInside(VARIANT* Point, VARIANT* PointIsOn, VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE PointIsInside(VARIANT* Point, VARIANT* PointIsOn,
+                                            VARIANT_BOOL* result) override {
         return Run([&] {
             bool on = false;
             Out(result) = ToVariantBool(native().PointIsInside(ToPoint(*Point), &on));
@@ -138,10 +149,12 @@ public:
             WritePoints(ArrIntersections, points);
         });
     }
-    HRESULT STDMETHODCALLTYPE IntersectWithLoop(::_Loop7* exLoop, VARIANT* ArrIntersections, VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE IntersectWithLoop(::_Loop7* exLoop, VARIANT* ArrIntersections,
+                                                VARIANT_BOOL* result) override {
         return Run([&] {
             std::vector<Point> points;
-            Out(result) = ToVariantBool(native().IntersectWithLoop(*RequiredNative<tgp::Loop7>(exLoop), &points));
+            Out(result) =
+                ToVariantBool(native().IntersectWithLoop(*RequiredNative<tgp::Loop7>(exLoop), &points));
             WritePoints(ArrIntersections, points);
         });
     }
@@ -161,7 +174,8 @@ public:
     }
     HRESULT STDMETHODCALLTYPE RelationshipTo(::_Loop7* exLoop, ::LoopRelationShip* result) override {
         return Run([&] {
-            Out(result) = static_cast<::LoopRelationShip>(native().RelationshipTo(*RequiredNative<tgp::Loop7>(exLoop)));
+            Out(result) =
+                static_cast<::LoopRelationShip>(native().RelationshipTo(*RequiredNative<tgp::Loop7>(exLoop)));
         });
     }
     HRESULT STDMETHODCALLTYPE GetTopBottomPoints(VARIANT* uVector, VARIANT* TopPoint, VARIANT* BottomPoint,
@@ -183,11 +197,12 @@ public:
     HRESULT STDMETHODCALLTYPE Transformation(VARIANT* Displacement, double Rotation, double XScaleFactor,
                                              double YScaleFactor, VARIANT* BasePoint) override {
         return Run([&] {
-            native().Transformation(ToPoint(*Displacement), Finite(Rotation), Finite(XScaleFactor), Finite(YScaleFactor),
-                                    ToPoint(*BasePoint));
+            native().Transformation(ToPoint(*Displacement), Finite(Rotation), Finite(XScaleFactor),
+                                    Finite(YScaleFactor), ToPoint(*BasePoint));
         });
     }
-    HRESULT STDMETHODCALLTYPE PointAnalysis(VARIANT* Point, double* Distance, VARIANT* HPoint, double* TAngle) override {
+    HRESULT STDMETHODCALLTYPE PointAnalysis(VARIANT* Point, double* Distance, VARIANT* HPoint,
+                                            double* TAngle) override {
         return Run([&] {
             tgp::Point nearest = IsMissing(Out(HPoint)) ? tgp::Point{} : ToPoint(*HPoint);
             native().PointAnalysis(ToPoint(*Point), Out(Distance), nearest, Out(TAngle));

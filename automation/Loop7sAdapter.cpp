@@ -10,7 +10,9 @@ namespace tgp::automation {
 namespace {
 
 // A collection index as the core takes it: anything below 1 is out of range there too.
-std::size_t IndexOf(long Index) { return Index < 1 ? 0 : static_cast<std::size_t>(Index); }
+std::size_t IndexOf(long Index) {
+    return Index < 1 ? 0 : static_cast<std::size_t>(Index);
+}
 
 // A zero-based array of Variants, each holding an object the caller now shares.
 template <class Native, class Interface>
@@ -37,7 +39,7 @@ void SetObjectArray(VARIANT* result, const std::vector<std::shared_ptr<Native>>&
 }
 
 class Loop7sAdapter final : public DispatchObject<::_Loop7s, ::Loop7s, tgp::Loop7s> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
     HRESULT STDMETHODCALLTYPE Add(::_Loop7* Loop) override {
@@ -49,8 +51,12 @@ public:
     HRESULT STDMETHODCALLTYPE get_Count(long* result) override {
         return Run([&] { Out(result) = static_cast<long>(native().Count()); });
     }
-    HRESULT STDMETHODCALLTYPE Remove(long Index) override { return Run([&] { native().Remove(IndexOf(Index)); }); }
-    HRESULT STDMETHODCALLTYPE Clear() override { return Run([&] { native().Clear(); }); }
+    HRESULT STDMETHODCALLTYPE Remove(long Index) override {
+        return Run([&] { native().Remove(IndexOf(Index)); });
+    }
+    HRESULT STDMETHODCALLTYPE Clear() override {
+        return Run([&] { native().Clear(); });
+    }
     HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
         return Run([&] {
             std::vector<VARIANT> items;
@@ -82,8 +88,12 @@ public:
     HRESULT STDMETHODCALLTYPE InertiaBlock(::_InertiaBlock** result) override {
         return Run([&] { Check(Wrap(native().InertiaBlock(), &Out(result))); });
     }
-    HRESULT STDMETHODCALLTYPE Area(double* result) override { return Run([&] { Out(result) = native().Area(); }); }
-    HRESULT STDMETHODCALLTYPE Length(double* result) override { return Run([&] { Out(result) = native().Length(); }); }
+    HRESULT STDMETHODCALLTYPE Area(double* result) override {
+        return Run([&] { Out(result) = native().Area(); });
+    }
+    HRESULT STDMETHODCALLTYPE Length(double* result) override {
+        return Run([&] { Out(result) = native().Length(); });
+    }
     HRESULT STDMETHODCALLTYPE Centroid(VARIANT* result) override {
         return Run([&] { SetDoubleArray(&Out(result), native().Centroid()); });
     }
@@ -100,7 +110,9 @@ public:
         return Run([&] { SetObjectArray<tgp::Loop7s, ::_Loop7s>(&Out(result), native().Split()); });
     }
     HRESULT STDMETHODCALLTYPE Sort(::Loop7sSortKey Key, VARIANT_BOOL Descending) override {
-        return Run([&] { native().Sort(static_cast<tgp::Loop7sSortKey>(EnumValue(Key)), Descending != VARIANT_FALSE); });
+        return Run([&] {
+            native().Sort(static_cast<tgp::Loop7sSortKey>(EnumValue(Key)), Descending != VARIANT_FALSE);
+        });
     }
 };
 

@@ -14,28 +14,40 @@ std::optional<int> OptionalCount(const VARIANT& value) {
     return ToInteger16(value);
 }
 
-bool Given(const VARIANT* value) { return !IsOmitted(value); }
+bool Given(const VARIANT* value) {
+    return !IsOmitted(value);
+}
 
 class MatrixAdapter final : public DispatchObject<::_Matrix, ::Matrix, tgp::Matrix> {
-public:
+  public:
     using DispatchObject::DispatchObject;
 
     HRESULT STDMETHODCALLTYPE Reset(VARIANT RowCount, VARIANT ColumnCount) override {
         return Run([&] { native().Reset(OptionalCount(RowCount), OptionalCount(ColumnCount)); });
     }
-    HRESULT STDMETHODCALLTYPE get_RowCount(short* result) override { return Run([&] { Out(result) = native().RowCount(); }); }
+    HRESULT STDMETHODCALLTYPE get_RowCount(short* result) override {
+        return Run([&] { Out(result) = native().RowCount(); });
+    }
     HRESULT STDMETHODCALLTYPE get_ColumnCount(short* result) override {
         return Run([&] { Out(result) = native().ColumnCount(); });
     }
-    HRESULT STDMETHODCALLTYPE put_Array2D(VARIANT rhs) override { return Run([&] { native().Array2D(ToArray2D(rhs)); }); }
-    HRESULT STDMETHODCALLTYPE Array2DPaste(VARIANT newArray, VARIANT_BOOL IgnoreError, VARIANT_BOOL ShrinkToFit) override {
-        return Run([&] { native().Array2DPaste(ToArray2D(newArray), IgnoreError != VARIANT_FALSE, ShrinkToFit != VARIANT_FALSE); });
+    HRESULT STDMETHODCALLTYPE put_Array2D(VARIANT rhs) override {
+        return Run([&] { native().Array2D(ToArray2D(rhs)); });
+    }
+    HRESULT STDMETHODCALLTYPE Array2DPaste(VARIANT newArray, VARIANT_BOOL IgnoreError,
+                                           VARIANT_BOOL ShrinkToFit) override {
+        return Run([&] {
+            native().Array2DPaste(ToArray2D(newArray), IgnoreError != VARIANT_FALSE,
+                                  ShrinkToFit != VARIANT_FALSE);
+        });
     }
     HRESULT STDMETHODCALLTYPE LetRow(VARIANT newRow, short* rowIndex, VARIANT_BOOL IgnoreError) override {
         return Run([&] { native().LetRow(ToPoint(newRow), Out(rowIndex), IgnoreError != VARIANT_FALSE); });
     }
-    HRESULT STDMETHODCALLTYPE LetColumn(VARIANT newColumn, short* colIndex, VARIANT_BOOL IgnoreError) override {
-        return Run([&] { native().LetColumn(ToPoint(newColumn), Out(colIndex), IgnoreError != VARIANT_FALSE); });
+    HRESULT STDMETHODCALLTYPE LetColumn(VARIANT newColumn, short* colIndex,
+                                        VARIANT_BOOL IgnoreError) override {
+        return Run(
+            [&] { native().LetColumn(ToPoint(newColumn), Out(colIndex), IgnoreError != VARIANT_FALSE); });
     }
     HRESULT STDMETHODCALLTYPE get_Array2D(VARIANT* result) override {
         return Run([&] { SetArray2D(&Out(result), native().Array2D()); });
@@ -52,17 +64,23 @@ public:
     HRESULT STDMETHODCALLTYPE LetItem(short* i, short* j, double newvalue) override {
         return Run([&] { native().LetItem(Out(i), Out(j), Finite(newvalue)); });
     }
-    HRESULT STDMETHODCALLTYPE Copy(::_Matrix** result) override { return Give(result, [&] { return native().Copy(); }); }
+    HRESULT STDMETHODCALLTYPE Copy(::_Matrix** result) override {
+        return Give(result, [&] { return native().Copy(); });
+    }
     HRESULT STDMETHODCALLTYPE Transpose(::_Matrix** result) override {
         return Give(result, [&] { return native().Transpose(); });
     }
-    HRESULT STDMETHODCALLTYPE GetSubMatrix(short* rowA, short* rowB, short* ColumnA, short* ColumnB, ::_Matrix** result) override {
-        return Give(result, [&] { return native().GetSubMatrix(Out(rowA), Out(rowB), Out(ColumnA), Out(ColumnB)); });
+    HRESULT STDMETHODCALLTYPE GetSubMatrix(short* rowA, short* rowB, short* ColumnA, short* ColumnB,
+                                           ::_Matrix** result) override {
+        return Give(result,
+                    [&] { return native().GetSubMatrix(Out(rowA), Out(rowB), Out(ColumnA), Out(ColumnB)); });
     }
-    HRESULT STDMETHODCALLTYPE GetSubMatrixByRemoveRowCol(short* RemoveRow, short* RemoveCol, VARIANT_BOOL IgnoreErr,
+    HRESULT STDMETHODCALLTYPE GetSubMatrixByRemoveRowCol(short* RemoveRow, short* RemoveCol,
+                                                         VARIANT_BOOL IgnoreErr,
                                                          ::_Matrix** result) override {
         return Give(result, [&] {
-            return native().GetSubMatrixByRemoveRowCol(Out(RemoveRow), Out(RemoveCol), IgnoreErr != VARIANT_FALSE);
+            return native().GetSubMatrixByRemoveRowCol(Out(RemoveRow), Out(RemoveCol),
+                                                       IgnoreErr != VARIANT_FALSE);
         });
     }
     HRESULT STDMETHODCALLTYPE RoundUp(short* nDigit, ::_Matrix** result) override {
@@ -77,9 +95,11 @@ public:
     HRESULT STDMETHODCALLTYPE MultiplyWithNumber(double ScaleFactor, ::_Matrix** result) override {
         return Give(result, [&] { return native().MultiplyWithNumber(Finite(ScaleFactor)); });
     }
-    HRESULT STDMETHODCALLTYPE PlusWithMatrix(::_Matrix* argMatrix, VARIANT_BOOL SubtractFlag, ::_Matrix** result) override {
+    HRESULT STDMETHODCALLTYPE PlusWithMatrix(::_Matrix* argMatrix, VARIANT_BOOL SubtractFlag,
+                                             ::_Matrix** result) override {
         return Give(result, [&] {
-            return native().PlusWithMatrix(*RequiredNative<tgp::Matrix>(argMatrix), SubtractFlag != VARIANT_FALSE);
+            return native().PlusWithMatrix(*RequiredNative<tgp::Matrix>(argMatrix),
+                                           SubtractFlag != VARIANT_FALSE);
         });
     }
     HRESULT STDMETHODCALLTYPE PlusWithNumber(double realNumber, ::_Matrix** result) override {
@@ -110,14 +130,17 @@ public:
             return inverse;
         });
     }
-    HRESULT STDMETHODCALLTYPE SolveWithGaussMethod(VARIANT YVector, VARIANT* ElapsedTime, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE SolveWithGaussMethod(VARIANT YVector, VARIANT* ElapsedTime,
+                                                   VARIANT* result) override {
         return Run([&] {
             double elapsed = 0;
             auto solution = native().SolveWithGaussMethod(ToPoint(YVector), &elapsed);
             if (Given(ElapsedTime)) WriteBack(ElapsedTime, elapsed);
             VariantInit(&Out(result));
-            if (solution) SetDoubleArray(result, *solution);
-            else V_VT(result) = VT_NULL;
+            if (solution)
+                SetDoubleArray(result, *solution);
+            else
+                V_VT(result) = VT_NULL;
         });
     }
     HRESULT STDMETHODCALLTYPE Solve(VARIANT YVector, VARIANT* ElapsedTime, VARIANT* result) override {
@@ -135,12 +158,14 @@ public:
             return native().InverseWithExcelMethod(Given(ElapsedTime) ? &elapsed : nullptr);
         });
     }
-    HRESULT STDMETHODCALLTYPE DisplayOnExcelWorksheet() override { return Run([&] { native().DisplayOnExcelWorksheet(); }); }
+    HRESULT STDMETHODCALLTYPE DisplayOnExcelWorksheet() override {
+        return Run([&] { native().DisplayOnExcelWorksheet(); });
+    }
     HRESULT STDMETHODCALLTYPE PrintToTextFile(BSTR FileName) override {
         return Run([&] { native().PrintToTextFile(ToUtf8(FileName)); });
     }
 
-private:
+  private:
     // Runs a member that returns a matrix (null: Nothing).
     template <class Body>
     HRESULT Give(::_Matrix** result, Body&& body) {

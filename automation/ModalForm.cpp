@@ -9,7 +9,7 @@ namespace {
 
 // The owner's state before the form showed, put back when the form is done (also on failure).
 class OwnerState {
-public:
+  public:
     explicit OwnerState(HWND owner) : owner_(owner && IsWindow(owner) ? owner : nullptr) {
         if (!owner_) return;
         placement_.length = sizeof(placement_);
@@ -26,7 +26,7 @@ public:
     OwnerState(const OwnerState&) = delete;
     OwnerState& operator=(const OwnerState&) = delete;
 
-private:
+  private:
     HWND owner_;
     WINDOWPLACEMENT placement_{};
     bool wasEnabled_ = true;

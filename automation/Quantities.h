@@ -23,7 +23,7 @@ namespace tgp::automation {
 
 // Wrap(native, &result): a new automation object for a core quantity (used by the factories and the
 // section property block); Create<Class>(iid, result): a new zero quantity for the class factory.
-#define TGP_DECLARE_QUANTITY(Name)                                                  \
+#define TGP_DECLARE_QUANTITY(Name)                                                \
     HRESULT Wrap(std::shared_ptr<tgp::Name> native, ::_##Name** result) noexcept; \
     HRESULT Create##Name(REFIID iid, void** result);
 TGP_QUANTITY_CLASSES(TGP_DECLARE_QUANTITY)

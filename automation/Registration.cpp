@@ -58,13 +58,16 @@ void RemoveClasses(HKEY root) {
     }
 }
 
-SYSKIND OwnSysKind() { return sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32; }
+SYSKIND OwnSysKind() {
+    return sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+}
 
 // Per-user entry points of oleaut32 that the mingw headers lack, looked up at run time.
 template <class Function>
 Function OleAutomationEntry(const char* name) {
     HMODULE module = GetModuleHandleW(L"oleaut32.dll");
-    return module ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
+    return module ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)))
+                  : nullptr;
 }
 
 using RegisterForUserFunction = HRESULT(WINAPI*)(ITypeLib*, OLECHAR*, OLECHAR*);
@@ -115,7 +118,8 @@ HRESULT UnregisterServer() {
     UnRegisterTypeLib(LIBID_Tessary_Geometry_Pro, 1, 0, LOCALE_NEUTRAL, OwnSysKind());
     UnregisterTypeLibrary("UnRegisterTypeLibForUser");
     // The library's own key, once no version of it is left (RegDeleteKey refuses a key with subkeys).
-    const std::wstring libraryKey = std::wstring(kClassesKey) + L"TypeLib\\" + GuidText(LIBID_Tessary_Geometry_Pro);
+    const std::wstring libraryKey =
+        std::wstring(kClassesKey) + L"TypeLib\\" + GuidText(LIBID_Tessary_Geometry_Pro);
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, libraryKey.c_str());
     RegDeleteKeyW(HKEY_CURRENT_USER, libraryKey.c_str());
     return S_OK;

@@ -18,13 +18,25 @@ void Server::Attach(HMODULE module) {
     GetModuleFileNameW(module, g_path, MAX_PATH);
 }
 
-HMODULE Server::Module() { return g_module; }
-const wchar_t* Server::ModulePath() { return g_path; }
+HMODULE Server::Module() {
+    return g_module;
+}
+const wchar_t* Server::ModulePath() {
+    return g_path;
+}
 
-void Server::ObjectCreated() { ++g_objects; }
-void Server::ObjectDestroyed() { --g_objects; }
-void Server::Lock(bool lock) { lock ? ++g_locks : --g_locks; }
-bool Server::CanUnload() { return g_objects == 0 && g_locks == 0; }
+void Server::ObjectCreated() {
+    ++g_objects;
+}
+void Server::ObjectDestroyed() {
+    --g_objects;
+}
+void Server::Lock(bool lock) {
+    lock ? ++g_locks : --g_locks;
+}
+bool Server::CanUnload() {
+    return g_objects == 0 && g_locks == 0;
+}
 
 ITypeLib* Server::TypeLibrary() {
     // Objects live on their caller's thread; the library is loaded on first use from the DLL itself,
@@ -33,7 +45,8 @@ ITypeLib* Server::TypeLibrary() {
     if (!g_typeLibrary) {
         ITypeLib* loaded = nullptr;
         if (FAILED(LoadTypeLibEx(g_path, REGKIND_NONE, &loaded))) return nullptr;
-        if (InterlockedCompareExchangePointer(reinterpret_cast<void* volatile*>(&g_typeLibrary), loaded, nullptr))
+        if (InterlockedCompareExchangePointer(reinterpret_cast<void* volatile*>(&g_typeLibrary), loaded,
+                                              nullptr))
             loaded->Release();
     }
     return g_typeLibrary;

@@ -8,7 +8,7 @@ namespace tgp::automation {
 // class-factory locks (what DllCanUnloadNow answers from) and the type library loaded from the DLL's
 // own TYPELIB resource.
 class Server {
-public:
+  public:
     static void Attach(HMODULE module);
     static HMODULE Module();
     static const wchar_t* ModulePath();

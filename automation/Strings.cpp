@@ -11,7 +11,9 @@ std::string ToUtf8(const wchar_t* text, int length) {
     return result;
 }
 
-std::string ToUtf8(BSTR text) { return ToUtf8(text, text ? static_cast<int>(SysStringLen(text)) : 0); }
+std::string ToUtf8(BSTR text) {
+    return ToUtf8(text, text ? static_cast<int>(SysStringLen(text)) : 0);
+}
 
 std::wstring ToWide(std::string_view text) {
     if (text.empty()) return {};

@@ -8,7 +8,9 @@
 namespace tgp::automation {
 namespace {
 
-bool Flag(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
+bool Flag(VARIANT_BOOL value) {
+    return value != VARIANT_FALSE;
+}
 
 // Three Integer zeros, as a new system's Origin.
 void SetIntegerZeros(VARIANT* result) {
@@ -44,14 +46,18 @@ void WritingBackWhatever(VARIANT* target, tgp::Point& point, Translate&& transla
 // a let), until the system itself moves it, after which it is a point array of Double. The adapter
 // keeps the Variant and the native origin's version it belongs to.
 class UcsAdapter final : public DispatchObject<::_UCS, ::UCS, tgp::UCS> {
-public:
+  public:
     explicit UcsAdapter(std::shared_ptr<tgp::UCS> native) : DispatchObject(std::move(native)) {
         originVersion_ = this->native().OriginVersion();
         if (originVersion_ == 0) SetIntegerZeros(&origin_.get());
     }
 
-    HRESULT STDMETHODCALLTYPE get_Label(BSTR* result) override { return Run([&] { Out(result) = ToBstr(native().Label()); }); }
-    HRESULT STDMETHODCALLTYPE put_Label(BSTR rhs) override { return Run([&] { native().Label(ToUtf8(rhs)); }); }
+    HRESULT STDMETHODCALLTYPE get_Label(BSTR* result) override {
+        return Run([&] { Out(result) = ToBstr(native().Label()); });
+    }
+    HRESULT STDMETHODCALLTYPE put_Label(BSTR rhs) override {
+        return Run([&] { native().Label(ToUtf8(rhs)); });
+    }
     HRESULT STDMETHODCALLTYPE get_Origin(VARIANT* result) override {
         return Run([&] {
             VariantInit(&Out(result));
@@ -61,7 +67,9 @@ public:
                 SetDoubleArray(result, native().Origin());
         });
     }
-    HRESULT STDMETHODCALLTYPE put_Origin(VARIANT rhs) override { return Run([&] { KeepOrigin(rhs); }); }
+    HRESULT STDMETHODCALLTYPE put_Origin(VARIANT rhs) override {
+        return Run([&] { KeepOrigin(rhs); });
+    }
     HRESULT STDMETHODCALLTYPE putref_Origin(VARIANT rhs) override { return put_Origin(rhs); }
     HRESULT STDMETHODCALLTYPE get_Parent(::_UCS** result) override {
         return Run([&] { Check(Wrap(native().Parent(), &Out(result))); });
@@ -75,18 +83,20 @@ public:
     HRESULT STDMETHODCALLTYPE get_Ux(VARIANT* result) override { return Axis(result, native().Ux()); }
     HRESULT STDMETHODCALLTYPE get_Uy(VARIANT* result) override { return Axis(result, native().Uy()); }
     HRESULT STDMETHODCALLTYPE get_Uz(VARIANT* result) override { return Axis(result, native().Uz()); }
-    HRESULT STDMETHODCALLTYPE SetUCS(VARIANT* newOrg, VARIANT* newUx, VARIANT* newUy, VARIANT newUz, VARIANT Parent) override {
+    HRESULT STDMETHODCALLTYPE SetUCS(VARIANT* newOrg, VARIANT* newUx, VARIANT* newUy, VARIANT newUz,
+                                     VARIANT Parent) override {
         return Run([&] {
             Point uz;
             if (HasValue(newUz)) uz = ToPoint(newUz);
             std::shared_ptr<tgp::UCS> parent;
             if (HasValue(Parent)) parent = RequiredNative<tgp::UCS>(ToObject(Parent));
-            native().SetUCS(ToPoint(*newOrg), ToPoint(*newUx), ToPoint(*newUy), HasValue(newUz) ? &uz : nullptr,
-                            std::move(parent));
+            native().SetUCS(ToPoint(*newOrg), ToPoint(*newUx), ToPoint(*newUy),
+                            HasValue(newUz) ? &uz : nullptr, std::move(parent));
             Remember(*newOrg);
         });
     }
-    HRESULT STDMETHODCALLTYPE TranslateFromUCS(VARIANT* Point, ::_UCS* sourceUCS, VARIANT_BOOL ConvertAsVector,
+    HRESULT STDMETHODCALLTYPE TranslateFromUCS(VARIANT* Point, ::_UCS* sourceUCS,
+                                               VARIANT_BOOL ConvertAsVector,
                                                ::UnitIDLength ParentUnitID) override {
         return Run([&] {
             tgp::Point point = ToPoint(Out(Point));
@@ -96,7 +106,8 @@ public:
             });
         });
     }
-    HRESULT STDMETHODCALLTYPE TranslateToUCS(VARIANT* MyPoint, ::_UCS* targetUCS, VARIANT_BOOL ConvertAsVector,
+    HRESULT STDMETHODCALLTYPE TranslateToUCS(VARIANT* MyPoint, ::_UCS* targetUCS,
+                                             VARIANT_BOOL ConvertAsVector,
                                              ::UnitIDLength ParentUnitID) override {
         return Run([&] {
             tgp::Point point = ToPoint(Out(MyPoint));
@@ -118,14 +129,16 @@ public:
     HRESULT STDMETHODCALLTYPE Move(VARIANT* BasePoint, VARIANT* DestPoint) override {
         return Run([&] { native().Move(ToPoint(*BasePoint), ToPoint(*DestPoint)); });
     }
-    HRESULT STDMETHODCALLTYPE Rotate(double Rotation, VARIANT_BOOL XAxis, VARIANT_BOOL YAxis, VARIANT_BOOL ZAxis) override {
+    HRESULT STDMETHODCALLTYPE Rotate(double Rotation, VARIANT_BOOL XAxis, VARIANT_BOOL YAxis,
+                                     VARIANT_BOOL ZAxis) override {
         return Run([&] { native().Rotate(Finite(Rotation), Flag(XAxis), Flag(YAxis), Flag(ZAxis)); });
     }
     HRESULT STDMETHODCALLTYPE Copy(::_UCS** result) override {
         return Run([&] { Check(Wrap(native().Copy(), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE ParallelTo(::_UCS* ExUCS, VARIANT_BOOL* result) override {
-        return Run([&] { Out(result) = ToVariantBool(native().ParallelTo(*RequiredNative<tgp::UCS>(ExUCS))); });
+        return Run(
+            [&] { Out(result) = ToVariantBool(native().ParallelTo(*RequiredNative<tgp::UCS>(ExUCS))); });
     }
     HRESULT STDMETHODCALLTYPE U1(VARIANT* result) override { return Axis(result, native().U1()); }
     HRESULT STDMETHODCALLTYPE U2(VARIANT* result) override { return Axis(result, native().U2()); }
@@ -136,11 +149,12 @@ public:
     }
     HRESULT STDMETHODCALLTYPE RetrieveUCS_SeeMeAs(::_UCS* UnknownUCS, ::_UCS* MyImgUCS) override {
         return Run([&] {
-            native().RetrieveUCS_SeeMeAs(*RequiredNative<tgp::UCS>(UnknownUCS), *RequiredNative<tgp::UCS>(MyImgUCS));
+            native().RetrieveUCS_SeeMeAs(*RequiredNative<tgp::UCS>(UnknownUCS),
+                                         *RequiredNative<tgp::UCS>(MyImgUCS));
         });
     }
 
-private:
+  private:
     // Origin let: the Variant is kept as given; the system works with it as a point, or raises when
     // it is used if it is none (13 for a value that is not an array, 9 for a short array).
     void KeepOrigin(const VARIANT& value) {

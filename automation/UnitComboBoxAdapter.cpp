@@ -28,7 +28,7 @@ class UnitComboBoxAdapter final : public DispatchObject<::_UnitComboBox, ::UnitC
                                   public EventContainer {
     using Base = DispatchObject<::_UnitComboBox, ::UnitComboBox, ui::UnitComboBox>;
 
-public:
+  public:
     explicit UnitComboBoxAdapter(std::shared_ptr<ui::UnitComboBox> native)
         : Base(std::move(native)), EventContainer(*static_cast<::_UnitComboBox*>(this), DIID___UnitComboBox) {
         connection_ = this->native().onChange([this](int16_t& oldUnitID, int16_t& newUnitID) {
@@ -40,15 +40,18 @@ public:
     }
     ~UnitComboBoxAdapter() override { native().disconnectChange(connection_); }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override { return Base::QueryInterface(iid, result); }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        return Base::QueryInterface(iid, result);
+    }
     ULONG STDMETHODCALLTYPE AddRef() override { return Base::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
 
-    HRESULT STDMETHODCALLTYPE Init(IDispatch* Combo, ::DimensionObjectType DType, ::_UnitSetting* UnitS) override {
+    HRESULT STDMETHODCALLTYPE Init(IDispatch* Combo, ::DimensionObjectType DType,
+                                   ::_UnitSetting* UnitS) override {
         return Run([&] {
             auto setting = UnitS ? RequiredNative<tgp::UnitSetting>(UnitS) : nullptr;
-            native().Init(std::make_shared<LateBoundCombo>(Combo), static_cast<DimensionObjectType>(EnumValue(DType)),
-                          std::move(setting));
+            native().Init(std::make_shared<LateBoundCombo>(Combo),
+                          static_cast<DimensionObjectType>(EnumValue(DType)), std::move(setting));
         });
     }
     HRESULT STDMETHODCALLTYPE get_Combo(IDispatch** result) override {
@@ -75,17 +78,18 @@ public:
         return Run([&] { Out(result) = native().UnitID(); });
     }
 
-protected:
+  protected:
     void* QueryExtra(REFIID iid) override { return ContainerFor(iid); }
 
-private:
+  private:
     ui::UnitComboBox::ConnectionId connection_ = 0;
 };
 
 }  // namespace
 
 HRESULT CreateUnitComboBox(REFIID iid, void** result) {
-    return UnitComboBoxAdapter::CreateInstance<UnitComboBoxAdapter>(std::make_shared<ui::UnitComboBox>(), iid, result);
+    return UnitComboBoxAdapter::CreateInstance<UnitComboBoxAdapter>(std::make_shared<ui::UnitComboBox>(), iid,
+                                                                    result);
 }
 
 }  // namespace tgp::automation

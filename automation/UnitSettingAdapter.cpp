@@ -18,14 +18,16 @@ class UnitSettingAdapter final : public DispatchObject<::_UnitSetting, ::UnitSet
                                  public EventContainer {
     using Base = DispatchObject<::_UnitSetting, ::UnitSetting, tgp::UnitSetting>;
 
-public:
+  public:
     explicit UnitSettingAdapter(std::shared_ptr<tgp::UnitSetting> native)
         : Base(std::move(native)), EventContainer(*static_cast<::_UnitSetting*>(this), DIID___UnitSetting) {
         connection_ = this->native().onModified([this] { EventPoint().Fire(kModified); });
     }
     ~UnitSettingAdapter() override { native().disconnectModified(connection_); }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override { return Base::QueryInterface(iid, result); }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        return Base::QueryInterface(iid, result);
+    }
     ULONG STDMETHODCALLTYPE AddRef() override { return Base::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return Base::Release(); }
 
@@ -53,7 +55,8 @@ public:
         return Run([&] {
             constexpr std::size_t kIds = 11;
             std::size_t position = 0;
-            VisitElements(rhs, kIds, [&](const VARIANT& id) { native().StoreUnitID(position++, ToInteger32(id)); });
+            VisitElements(rhs, kIds,
+                          [&](const VARIANT& id) { native().StoreUnitID(position++, ToInteger32(id)); });
             if (position < kIds) throw Error::SubscriptOutOfRange();
         });
     }
@@ -61,19 +64,22 @@ public:
         return Run([&] { native().CopyTo(*RequiredNative<tgp::UnitSetting>(exUS)); });
     }
     HRESULT STDMETHODCALLTYPE get_UnitID(::DimensionObjectType DimensionType, short* result) override {
-        return Run([&] { Out(result) = native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType)); });
+        return Run(
+            [&] { Out(result) = native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType)); });
     }
     HRESULT STDMETHODCALLTYPE put_UnitID(::DimensionObjectType DimensionType, short rhs) override {
         return Run([&] { native().UnitID(static_cast<tgp::DimensionObjectType>(DimensionType), rhs); });
     }
     HRESULT STDMETHODCALLTYPE get_UnitString(::DimensionObjectType DimensionType, BSTR* result) override {
-        return Run([&] { Out(result) = ToBstr(native().UnitString(static_cast<tgp::DimensionObjectType>(DimensionType))); });
+        return Run([&] {
+            Out(result) = ToBstr(native().UnitString(static_cast<tgp::DimensionObjectType>(DimensionType)));
+        });
     }
 
-protected:
+  protected:
     void* QueryExtra(REFIID iid) override { return ContainerFor(iid); }
 
-private:
+  private:
     tgp::UnitSetting::ConnectionId connection_ = 0;
 };
 
@@ -89,7 +95,8 @@ HRESULT WrapOrNothing(std::shared_ptr<UnitSetting> native, ::_UnitSetting** resu
 }
 
 HRESULT CreateUnitSetting(REFIID iid, void** result) {
-    return UnitSettingAdapter::CreateInstance<UnitSettingAdapter>(std::make_shared<tgp::UnitSetting>(), iid, result);
+    return UnitSettingAdapter::CreateInstance<UnitSettingAdapter>(std::make_shared<tgp::UnitSetting>(), iid,
+                                                                  result);
 }
 
 }  // namespace tgp::automation

@@ -19,8 +19,9 @@ struct Items {
 };
 
 class VariantEnumerator final : public IEnumVARIANT {
-public:
-    VariantEnumerator(std::shared_ptr<Items> items, std::size_t position) : items_(std::move(items)), position_(position) {
+  public:
+    VariantEnumerator(std::shared_ptr<Items> items, std::size_t position)
+        : items_(std::move(items)), position_(position) {
         Server::ObjectCreated();
     }
     ~VariantEnumerator() { Server::ObjectDestroyed(); }
@@ -29,7 +30,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         if (!result) return E_POINTER;
-        *result = (iid == IID_IUnknown || iid == IID_IEnumVARIANT) ? static_cast<IEnumVARIANT*>(this) : nullptr;
+        *result =
+            (iid == IID_IUnknown || iid == IID_IEnumVARIANT) ? static_cast<IEnumVARIANT*>(this) : nullptr;
         if (!*result) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -72,7 +74,7 @@ public:
         return *copy ? S_OK : E_OUTOFMEMORY;
     }
 
-private:
+  private:
     std::shared_ptr<Items> items_;
     std::size_t position_;
     std::atomic<long> references_{1};

@@ -31,7 +31,7 @@ bool IsObject(const VARIANT& value) {
 
 // A foreign object that names units through a UnitID(DimensionType) member, asked late-bound.
 class LateBoundUnitSource final : public UnitIdSource {
-public:
+  public:
     explicit LateBoundUnitSource(IDispatch* object) : object_(object) { object_->AddRef(); }
     ~LateBoundUnitSource() override { object_->Release(); }
     LateBoundUnitSource(const LateBoundUnitSource&) = delete;
@@ -46,14 +46,15 @@ public:
         return ToInteger16(result.get());
     }
 
-private:
+  private:
     IDispatch* object_;
 };
 
 // The element at indices (counted from the lower bounds, leftmost index first) as a VARIANT.
 void ReadElement(SAFEARRAY* array, VARTYPE elementType, LONG* indices, ScopedVariant& into) {
     VARIANT& element = into.get();
-    void* slot = elementType == VT_VARIANT ? static_cast<void*>(&element) : static_cast<void*>(&V_UI1(&element));
+    void* slot =
+        elementType == VT_VARIANT ? static_cast<void*>(&element) : static_cast<void*>(&V_UI1(&element));
     if (FAILED(SafeArrayGetElement(array, indices, slot))) throw Error::SubscriptOutOfRange();
     if (elementType != VT_VARIANT) V_VT(&element) = elementType;
 }
@@ -63,8 +64,9 @@ void PutDouble(SAFEARRAY* array, VARTYPE elementType, LONG* indices, double valu
     VARIANT element;
     V_VT(&element) = VT_R8;
     V_R8(&element) = value;
-    SafeArrayPutElement(array, indices,
-                        elementType == VT_R8 ? static_cast<void*>(&V_R8(&element)) : static_cast<void*>(&element));
+    SafeArrayPutElement(
+        array, indices,
+        elementType == VT_R8 ? static_cast<void*>(&V_R8(&element)) : static_cast<void*>(&element));
 }
 
 // The array a (possibly by-reference) Variant holds, with the given number of dimensions; 13 for
@@ -107,7 +109,8 @@ void ForEachElement(const VARIANT& value, Visit&& visit) {
     VARTYPE elementType = VT_EMPTY;
     SAFEARRAY* array = ArrayOf(value, 1, elementType);
     Bounds bounds = BoundsOf(array, 1);
-    if (elementType == VT_VARIANT && array->cbElements == sizeof(VARIANT) && SUCCEEDED(SafeArrayLock(array))) {
+    if (elementType == VT_VARIANT && array->cbElements == sizeof(VARIANT) &&
+        SUCCEEDED(SafeArrayLock(array))) {
         // The elements in place (locked meanwhile): no copy of each one, the common case of a
         // script's Array(x, y, z).
         struct Unlock {
@@ -133,7 +136,9 @@ const VARIANT& Deref(const VARIANT& value) {
     return *v;
 }
 
-VARIANT& Deref(VARIANT& value) { return const_cast<VARIANT&>(Deref(static_cast<const VARIANT&>(value))); }
+VARIANT& Deref(VARIANT& value) {
+    return const_cast<VARIANT&>(Deref(static_cast<const VARIANT&>(value)));
+}
 
 bool IsMissing(const VARIANT& value) {
     const VARIANT& v = Deref(value);
@@ -152,7 +157,9 @@ bool IsNothing(const VARIANT& value) {
     return IsObject(v) && !V_UNKNOWN(&v);
 }
 
-bool HasValue(const VARIANT& value) { return !IsMissing(value) && !IsNothing(value); }
+bool HasValue(const VARIANT& value) {
+    return !IsMissing(value) && !IsNothing(value);
+}
 
 double Finite(double value) {
     if (!std::isfinite(value)) throw Error::Overflow();
@@ -162,10 +169,14 @@ double Finite(double value) {
 double ToDouble(const VARIANT& value) {
     const VARIANT& v = Deref(value);
     switch (V_VT(&v)) {  // the common numbers without a conversion call
-        case VT_R8: return Finite(V_R8(&v));
-        case VT_I4: return V_I4(&v);
-        case VT_I2: return V_I2(&v);
-        default: break;
+        case VT_R8:
+            return Finite(V_R8(&v));
+        case VT_I4:
+            return V_I4(&v);
+        case VT_I2:
+            return V_I2(&v);
+        default:
+            break;
     }
     ScopedVariant converted;
     return Finite(V_R8(&Converted(value, VT_R8, converted).get()));
@@ -185,7 +196,8 @@ int32_t ToInteger32(const VARIANT& value) {
     return tgp::ToInteger32(ToDouble(v));
 }
 
-std::size_t VisitElements(const VARIANT& value, std::size_t limit, const std::function<void(const VARIANT&)>& visit) {
+std::size_t VisitElements(const VARIANT& value, std::size_t limit,
+                          const std::function<void(const VARIANT&)>& visit) {
     VARTYPE elementType = VT_EMPTY;
     SAFEARRAY* array = ArrayOf(value, 1, elementType);
     const Bounds bounds = BoundsOf(array, 1);
@@ -285,7 +297,8 @@ UnitArg ToUnitArg(const VARIANT& value) {
     IDispatch* object = ToObject(v);
     if (auto setting = NativeOf<UnitSetting>(object)) return UnitArg(setting);
     IDispatch* dispatch = nullptr;
-    if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)))) throw Error::TypeMismatch();
+    if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch))))
+        throw Error::TypeMismatch();
     auto source = std::make_shared<LateBoundUnitSource>(dispatch);
     dispatch->Release();
     return UnitArg(std::shared_ptr<const UnitIdSource>(source));
@@ -341,20 +354,37 @@ void WriteBack(VARIANT* target, const VARIANT& value) {
     Converted(value, type, converted);
     VARIANT& c = converted.get();
     switch (type) {
-        case VT_R8: *V_R8REF(&slot) = V_R8(&c); break;
-        case VT_R4: *V_R4REF(&slot) = V_R4(&c); break;
-        case VT_I2: *V_I2REF(&slot) = V_I2(&c); break;
-        case VT_I4: *V_I4REF(&slot) = V_I4(&c); break;
-        case VT_BOOL: *V_BOOLREF(&slot) = V_BOOL(&c); break;
-        case VT_UI1: *V_UI1REF(&slot) = V_UI1(&c); break;
-        case VT_CY: *V_CYREF(&slot) = V_CY(&c); break;
-        case VT_DATE: *V_DATEREF(&slot) = V_DATE(&c); break;
+        case VT_R8:
+            *V_R8REF(&slot) = V_R8(&c);
+            break;
+        case VT_R4:
+            *V_R4REF(&slot) = V_R4(&c);
+            break;
+        case VT_I2:
+            *V_I2REF(&slot) = V_I2(&c);
+            break;
+        case VT_I4:
+            *V_I4REF(&slot) = V_I4(&c);
+            break;
+        case VT_BOOL:
+            *V_BOOLREF(&slot) = V_BOOL(&c);
+            break;
+        case VT_UI1:
+            *V_UI1REF(&slot) = V_UI1(&c);
+            break;
+        case VT_CY:
+            *V_CYREF(&slot) = V_CY(&c);
+            break;
+        case VT_DATE:
+            *V_DATEREF(&slot) = V_DATE(&c);
+            break;
         case VT_BSTR:
             SysFreeString(*V_BSTRREF(&slot));
             *V_BSTRREF(&slot) = V_BSTR(&c);
             V_VT(&c) = VT_EMPTY;  // ownership moved to the caller's variable
             break;
-        default: throw Error::TypeMismatch();
+        default:
+            throw Error::TypeMismatch();
     }
 }
 
@@ -377,7 +407,8 @@ namespace {
 // Stores a value at indices of an array, converted to the array's element type.
 void PutConverted(SAFEARRAY* array, VARTYPE elementType, LONG* indices, const VARIANT& value) {
     if (elementType == VT_VARIANT) {
-        if (FAILED(SafeArrayPutElement(array, indices, const_cast<VARIANT*>(&value)))) throw Error::SubscriptOutOfRange();
+        if (FAILED(SafeArrayPutElement(array, indices, const_cast<VARIANT*>(&value))))
+            throw Error::SubscriptOutOfRange();
         return;
     }
     ScopedVariant converted;
@@ -410,7 +441,8 @@ void WritePointBack(VARIANT* target, const Point& point) {
     if (!(V_VT(&slot) & VT_ARRAY)) throw Error::TypeMismatch();  // a typed scalar cannot hold a point
     const VARTYPE elementType = V_VT(&slot) & VT_TYPEMASK;
     SAFEARRAY*& array = *V_ARRAYREF(&slot);
-    if (array && SafeArrayGetDim(array) == 1 && BoundsOf(array, 1).count() == static_cast<LONG>(point.size())) {
+    if (array && SafeArrayGetDim(array) == 1 &&
+        BoundsOf(array, 1).count() == static_cast<LONG>(point.size())) {
         const LONG lower = BoundsOf(array, 1).lower;
         for (LONG i = 0; i < static_cast<LONG>(point.size()); ++i) {
             LONG index = lower + i;
@@ -418,7 +450,8 @@ void WritePointBack(VARIANT* target, const Point& point) {
         }
         return;
     }
-    if (array && (array->fFeatures & (FADF_FIXEDSIZE | FADF_STATIC | FADF_EMBEDDED))) throw Error::SubscriptOutOfRange();
+    if (array && (array->fFeatures & (FADF_FIXEDSIZE | FADF_STATIC | FADF_EMBEDDED)))
+        throw Error::SubscriptOutOfRange();
     SAFEARRAY* fresh = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(point.size()));
     if (!fresh) throw std::bad_alloc();
     try {
@@ -464,7 +497,8 @@ void ZeroElements(VARIANT* target, const std::vector<std::size_t>& positions) {
 std::shared_ptr<Quantity> QuantityOf(IUnknown* object) {
     if (!object) return nullptr;
     INativeObject* native = nullptr;
-    if (FAILED(object->QueryInterface(__uuidof(INativeObject), reinterpret_cast<void**>(&native)))) return nullptr;
+    if (FAILED(object->QueryInterface(__uuidof(INativeObject), reinterpret_cast<void**>(&native))))
+        return nullptr;
     auto quantity = native->NativeQuantity();
     native->Release();
     return quantity;

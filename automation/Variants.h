@@ -51,7 +51,8 @@ bool HasValue(const VARIANT& value);  // present and not Nothing
 // Visits the elements of a one-dimensional array from its lower bound, at most `limit` of them, as
 // the runtime reads them one at a time (an element that fails to convert stops the caller there).
 // Returns how many were visited; 13 for anything but a one-dimensional array.
-std::size_t VisitElements(const VARIANT& value, std::size_t limit, const std::function<void(const VARIANT&)>& visit);
+std::size_t VisitElements(const VARIANT& value, std::size_t limit,
+                          const std::function<void(const VARIANT&)>& visit);
 
 // A two-dimensional array (first index the row), read from its lower bounds; 13 for anything else.
 Array2DData ToArray2D(const VARIANT& value);
@@ -63,7 +64,7 @@ void SetArray2D(VARIANT* result, const Array2DData& array);
 UnitArg ToUnitArg(const VARIANT& value);
 
 // Results, written into the caller's [out, retval] VARIANT.
-void SetDoubleArray(VARIANT* result, const std::vector<double>& values);  // zero-based Double()
+void SetDoubleArray(VARIANT* result, const std::vector<double>& values);   // zero-based Double()
 void SetVariantArray(VARIANT* result, const std::vector<double>& values);  // zero-based Variant()
 void SetDouble(VARIANT* result, double value);
 // A zero-based array of Variants, each a zero-based array of Double (a list of points).
@@ -95,11 +96,13 @@ int32_t EnumValue(Enum value) {
     return static_cast<int32_t>(static_cast<uint32_t>(value));
 }
 
-inline VARIANT_BOOL ToVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline VARIANT_BOOL ToVariantBool(bool value) {
+    return value ? VARIANT_TRUE : VARIANT_FALSE;
+}
 
 // A VARIANT that clears itself.
 class ScopedVariant {
-public:
+  public:
     ScopedVariant() { VariantInit(&value_); }
     ~ScopedVariant() { VariantClear(&value_); }
     ScopedVariant(const ScopedVariant&) = delete;
@@ -107,7 +110,7 @@ public:
     VARIANT* operator&() { return &value_; }  // NOLINT: passes as the VARIANT* out parameter
     VARIANT& get() { return value_; }
 
-private:
+  private:
     VARIANT value_;
 };
 

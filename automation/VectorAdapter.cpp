@@ -46,7 +46,7 @@ const Point* OptionalPoint(const VARIANT& value, Point& storage) {
 class VectorAdapter final : public DispatchObject<::_Vector, ::Vector, tgp::Vector> {
     using V = tgp::Vector;
 
-public:
+  public:
     using DispatchObject::DispatchObject;
 
     HRESULT STDMETHODCALLTYPE vplusv(SAFEARRAY** parArr, VARIANT* result) override {
@@ -122,7 +122,8 @@ public:
             ZeroElements(v, zeroed);
         });
     }
-    HRESULT STDMETHODCALLTYPE AssocVector(VARIANT Fvector, VARIANT* u, VARIANT* v, VARIANT* w, VARIANT* result) override {
+    HRESULT STDMETHODCALLTYPE AssocVector(VARIANT Fvector, VARIANT* u, VARIANT* v, VARIANT* w,
+                                          VARIANT* result) override {
         return Run([&] {
             // Any failure inside the member, reading its arrays included, is its one 2411.
             Point f, a, b, c;
@@ -149,7 +150,8 @@ public:
     HRESULT STDMETHODCALLTYPE IsVertical(VARIANT* V1, VARIANT* V2, VARIANT_BOOL* result) override {
         return Run([&] { Out(result) = ToVariantBool(V::IsVertical(ToPoint(*V1), ToPoint(*V2))); });
     }
-    HRESULT STDMETHODCALLTYPE Fix_NegativeVector(VARIANT* SP, VARIANT* EP, VARIANT* OffsetAngle, VARIANT_BOOL* result) override {
+    HRESULT STDMETHODCALLTYPE Fix_NegativeVector(VARIANT* SP, VARIANT* EP, VARIANT* OffsetAngle,
+                                                 VARIANT_BOOL* result) override {
         return Run([&] {
             Point start = ToPoint(Out(SP));
             Point end = ToPoint(Out(EP));

@@ -43,7 +43,9 @@ std::shared_ptr<tgp::Matrix> MakeMatrix(int n) {
 
 // Storing an element (even the same value) clears the determinant and inverse caches, so every
 // iteration does the full work.
-void ClearCaches(tgp::Matrix& m) { m.LetItem(0, 0, m.Item(0, 0)); }
+void ClearCaches(tgp::Matrix& m) {
+    m.LetItem(0, 0, m.Item(0, 0));
+}
 
 void BM_Det(benchmark::State& state) {
     auto m = MakeMatrix(static_cast<int>(state.range(0)));
@@ -109,7 +111,12 @@ void BM_GaussAgainstEigenLU(benchmark::State& state) {
     const auto y = RandomRightHandSide(n);
     CompareWithEigenLU(state, m->Array2D(), y, [&] { benchmark::DoNotOptimize(m->SolveWithGaussMethod(y)); });
 }
-BENCHMARK(BM_GaussAgainstEigenLU)->Arg(200)->Arg(500)->Arg(1000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_GaussAgainstEigenLU)
+    ->Arg(200)
+    ->Arg(500)
+    ->Arg(1000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 // The same comparison with the elimination's tiles held to SSE2, the instruction set this build
 // gives Eigen: elimination and back substitution, as SolveWithGaussMethod does them.

@@ -79,7 +79,8 @@ void GeosValidAreaCentroid(benchmark::State& state) {
         const unsigned k = i % n;
         GEOSCoordSeq_setXY_r(geos, ring, i, o.xy[2 * k], o.xy[2 * k + 1]);
     }
-    GEOSGeometry* polygon = GEOSGeom_createPolygon_r(geos, GEOSGeom_createLinearRing_r(geos, ring), nullptr, 0);
+    GEOSGeometry* polygon =
+        GEOSGeom_createPolygon_r(geos, GEOSGeom_createLinearRing_r(geos, ring), nullptr, 0);
     for (auto _ : state) {
         double area = 0;
         benchmark::DoNotOptimize(GEOSisValid_r(geos, polygon));
@@ -99,7 +100,7 @@ BENCHMARK(GeosValidAreaCentroid)->RangeMultiplier(10)->Range(1000, 1000000)->Uni
 
 // Keeps the mean time of every run so that the summary can set the two libraries side by side.
 class SummaryReporter : public benchmark::ConsoleReporter {
-public:
+  public:
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
@@ -112,7 +113,8 @@ public:
     }
 
     void PrintSummary() const {
-        const auto loop = seconds_.find("LoopInertiaBlock"), build = seconds_.find("LoopBuildAndInertiaBlock");
+        const auto loop = seconds_.find("LoopInertiaBlock"),
+                   build = seconds_.find("LoopBuildAndInertiaBlock");
         const auto geos = seconds_.find("GeosValidAreaCentroid");
         if (loop == seconds_.end() || build == seconds_.end() || geos == seconds_.end()) return;
         std::printf("\n%10s %12s %12s %12s %16s %12s %14s\n", "vertices", "Loop7 ms", "+build ms", "GEOS ms",
@@ -122,11 +124,12 @@ public:
             const auto g = geos->second.find(n);
             if (g == geos->second.end() || b == build->second.end()) continue;
             std::printf("%10ld %12.3f %12.3f %12.3f %16.1f %12.2f %14.2f\n", n, t * 1e3, b->second * 1e3,
-                        g->second * 1e3, t * 1e9 / static_cast<double>(n), t / g->second, b->second / g->second);
+                        g->second * 1e3, t * 1e9 / static_cast<double>(n), t / g->second,
+                        b->second / g->second);
         }
     }
 
-private:
+  private:
     std::map<std::string, std::map<long, double>> seconds_;
 };
 

@@ -34,9 +34,12 @@ std::string Write(int n, bool dxf) {
     for (int i = 0; i < n; ++i) {
         double x, y, bulge;
         Vertex(i, n, x, y, bulge);
-        if (!dxf) std::fprintf(out, "%.17g %.17g %g\n", x, y, bulge);
-        else if (bulge != 0) std::fprintf(out, "10\n%.17g\n20\n%.17g\n42\n%g\n", x, y, bulge);
-        else std::fprintf(out, "10\n%.17g\n20\n%.17g\n", x, y);
+        if (!dxf)
+            std::fprintf(out, "%.17g %.17g %g\n", x, y, bulge);
+        else if (bulge != 0)
+            std::fprintf(out, "10\n%.17g\n20\n%.17g\n42\n%g\n", x, y, bulge);
+        else
+            std::fprintf(out, "10\n%.17g\n20\n%.17g\n", x, y);
     }
     if (dxf) std::fprintf(out, "0\nENDSEC\n0\nEOF\n");
     std::fclose(out);
@@ -61,7 +64,8 @@ long RunSection(const std::string& path) {
     }
     int status = 0;
     rusage usage{};
-    if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+    if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
+        WEXITSTATUS(status) != 0)
         return -1;
     return usage.ru_maxrss * 1024L;
 }
@@ -83,8 +87,12 @@ void SectionOfFile(benchmark::State& state, bool dxf) {
     state.counters["peak_B_per_vertex"] = static_cast<double>(peak) / n;
 }
 
-void TextProfile(benchmark::State& state) { SectionOfFile(state, false); }
-void DxfDrawing(benchmark::State& state) { SectionOfFile(state, true); }
+void TextProfile(benchmark::State& state) {
+    SectionOfFile(state, false);
+}
+void DxfDrawing(benchmark::State& state) {
+    SectionOfFile(state, true);
+}
 BENCHMARK(TextProfile)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
 BENCHMARK(DxfDrawing)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
 

@@ -47,7 +47,7 @@ void Count(SkipList& list, const std::string& what, std::size_t count = 1);
 // A file that cannot be read as profiles at all (missing, unreadable, malformed line): one of the
 // library's own errors, its description the message naming the file.
 class ProfileFileError : public Error {
-public:
+  public:
     explicit ProfileFileError(const std::string& message) : Error(Error::kLibrary, message) {}
 };
 

@@ -24,7 +24,21 @@ constexpr int kFrameControlPointFlag = 16;  // a spline-fit polyline's control p
 enum class Section { None, Header, Blocks, Entities, Objects, Other };
 
 // Entities whose groups a profile is made from; everything else is counted as skipped.
-enum class Kind { LwPolyline, Polyline, Vertex, SequenceEnd, Circle, Arc, Line, Spline, Ellipse, Hatch, Insert, Attribute, Other };
+enum class Kind {
+    LwPolyline,
+    Polyline,
+    Vertex,
+    SequenceEnd,
+    Circle,
+    Arc,
+    Line,
+    Spline,
+    Ellipse,
+    Hatch,
+    Insert,
+    Attribute,
+    Other
+};
 
 Kind KindOf(std::string_view type) {
     if (type == "LWPOLYLINE") return Kind::LwPolyline;
@@ -59,7 +73,7 @@ class Parser {
         std::shared_ptr<HatchReader> hatch;
     };
 
-public:
+  public:
     Parser(std::string_view contents, const std::string& source)
         : tags_(OpenDxfTags(contents, source)), source_(source) {}
 
@@ -75,8 +89,9 @@ public:
         }
         if (!ended) {
             if (section_ != Section::None) {
-                throw ProfileFileError(source_ + ": section " + sectionName_ +
-                                       " is not closed: the file ends without ENDSEC and EOF (it is cut short?)");
+                throw ProfileFileError(
+                    source_ + ": section " + sectionName_ +
+                    " is not closed: the file ends without ENDSEC and EOF (it is cut short?)");
             }
             throw ProfileFileError(source_ + ": the file ends without EOF (it is cut short?)");
         }
@@ -85,7 +100,7 @@ public:
         return std::move(drawing_);
     }
 
-private:
+  private:
     // A 0 group: a section, block or entity starts or ends. True at the end of the file.
     bool Structure(const DxfTag& tag) {
         const std::string_view value = tag.value;
@@ -93,8 +108,8 @@ private:
         if (value == "EOF") return true;
         if (value == "SECTION") {
             if (section_ != Section::None) {
-                throw ProfileFileError(tags_->Where(tag) + ": a section starts inside section " + sectionName_ +
-                                       " (its ENDSEC is missing)");
+                throw ProfileFileError(tags_->Where(tag) + ": a section starts inside section " +
+                                       sectionName_ + " (its ENDSEC is missing)");
             }
             section_ = Section::Other;
             sectionName_ = "(unnamed)";
@@ -125,7 +140,8 @@ private:
             layoutData_ = false;
             return false;
         }
-        if (section_ == Section::Entities || (section_ == Section::Blocks && block_)) BeginEntity(value, tag.position);
+        if (section_ == Section::Entities || (section_ == Section::Blocks && block_))
+            BeginEntity(value, tag.position);
         return false;
     }
 
@@ -141,10 +157,10 @@ private:
         if (expectSectionName_ && tag.code == 2) {
             expectSectionName_ = false;
             sectionName_ = std::string(tag.value);
-            section_ = tag.value == "HEADER" ? Section::Header
-                       : tag.value == "BLOCKS" ? Section::Blocks
+            section_ = tag.value == "HEADER"     ? Section::Header
+                       : tag.value == "BLOCKS"   ? Section::Blocks
                        : tag.value == "ENTITIES" ? Section::Entities
-                       : tag.value == "OBJECTS" ? Section::Objects
+                       : tag.value == "OBJECTS"  ? Section::Objects
                                                  : Section::Other;
             return;
         }
@@ -158,17 +174,28 @@ private:
     }
 
     void HeaderGroup(const DxfTag& tag) {
-        if (tag.code == 9) variable_ = std::string(tag.value);
-        else if (variable_ == "$INSUNITS" && tag.code == 70) drawing_.insunits = Integer(tag);
+        if (tag.code == 9)
+            variable_ = std::string(tag.value);
+        else if (variable_ == "$INSUNITS" && tag.code == 70)
+            drawing_.insunits = Integer(tag);
     }
 
     void BlockHeaderGroup(const DxfTag& tag) {
         switch (tag.code) {
-            case 2: block_->name = std::string(tag.value); break;
-            case 330: block_->blockRecord = std::string(tag.value); break;
-            case 10: block_->baseX = Number(tag); break;
-            case 20: block_->baseY = Number(tag); break;
-            default: break;
+            case 2:
+                block_->name = std::string(tag.value);
+                break;
+            case 330:
+                block_->blockRecord = std::string(tag.value);
+                break;
+            case 10:
+                block_->baseX = Number(tag);
+                break;
+            case 20:
+                block_->baseY = Number(tag);
+                break;
+            default:
+                break;
         }
     }
 
@@ -189,7 +216,8 @@ private:
         entity_->kind = kind;
         entity_->type = std::string(type);
         entity_->line = line;
-        if (kind == Kind::Hatch) entity_->hatch = std::make_shared<HatchReader>([this](const DxfTag& t) { return Number(t); });
+        if (kind == Kind::Hatch)
+            entity_->hatch = std::make_shared<HatchReader>([this](const DxfTag& t) { return Number(t); });
         entity_->shape.type = std::string(type);
         entity_->insert.line = line;
     }
@@ -207,17 +235,31 @@ private:
         if (e.kind == Kind::Insert) return InsertGroup(tag);
         DxfShape& s = e.shape;
         switch (tag.code) {
-            case 5: s.handle = std::string(tag.value); return;
-            case 8: s.layer = std::string(tag.value); return;
-            case 67: s.paperSpace = Integer(tag) == 1; return;
-            case 210: s.extrusion[0] = Number(tag); return;
-            case 220: s.extrusion[1] = Number(tag); return;
-            case 230: s.extrusion[2] = Number(tag); return;
-            default: break;
+            case 5:
+                s.handle = std::string(tag.value);
+                return;
+            case 8:
+                s.layer = std::string(tag.value);
+                return;
+            case 67:
+                s.paperSpace = Integer(tag) == 1;
+                return;
+            case 210:
+                s.extrusion[0] = Number(tag);
+                return;
+            case 220:
+                s.extrusion[1] = Number(tag);
+                return;
+            case 230:
+                s.extrusion[2] = Number(tag);
+                return;
+            default:
+                break;
         }
         if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
-        if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line || e.kind == Kind::Ellipse) CircleGroup(tag, e);
+        if (e.kind == Kind::Circle || e.kind == Kind::Arc || e.kind == Kind::Line || e.kind == Kind::Ellipse)
+            CircleGroup(tag, e);
         if (e.kind == Kind::Spline) SplineGroup(tag, e);
         if (e.kind == Kind::Hatch) e.hatch->Group(tag);
     }
@@ -225,11 +267,21 @@ private:
     void SplineGroup(const DxfTag& tag, Entity& e) {
         SplineData& s = e.spline;
         switch (tag.code) {
-            case 70: e.flags = Integer(tag); break;
-            case 71: s.degree = Integer(tag); break;
-            case 40: s.knots.push_back(Number(tag)); break;
-            case 41: s.weights.push_back(Number(tag)); break;
-            case 10: s.control.push_back({Number(tag), 0}); break;
+            case 70:
+                e.flags = Integer(tag);
+                break;
+            case 71:
+                s.degree = Integer(tag);
+                break;
+            case 40:
+                s.knots.push_back(Number(tag));
+                break;
+            case 41:
+                s.weights.push_back(Number(tag));
+                break;
+            case 10:
+                s.control.push_back({Number(tag), 0});
+                break;
             case 20:
                 if (!s.control.empty()) s.control.back()[1] = Number(tag);
                 break;
@@ -237,17 +289,22 @@ private:
                 e.zmin = std::min(e.zmin, Number(tag));
                 e.zmax = std::max(e.zmax, Number(tag));
                 break;
-            case 11: s.fit.push_back({Number(tag), 0}); break;
+            case 11:
+                s.fit.push_back({Number(tag), 0});
+                break;
             case 21:
                 if (!s.fit.empty()) s.fit.back()[1] = Number(tag);
                 break;
-            default: break;
+            default:
+                break;
         }
     }
 
     void LwPolylineGroup(const DxfTag& tag, DxfShape& s) {
         switch (tag.code) {
-            case 70: s.closed = (Integer(tag) & kClosedFlag) != 0; break;
+            case 70:
+                s.closed = (Integer(tag) & kClosedFlag) != 0;
+                break;
             case 10:
                 s.xy.push_back(Number(tag));
                 s.xy.push_back(0);
@@ -259,59 +316,125 @@ private:
             case 42:
                 if (!s.bulges.empty()) s.bulges.back() = Number(tag);
                 break;
-            default: break;
+            default:
+                break;
         }
     }
 
     // Circles and arcs: centre, radius and (arcs) start and end angles; lines: both end points.
     void CircleGroup(const DxfTag& tag, Entity& e) {
         switch (tag.code) {
-            case 10: e.cx = Number(tag); break;
-            case 20: e.cy = Number(tag); break;
-            case 11: e.x1 = Number(tag); break;
-            case 21: e.y1 = Number(tag); break;
-            case 40: e.radius = Number(tag); break;  // an ellipse's axis ratio
-            case 50: e.startAngle = Number(tag); break;
-            case 51: e.endAngle = Number(tag); break;
-            case 41: e.startAngle = Number(tag); break;  // an ellipse's parameters
-            case 42: e.endAngle = Number(tag); break;
-            default: break;
+            case 10:
+                e.cx = Number(tag);
+                break;
+            case 20:
+                e.cy = Number(tag);
+                break;
+            case 11:
+                e.x1 = Number(tag);
+                break;
+            case 21:
+                e.y1 = Number(tag);
+                break;
+            case 40:
+                e.radius = Number(tag);
+                break;  // an ellipse's axis ratio
+            case 50:
+                e.startAngle = Number(tag);
+                break;
+            case 51:
+                e.endAngle = Number(tag);
+                break;
+            case 41:
+                e.startAngle = Number(tag);
+                break;  // an ellipse's parameters
+            case 42:
+                e.endAngle = Number(tag);
+                break;
+            default:
+                break;
         }
     }
 
     void VertexGroup(const DxfTag& tag) {
         Entity& e = *entity_;
         switch (tag.code) {
-            case 10: e.cx = Number(tag); break;
-            case 20: e.cy = Number(tag); break;
-            case 42: e.radius = Number(tag); break;  // the vertex's bulge
-            case 70: e.flags = Integer(tag); break;
-            default: break;
+            case 10:
+                e.cx = Number(tag);
+                break;
+            case 20:
+                e.cy = Number(tag);
+                break;
+            case 42:
+                e.radius = Number(tag);
+                break;  // the vertex's bulge
+            case 70:
+                e.flags = Integer(tag);
+                break;
+            default:
+                break;
         }
     }
 
     void InsertGroup(const DxfTag& tag) {
         DxfInsert& i = entity_->insert;
         switch (tag.code) {
-            case 2: i.block = std::string(tag.value); break;
-            case 5: i.handle = std::string(tag.value); break;
-            case 8: i.layer = std::string(tag.value); break;
-            case 67: i.paperSpace = Integer(tag) == 1; break;
-            case 10: i.x = Number(tag); break;
-            case 20: i.y = Number(tag); break;
-            case 30: i.z = Number(tag); break;
-            case 41: i.sx = Number(tag); break;
-            case 42: i.sy = Number(tag); break;
-            case 43: i.sz = Number(tag); break;
-            case 50: i.angle = Number(tag); break;
-            case 70: i.columns = Integer(tag); break;
-            case 71: i.rows = Integer(tag); break;
-            case 44: i.columnSpacing = Number(tag); break;
-            case 45: i.rowSpacing = Number(tag); break;
-            case 210: i.extrusion[0] = Number(tag); break;
-            case 220: i.extrusion[1] = Number(tag); break;
-            case 230: i.extrusion[2] = Number(tag); break;
-            default: break;
+            case 2:
+                i.block = std::string(tag.value);
+                break;
+            case 5:
+                i.handle = std::string(tag.value);
+                break;
+            case 8:
+                i.layer = std::string(tag.value);
+                break;
+            case 67:
+                i.paperSpace = Integer(tag) == 1;
+                break;
+            case 10:
+                i.x = Number(tag);
+                break;
+            case 20:
+                i.y = Number(tag);
+                break;
+            case 30:
+                i.z = Number(tag);
+                break;
+            case 41:
+                i.sx = Number(tag);
+                break;
+            case 42:
+                i.sy = Number(tag);
+                break;
+            case 43:
+                i.sz = Number(tag);
+                break;
+            case 50:
+                i.angle = Number(tag);
+                break;
+            case 70:
+                i.columns = Integer(tag);
+                break;
+            case 71:
+                i.rows = Integer(tag);
+                break;
+            case 44:
+                i.columnSpacing = Number(tag);
+                break;
+            case 45:
+                i.rowSpacing = Number(tag);
+                break;
+            case 210:
+                i.extrusion[0] = Number(tag);
+                break;
+            case 220:
+                i.extrusion[1] = Number(tag);
+                break;
+            case 230:
+                i.extrusion[2] = Number(tag);
+                break;
+            default:
+                break;
         }
     }
 
@@ -325,16 +448,30 @@ private:
                 if (e.shape.xy.empty()) e.shape.problem = "has no vertices";
                 Space().shapes.push_back(std::move(e.shape));
                 break;
-            case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
-            case Kind::Arc: Space().shapes.push_back(ArcShape(std::move(e))); break;
-            case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
-            case Kind::Spline: Space().shapes.push_back(SplineShape(std::move(e))); break;
-            case Kind::Ellipse: Space().shapes.push_back(EllipseShape(std::move(e))); break;
+            case Kind::Circle:
+                Space().shapes.push_back(CircleShape(std::move(e)));
+                break;
+            case Kind::Arc:
+                Space().shapes.push_back(ArcShape(std::move(e)));
+                break;
+            case Kind::Line:
+                Space().shapes.push_back(LineShape(std::move(e)));
+                break;
+            case Kind::Spline:
+                Space().shapes.push_back(SplineShape(std::move(e)));
+                break;
+            case Kind::Ellipse:
+                Space().shapes.push_back(EllipseShape(std::move(e)));
+                break;
             case Kind::Hatch:
                 for (DxfShape& path : e.hatch->Paths(e.shape)) Space().shapes.push_back(std::move(path));
                 break;
-            case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
-            case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
+            case Kind::Insert:
+                Space().inserts.push_back(std::move(e.insert));
+                break;
+            case Kind::Other:
+                ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}];
+                break;
             case Kind::Polyline:
                 polyline_ = std::move(e.shape);
                 polylineFlags_ = e.flags;
@@ -346,7 +483,8 @@ private:
                     polyline_->bulges.push_back(e.radius);
                 }
                 break;
-            default: break;
+            default:
+                break;
         }
     }
 
@@ -359,7 +497,8 @@ private:
         s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
         s.bulges = {1, 1};
         s.closed = true;
-        s.ellipse = std::make_shared<const EllipticArc>(EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, std::numbers::pi, 3 * std::numbers::pi});
+        s.ellipse = std::make_shared<const EllipticArc>(
+            EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, std::numbers::pi, 3 * std::numbers::pi});
         return s;
     }
 
@@ -370,12 +509,15 @@ private:
         if (!(e.radius > 0) || sweep >= 360) return CircleShape(std::move(e));
         DxfShape s = std::move(e.shape);
         const double degree = std::numbers::pi / 180;
-        s.xy = {e.cx + e.radius * std::cos(e.startAngle * degree), e.cy + e.radius * std::sin(e.startAngle * degree),
-                e.cx + e.radius * std::cos(e.endAngle * degree), e.cy + e.radius * std::sin(e.endAngle * degree)};
+        s.xy = {e.cx + e.radius * std::cos(e.startAngle * degree),
+                e.cy + e.radius * std::sin(e.startAngle * degree),
+                e.cx + e.radius * std::cos(e.endAngle * degree),
+                e.cy + e.radius * std::sin(e.endAngle * degree)};
         s.bulges = {std::tan(sweep * degree / 4), 0};
         s.edge = true;
-        s.ellipse = std::make_shared<const EllipticArc>(
-            EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius, e.startAngle * degree, e.startAngle * degree + sweep * degree});
+        s.ellipse = std::make_shared<const EllipticArc>(EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius,
+                                                                    e.startAngle * degree,
+                                                                    e.startAngle * degree + sweep * degree});
         return s;
     }
 
@@ -462,9 +604,12 @@ private:
         DxfShape s = std::move(*polyline_);
         polyline_.reset();
         s.closed = (polylineFlags_ & kClosedFlag) != 0;
-        if (polylineFlags_ & kMeshFlags) s.problem = "is a mesh, not a profile";
-        else if (s.xy.empty()) s.problem = "has no vertices";
-        else if (polylineFlags_ & k3dPolylineFlag) s.problem = "is a 3D polyline, not a plane profile";
+        if (polylineFlags_ & kMeshFlags)
+            s.problem = "is a mesh, not a profile";
+        else if (s.xy.empty())
+            s.problem = "has no vertices";
+        else if (polylineFlags_ & k3dPolylineFlag)
+            s.problem = "is a 3D polyline, not a plane profile";
         Space().shapes.push_back(std::move(s));
     }
 
@@ -474,8 +619,8 @@ private:
         const char* end = tag.value.data() + tag.value.size();
         const auto result = std::from_chars(tag.value.data(), end, value);
         if (tag.value.empty() || result.ec != std::errc() || result.ptr != end) {
-            throw ProfileFileError(tags_->WhereValue(tag) + ": '" + Clipped(tag.value) + "' is not a number (group " +
-                                   std::to_string(tag.code) + ")");
+            throw ProfileFileError(tags_->WhereValue(tag) + ": '" + Clipped(tag.value) +
+                                   "' is not a number (group " + std::to_string(tag.code) + ")");
         }
         return value;
     }
@@ -520,6 +665,8 @@ std::string UpperCase(std::string_view name) {
     return upper;
 }
 
-DxfDrawing ParseDxf(std::string_view contents, const std::string& source) { return Parser(contents, source).Run(); }
+DxfDrawing ParseDxf(std::string_view contents, const std::string& source) {
+    return Parser(contents, source).Run();
+}
 
 }  // namespace tgp::cli

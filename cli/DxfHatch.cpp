@@ -43,7 +43,8 @@ void HatchReader::Group(const DxfTag& tag) {
             }
             if (inPath_) PathGroup(tag);
             return;
-        case Phase::Rest: return;
+        case Phase::Rest:
+            return;
     }
 }
 
@@ -61,7 +62,8 @@ void HatchReader::PathGroup(const DxfTag& tag) {
             case 42:
                 if (!path_.bulges.empty()) path_.bulges.back() = number_(tag);
                 break;
-            default: break;
+            default:
+                break;
         }
         return;
     }
@@ -77,31 +79,59 @@ void HatchReader::EdgeGroup(const DxfTag& tag, Edge& e) {
     if (e.type == 4) {  // spline: control points (10/20), knots (40), weights (42), fit points (11/21)
         SplineData& s = e.spline;
         switch (tag.code) {
-            case 94: s.degree = static_cast<int>(number_(tag)); break;
-            case 40: s.knots.push_back(number_(tag)); break;
-            case 42: s.weights.push_back(number_(tag)); break;
-            case 10: s.control.push_back({number_(tag), 0}); break;
+            case 94:
+                s.degree = static_cast<int>(number_(tag));
+                break;
+            case 40:
+                s.knots.push_back(number_(tag));
+                break;
+            case 42:
+                s.weights.push_back(number_(tag));
+                break;
+            case 10:
+                s.control.push_back({number_(tag), 0});
+                break;
             case 20:
                 if (!s.control.empty()) s.control.back()[1] = number_(tag);
                 break;
-            case 11: s.fit.push_back({number_(tag), 0}); break;
+            case 11:
+                s.fit.push_back({number_(tag), 0});
+                break;
             case 21:
                 if (!s.fit.empty()) s.fit.back()[1] = number_(tag);
                 break;
-            default: break;
+            default:
+                break;
         }
         return;
     }
     switch (tag.code) {
-        case 10: e.x = number_(tag); break;
-        case 20: e.y = number_(tag); break;
-        case 11: e.x1 = number_(tag); break;
-        case 21: e.y1 = number_(tag); break;
-        case 40: e.radius = number_(tag); break;
-        case 50: e.start = number_(tag); break;
-        case 51: e.end = number_(tag); break;
-        case 73: e.counterClockwise = number_(tag) != 0; break;
-        default: break;
+        case 10:
+            e.x = number_(tag);
+            break;
+        case 20:
+            e.y = number_(tag);
+            break;
+        case 11:
+            e.x1 = number_(tag);
+            break;
+        case 21:
+            e.y1 = number_(tag);
+            break;
+        case 40:
+            e.radius = number_(tag);
+            break;
+        case 50:
+            e.start = number_(tag);
+            break;
+        case 51:
+            e.end = number_(tag);
+            break;
+        case 73:
+            e.counterClockwise = number_(tag) != 0;
+            break;
+        default:
+            break;
     }
 }
 
@@ -120,7 +150,8 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
                 piece.problem = "has an arc edge of radius 0 or less";
                 return piece;
             }
-            const double from = e.counterClockwise ? e.start : 360 - e.end, to = e.counterClockwise ? e.end : 360 - e.start;
+            const double from = e.counterClockwise ? e.start : 360 - e.end,
+                         to = e.counterClockwise ? e.end : 360 - e.start;
             const double sweep = Sweep(from, to);
             const double a0 = from * kDegree, a1 = (from + sweep) * kDegree;
             EllipticArc arc{e.x, e.y, e.radius, 0, 0, e.radius, a0, a1};
@@ -135,10 +166,12 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
         case 3: {
             const double ratio = e.radius;
             if (!(ratio > 0 && ratio <= 1) || !(std::hypot(e.x1, e.y1) > 0)) {
-                piece.problem = "has an elliptic edge with an axis of length 0 or an axis ratio outside (0, 1]";
+                piece.problem =
+                    "has an elliptic edge with an axis of length 0 or an axis ratio outside (0, 1]";
                 return piece;
             }
-            const double from = e.counterClockwise ? e.start : 360 - e.end, to = e.counterClockwise ? e.end : 360 - e.start;
+            const double from = e.counterClockwise ? e.start : 360 - e.end,
+                         to = e.counterClockwise ? e.end : 360 - e.start;
             const double sweep = Sweep(from, to);
             double t0 = ParameterAt(ratio, from), t1 = ParameterAt(ratio, to);
             if (sweep >= 360) t1 = t0 + 2 * std::numbers::pi;
@@ -180,7 +213,8 @@ void HatchReader::EndPath() {
             const EllipticArc c = *path.ellipse;
             path.xy = {c.cx - c.ux, c.cy, c.cx + c.ux, c.cy};
             path.bulges = {1, 1};
-            path.ellipse = std::make_shared<const EllipticArc>(EllipticArc{c.cx, c.cy, c.ux, 0, 0, c.ux, std::numbers::pi, 3 * std::numbers::pi});
+            path.ellipse = std::make_shared<const EllipticArc>(
+                EllipticArc{c.cx, c.cy, c.ux, 0, 0, c.ux, std::numbers::pi, 3 * std::numbers::pi});
         }
     } else {
         for (const Edge& e : edges_) path.pieces.push_back(PieceOf(e));

@@ -15,7 +15,7 @@ namespace tgp::cli {
 // and elliptic arcs, splines flattened), chained when the drawing is resolved; a path of one whole
 // circle or ellipse that outline.
 class HatchReader {
-public:
+  public:
     using NumberOf = std::function<double(const DxfTag&)>;
     explicit HatchReader(NumberOf number) : number_(std::move(number)) {}
 
@@ -23,17 +23,17 @@ public:
     // The paths, numbered from 1, each with the hatch's own groups copied from `hatch`.
     std::vector<DxfShape> Paths(const DxfShape& hatch);
 
-private:
+  private:
     // One edge of an edge path as the file gives it.
     struct Edge {
-        int type = 0;                // 1 line, 2 circular arc, 3 elliptic arc, 4 spline
-        double x = 0, y = 0;         // a line's start, an arc's centre
-        double x1 = 0, y1 = 0;       // a line's end, an ellipse's major axis end (relative)
-        double radius = 0;           // an arc's radius, an ellipse's axis ratio
-        double start = 0, end = 0;   // degrees
+        int type = 0;               // 1 line, 2 circular arc, 3 elliptic arc, 4 spline
+        double x = 0, y = 0;        // a line's start, an arc's centre
+        double x1 = 0, y1 = 0;      // a line's end, an ellipse's major axis end (relative)
+        double radius = 0;          // an arc's radius, an ellipse's axis ratio
+        double start = 0, end = 0;  // degrees
         bool counterClockwise = true;
         SplineData spline;
-        bool fitPoints = false;      // a spline's fit points come next
+        bool fitPoints = false;  // a spline's fit points come next
     };
 
     void PathGroup(const DxfTag& tag);

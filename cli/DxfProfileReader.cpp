@@ -17,7 +17,8 @@ struct Affine {
     double a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
 
     Affine Then(const Affine& outer) const {  // outer after this
-        return {outer.a * a + outer.b * c, outer.a * b + outer.b * d, outer.c * a + outer.d * c, outer.c * b + outer.d * d,
+        return {outer.a * a + outer.b * c,           outer.a * b + outer.b * d,
+                outer.c * a + outer.d * c,           outer.c * b + outer.d * d,
                 outer.a * e + outer.b * f + outer.e, outer.c * e + outer.d * f + outer.f};
     }
     double Determinant() const { return a * d - b * c; }
@@ -28,8 +29,12 @@ struct Affine {
     }
 };
 
-Affine Translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
-Affine Scaling(double sx, double sy) { return {sx, 0, 0, sy, 0, 0}; }
+Affine Translation(double x, double y) {
+    return {1, 0, 0, 1, x, y};
+}
+Affine Scaling(double sx, double sy) {
+    return {sx, 0, 0, sy, 0, 0};
+}
 Affine Rotation(double degrees) {
     const double t = degrees * (3.14159265358979323846 / 180);
     return {std::cos(t), -std::sin(t), std::sin(t), std::cos(t), 0, 0};
@@ -46,13 +51,13 @@ std::optional<Affine> FromOcs(const Direction& n) {
 
 struct Context {
     Affine toWorld;
-    std::string layer;   // the layer entities on layer 0 take (inside blocks)
-    std::string suffix;  // " in block B (INSERT handle H)" ...
+    std::string layer;                // the layer entities on layer 0 take (inside blocks)
+    std::string suffix;               // " in block B (INSERT handle H)" ...
     std::vector<std::string> blocks;  // the chain of block names, outermost first
 };
 
 class Resolver {
-public:
+  public:
     // The drawing is the resolver's: the shapes of the space read at the top (model space, or a
     // layout) are used once, and their vertex lists move into the outlines instead of being copied.
     Resolver(DxfDrawing drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
@@ -75,15 +80,16 @@ public:
                 Space(block->contents, world);
             }
         }
-        std::vector<DrawnProfile> chains = ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
-            if (IsPolyline(edge.type)) return Skip(OpenShape(edge.type, edge.layer));
-            Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
-        });
+        std::vector<DrawnProfile> chains =
+            ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
+                if (IsPolyline(edge.type)) return Skip(OpenShape(edge.type, edge.layer));
+                Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
+            });
         for (DrawnProfile& chain : chains) profiles_.push_back(std::move(chain));
         return std::move(profiles_);
     }
 
-private:
+  private:
     // The block that holds the entities of the named layout; nothing for the active paper space of a
     // drawing that lists no layouts (release 12) when it has paper-space entities.
     DxfBlock* LayoutBlock(const std::string& source) {
@@ -98,7 +104,8 @@ private:
             }
             return nullptr;
         }
-        throw ProfileFileError(source + ": there is no layout '" + *options_.layout + "' (the layouts: " + names + ")");
+        throw ProfileFileError(source + ": there is no layout '" + *options_.layout +
+                               "' (the layouts: " + names + ")");
     }
 
     void Space(DxfSpace& space, const Context& context) {
@@ -116,7 +123,9 @@ private:
         for (const DxfInsert& insert : space.inserts) Insert(insert, context);
         for (const auto& [other, count] : space.others) {
             const std::string layer = LayerOf(other.layer, context);
-            Skip(Excluded(other.paperSpace) ? other.type + ExcludedSpace() : !Wanted(layer) ? other.type + " on other layers" : other.type,
+            Skip(Excluded(other.paperSpace) ? other.type + ExcludedSpace()
+                 : !Wanted(layer)           ? other.type + " on other layers"
+                                            : other.type,
                  count);
         }
     }
@@ -149,7 +158,9 @@ private:
         if (paper_ == Paper::Any) return false;
         return paperSpace != (paper_ == Paper::Only);
     }
-    std::string ExcludedSpace() const { return paper_ == Paper::Only ? " in model space" : " in paper space"; }
+    std::string ExcludedSpace() const {
+        return paper_ == Paper::Only ? " in model space" : " in paper space";
+    }
 
     // With `last`, the shape is not read again and gives its vertex lists up.
     void Shape(DxfShape& shape, const Context& context, bool last) {
@@ -173,25 +184,29 @@ private:
 
     // A shape in world coordinates through its plane's coordinate system and the block references
     // around it, named after its entity.
-    DrawnProfile Placed(DxfShape& shape, const Direction& extrusion, const Context& context, const std::string& layer,
-                        bool last = false) {
+    DrawnProfile Placed(DxfShape& shape, const Direction& extrusion, const Context& context,
+                        const std::string& layer, bool last = false) {
         DrawnProfile p;
         p.type = shape.type;
         p.handle = shape.handle;
         p.layer = layer;
-        p.name = NameOf(shape.type, shape.handle, layer) + (shape.boundary > 0 ? ", boundary " + std::to_string(shape.boundary) : "") +
-                 context.suffix + (shape.approximate ? " (flattened within 1E-5 of its size)" : "");
+        p.name = NameOf(shape.type, shape.handle, layer) +
+                 (shape.boundary > 0 ? ", boundary " + std::to_string(shape.boundary) : "") + context.suffix +
+                 (shape.approximate ? " (flattened within 1E-5 of its size)" : "");
         p.closed = shape.closed;
         p.problem = shape.problem;
         const std::optional<Affine> ocs = FromOcs(extrusion);
         if (!ocs && p.problem.empty()) p.problem = "lies in a plane that is not parallel to XY";
         const Affine map = ocs ? ocs->Then(context.toWorld) : context.toWorld;
-        const bool curved = std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
+        const bool curved =
+            std::any_of(shape.bulges.begin(), shape.bulges.end(), [](double b) { return b != 0; });
         // A circle or arc scaled unequally is an ellipse; a polyline's arcs cannot become one.
         const bool stretched = curved && !map.KeepsCircles();
-        const EllipticArc* curve = shape.ellipse && (shape.followsEllipse || stretched) ? shape.ellipse.get() : nullptr;
+        const EllipticArc* curve =
+            shape.ellipse && (shape.followsEllipse || stretched) ? shape.ellipse.get() : nullptr;
         if (stretched && !curve && p.problem.empty()) {
-            p.problem = "has arcs that its block reference scales unequally in x and y (they would be ellipses)";
+            p.problem =
+                "has arcs that its block reference scales unequally in x and y (they would be ellipses)";
         }
         if (curve && p.problem.empty()) {
             FollowCurve(curve->Mapped(map.a, map.b, map.c, map.d, map.e, map.f), shape.edge, p);
@@ -216,7 +231,12 @@ private:
             return std::nullopt;
         }
         p.bulges.pop_back();  // an edge has one bulge per segment
-        return DrawnEdge{shape.type, shape.handle, layer, std::move(p.xy), std::move(p.bulges), shape.approximate,
+        return DrawnEdge{shape.type,
+                         shape.handle,
+                         layer,
+                         std::move(p.xy),
+                         std::move(p.bulges),
+                         shape.approximate,
                          p.curves.empty() ? std::nullopt : std::optional<EllipticArc>(p.curves.front())};
     }
 
@@ -240,8 +260,11 @@ private:
             pieces.push_back(std::move(*edge));
         }
         bool open = false;
-        std::vector<DrawnProfile> outlines = ChainEdges(pieces, [&open](const DrawnEdge&, const std::string&) { open = true; });
-        if (open || outlines.empty()) return Skip(path.type + (layer.empty() ? "" : " on layer " + layer) + " boundary that does not close");
+        std::vector<DrawnProfile> outlines =
+            ChainEdges(pieces, [&open](const DrawnEdge&, const std::string&) { open = true; });
+        if (open || outlines.empty())
+            return Skip(path.type + (layer.empty() ? "" : " on layer " + layer) +
+                        " boundary that does not close");
         for (DrawnProfile& outline : outlines) {
             const bool flattened = outline.name.ends_with(" (curves flattened)");
             outline.name = named.name + (flattened ? " (curves flattened)" : "");
@@ -296,12 +319,14 @@ private:
             profiles_.push_back(std::move(p));
         };
         const auto found = drawing_.blocks.find(UpperCase(insert.block));
-        if (found == drawing_.blocks.end()) return refuse("refers to block " + insert.block + ", which the drawing does not define");
+        if (found == drawing_.blocks.end())
+            return refuse("refers to block " + insert.block + ", which the drawing does not define");
         const std::string key = UpperCase(insert.block);
         if (std::find(context.blocks.begin(), context.blocks.end(), key) != context.blocks.end()) {
             return refuse("inserts block " + insert.block + " inside itself");
         }
-        if (context.blocks.size() >= kDeepestNesting) return refuse("nests block references more than 32 deep");
+        if (context.blocks.size() >= kDeepestNesting)
+            return refuse("nests block references more than 32 deep");
         const std::optional<Affine> ocs = FromOcs(insert.extrusion);
         if (!ocs) return refuse("lies in a plane that is not parallel to XY");
         DxfBlock& block = found->second;
@@ -309,16 +334,19 @@ private:
         const long long copies = static_cast<long long>(columns) * rows;
         if (copies > kMostCopies) return refuse("asks for more than 100000 copies of its block");
         // Copies of copies multiply: the drawing as a whole may place at most so many block copies.
-        if ((placed_ += copies) > kMostPlacedCopies) return refuse("would place more than 1000000 block copies in the drawing");
+        if ((placed_ += copies) > kMostPlacedCopies)
+            return refuse("would place more than 1000000 block copies in the drawing");
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
-                const Affine placement = Translation(-block.baseX, -block.baseY)
-                                             .Then(Scaling(insert.sx, insert.sy))
-                                             .Then(Translation(column * insert.columnSpacing, row * insert.rowSpacing))
-                                             .Then(Rotation(insert.angle))
-                                             .Then(Translation(insert.x, insert.y))
-                                             .Then(*ocs);
-                Context inner{placement.Then(context.toWorld), layer, reference + context.suffix, context.blocks};
+                const Affine placement =
+                    Translation(-block.baseX, -block.baseY)
+                        .Then(Scaling(insert.sx, insert.sy))
+                        .Then(Translation(column * insert.columnSpacing, row * insert.rowSpacing))
+                        .Then(Rotation(insert.angle))
+                        .Then(Translation(insert.x, insert.y))
+                        .Then(*ocs);
+                Context inner{placement.Then(context.toWorld), layer, reference + context.suffix,
+                              context.blocks};
                 inner.blocks.push_back(key);
                 Space(block.contents, inner);
             }
@@ -333,7 +361,7 @@ private:
     const DxfReadOptions& options_;
     double scale_;
     DxfSkips* skipped_;
-    long long placed_ = 0;  // block copies placed so far
+    long long placed_ = 0;                                      // block copies placed so far
     enum class Paper { None, Only, Any } paper_ = Paper::None;  // which space's entities are read
     std::vector<DrawnProfile> profiles_;
     std::vector<DrawnEdge> edges_;  // lines and arcs, chained into outlines at the end
@@ -343,28 +371,50 @@ private:
 
 double MillimetresPerInsUnit(int code) {
     switch (code) {
-        case 1: return 25.4;                      // inches
-        case 2: return 304.8;                     // feet
-        case 3: return 1609344;                   // miles
-        case 4: return 1;                         // millimetres
-        case 5: return 10;                        // centimetres
-        case 6: return 1000;                      // metres
-        case 7: return 1e6;                       // kilometres
-        case 8: return 25.4e-6;                   // microinches
-        case 9: return 0.0254;                    // mils
-        case 10: return 914.4;                    // yards
-        case 11: return 1e-7;                     // angstroms
-        case 12: return 1e-6;                     // nanometres
-        case 13: return 1e-3;                     // micrometres
-        case 14: return 100;                      // decimetres
-        case 15: return 1e4;                      // decametres
-        case 16: return 1e5;                      // hectometres
-        case 17: return 1e12;                     // gigametres
-        case 21: return 1200000.0 / 3937;         // US survey feet
-        case 22: return 100000.0 / 3937;          // US survey inches
-        case 23: return 3600000.0 / 3937;         // US survey yards
-        case 24: return 6336000000.0 / 3937;      // US survey miles
-        default: return 0;                        // unitless, or an astronomical unit
+        case 1:
+            return 25.4;  // inches
+        case 2:
+            return 304.8;  // feet
+        case 3:
+            return 1609344;  // miles
+        case 4:
+            return 1;  // millimetres
+        case 5:
+            return 10;  // centimetres
+        case 6:
+            return 1000;  // metres
+        case 7:
+            return 1e6;  // kilometres
+        case 8:
+            return 25.4e-6;  // microinches
+        case 9:
+            return 0.0254;  // mils
+        case 10:
+            return 914.4;  // yards
+        case 11:
+            return 1e-7;  // angstroms
+        case 12:
+            return 1e-6;  // nanometres
+        case 13:
+            return 1e-3;  // micrometres
+        case 14:
+            return 100;  // decimetres
+        case 15:
+            return 1e4;  // decametres
+        case 16:
+            return 1e5;  // hectometres
+        case 17:
+            return 1e12;  // gigametres
+        case 21:
+            return 1200000.0 / 3937;  // US survey feet
+        case 22:
+            return 100000.0 / 3937;  // US survey inches
+        case 23:
+            return 3600000.0 / 3937;  // US survey yards
+        case 24:
+            return 6336000000.0 / 3937;  // US survey miles
+        default:
+            return 0;  // unitless, or an astronomical unit
     }
 }
 
@@ -393,8 +443,8 @@ std::string SkipSummary(const DxfSkips& skipped) {
 
 namespace {
 
-std::vector<DrawnProfile> Resolve(DxfDrawing drawing, const std::string& source, const DxfReadOptions& options,
-                                  DxfSkips* skipped) {
+std::vector<DrawnProfile> Resolve(DxfDrawing drawing, const std::string& source,
+                                  const DxfReadOptions& options, DxfSkips* skipped) {
     double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
     if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
     return Resolver(std::move(drawing), options, scale, skipped).Run(source);
@@ -403,7 +453,8 @@ std::vector<DrawnProfile> Resolve(DxfDrawing drawing, const std::string& source,
 }  // namespace
 
 // The file is let go once parsed: its pages would otherwise stay with the outlines made from them.
-std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options, DxfSkips* skipped) {
+std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options,
+                                          DxfSkips* skipped) {
     DxfDrawing drawing = [&] {
         const MappedFile file(path);
         return ParseDxf(file.Text(), path);
@@ -411,8 +462,8 @@ std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfRead
     return Resolve(std::move(drawing), path, options, skipped);
 }
 
-std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source, const DxfReadOptions& options,
-                                      DxfSkips* skipped) {
+std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source,
+                                      const DxfReadOptions& options, DxfSkips* skipped) {
     return Resolve(ParseDxf(contents, source), source, options, skipped);
 }
 

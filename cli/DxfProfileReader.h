@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cli/DrawnProfile.h"
@@ -18,9 +18,9 @@ using DxfSkips = SkipList;
 std::string SkipSummary(const DxfSkips& skipped);
 
 struct DxfReadOptions {
-    std::optional<std::string> layer;              // only outlines on this layer (any case)
-    std::optional<double> millimetresPerUnit;      // the drawing unit, overriding $INSUNITS
-    std::optional<std::string> layout;             // a paper-space layout to read instead of model space
+    std::optional<std::string> layer;          // only outlines on this layer (any case)
+    std::optional<double> millimetresPerUnit;  // the drawing unit, overriding $INSUNITS
+    std::optional<std::string> layout;         // a paper-space layout to read instead of model space
 };
 
 // Reads the closed-outline candidates of a DXF drawing's model space, in millimetres: LWPOLYLINE
@@ -33,10 +33,10 @@ struct DxfReadOptions {
 // space); a drawing without that layout raises ProfileFileError naming the layouts it has.
 // Outlines that cannot be used as drawn carry their problem (a mesh, a radius of 0, an arc scaled
 // unequally, a plane not parallel to XY). What makes no outline (texts, dimensions, open polylines,
-// anything in paper space or on other layers) is counted in `skipped` when given. Each is named after its entity:
-// "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)".
-// The drawing unit is $INSUNITS (millimetres when unitless) unless the options give one.
-// A file that cannot be opened or read raises ProfileFileError.
+// anything in paper space or on other layers) is counted in `skipped` when given. Each is named after its
+// entity: "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)". The drawing unit is
+// $INSUNITS (millimetres when unitless) unless the options give one. A file that cannot be opened or read
+// raises ProfileFileError.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {},
                                           DxfSkips* skipped = nullptr);
 // The same from the text of a drawing; `source` names it in messages.

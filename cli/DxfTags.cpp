@@ -26,7 +26,7 @@ std::string Shown(std::string_view text) {
 
 // ASCII DXF: a group-code line, then a value line; lines end in LF or CR LF.
 class AsciiTags final : public DxfTagSource {
-public:
+  public:
     AsciiTags(std::string_view text, std::string source) : text_(text), source_(std::move(source)) {}
 
     bool Next(DxfTag& tag) override {
@@ -51,10 +51,14 @@ public:
         tag.isNumber = false;
         return true;
     }
-    std::string Where(const DxfTag& tag) const override { return source_ + ":" + std::to_string(tag.position); }
-    std::string WhereValue(const DxfTag& tag) const override { return source_ + ":" + std::to_string(tag.position + 1); }
+    std::string Where(const DxfTag& tag) const override {
+        return source_ + ":" + std::to_string(tag.position);
+    }
+    std::string WhereValue(const DxfTag& tag) const override {
+        return source_ + ":" + std::to_string(tag.position + 1);
+    }
 
-private:
+  private:
     std::string_view NextLine() {
         const std::size_t end = text_.find('\n', position_);
         const std::size_t stop = end == std::string_view::npos ? text_.size() : end;
@@ -77,7 +81,8 @@ Stored StoredAs(int code) {
     auto in = [code](int first, int last) { return code >= first && code <= last; };
     if (in(310, 319) || code == 1004) return Stored::Chunk;
     if (in(290, 299)) return Stored::Byte;
-    if (in(60, 79) || in(170, 179) || in(270, 289) || in(370, 389) || in(400, 409) || in(1060, 1070)) return Stored::Int16;
+    if (in(60, 79) || in(170, 179) || in(270, 289) || in(370, 389) || in(400, 409) || in(1060, 1070))
+        return Stored::Int16;
     if (in(90, 99) || in(420, 429) || in(440, 459) || code == 1071) return Stored::Int32;
     if (in(160, 169)) return Stored::Int64;
     if (in(10, 59) || in(110, 149) || in(210, 239) || in(460, 469) || in(1010, 1059)) return Stored::Double;
@@ -87,7 +92,7 @@ Stored StoredAs(int code) {
 // Binary DXF: after the sentinel, each group is its code (one byte, 255 escaping a two-byte code, in
 // files of release 12 and before; two bytes from release 13 on) and its value, little-endian.
 class BinaryTags final : public DxfTagSource {
-public:
+  public:
     BinaryTags(std::string_view data, std::string source) : data_(data), source_(std::move(source)) {
         position_ = kBinaryDxfSentinel.size();
         // The first group is always 0 SECTION: its code takes one byte or two.
@@ -113,11 +118,16 @@ public:
                 tag.value = std::string_view(Bytes(tag, length), length);
                 return true;
             }
-            case Stored::Byte: return Number(tag, static_cast<unsigned char>(Bytes(tag, 1)[0]));
-            case Stored::Int16: return Number(tag, Read<std::int16_t>(tag));
-            case Stored::Int32: return Number(tag, Read<std::int32_t>(tag));
-            case Stored::Int64: return Number(tag, static_cast<double>(Read<std::int64_t>(tag)));
-            case Stored::Double: return Number(tag, Read<double>(tag));
+            case Stored::Byte:
+                return Number(tag, static_cast<unsigned char>(Bytes(tag, 1)[0]));
+            case Stored::Int16:
+                return Number(tag, Read<std::int16_t>(tag));
+            case Stored::Int32:
+                return Number(tag, Read<std::int32_t>(tag));
+            case Stored::Int64:
+                return Number(tag, static_cast<double>(Read<std::int64_t>(tag)));
+            case Stored::Double:
+                return Number(tag, Read<double>(tag));
         }
         return true;
     }
@@ -126,7 +136,7 @@ public:
     }
     std::string WhereValue(const DxfTag& tag) const override { return Where(tag); }
 
-private:
+  private:
     int Code() {
         DxfTag at;
         at.position = position_;
@@ -157,7 +167,8 @@ private:
     }
 
     [[noreturn]] void CutShort(const DxfTag& tag) const {
-        throw ProfileFileError(Where(tag) + ": the file ends in the middle of a group (the file is cut short?)");
+        throw ProfileFileError(Where(tag) +
+                               ": the file ends in the middle of a group (the file is cut short?)");
     }
 
     std::string_view data_;

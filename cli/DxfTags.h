@@ -19,7 +19,7 @@ struct DxfTag {
 
 // The groups of a DXF file, one at a time.
 class DxfTagSource {
-public:
+  public:
     virtual ~DxfTagSource() = default;
     // False at the end of the data. A group that cannot be read raises ProfileFileError.
     virtual bool Next(DxfTag& tag) = 0;

@@ -14,7 +14,7 @@ namespace {
 // Points that lie within the gap of one another become one node: each point is compared with the
 // nodes in its own and the neighbouring cells of a grid whose cells are one gap wide.
 class Nodes {
-public:
+  public:
     explicit Nodes(double gap) : gap_(gap > 0 ? gap : 1e-300) {}
 
     int At(double x, double y) {
@@ -38,7 +38,7 @@ public:
     }
     std::size_t Count() const { return points_.size(); }
 
-private:
+  private:
     std::int64_t Cell(double v) const {
         const double c = std::floor(v / gap_);
         return c > 4e18 ? INT64_MAX / 2 : c < -4e18 ? INT64_MIN / 2 : static_cast<std::int64_t>(c);
@@ -95,8 +95,8 @@ std::vector<std::size_t> Bridges(const Incidence& at, const Ends& ends) {
             if (f.next < at[f.node].size()) {
                 const std::size_t e = at[f.node][f.next++];
                 if (e == f.via) continue;
-                const std::size_t other =
-                    static_cast<std::size_t>(ends[e].first == static_cast<int>(f.node) ? ends[e].second : ends[e].first);
+                const std::size_t other = static_cast<std::size_t>(
+                    ends[e].first == static_cast<int>(f.node) ? ends[e].second : ends[e].first);
                 if (order[other] < 0) {
                     order[other] = low[other] = counter++;
                     stack.push_back({other, e, 0});
@@ -120,14 +120,16 @@ std::string CountedTypes(const std::vector<DrawnEdge>& edges, const std::vector<
     std::map<std::string, std::size_t> counts;
     for (std::size_t e : chain) ++counts[edges[e].type];
     std::string text;
-    for (const auto& [type, n] : counts) text += (text.empty() ? "" : " and ") + std::to_string(n) + " " + type;
+    for (const auto& [type, n] : counts)
+        text += (text.empty() ? "" : " and ") + std::to_string(n) + " " + type;
     return text;
 }
 
 }  // namespace
 
-std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
-                                     const std::function<void(const DrawnEdge&, const std::string& why)>& unused) {
+std::vector<DrawnProfile> ChainEdges(
+    const std::vector<DrawnEdge>& edges,
+    const std::function<void(const DrawnEdge&, const std::string& why)>& unused) {
     if (edges.empty()) return {};
     double xmin = HUGE_VAL, ymin = HUGE_VAL, xmax = -HUGE_VAL, ymax = -HUGE_VAL;
     for (const DrawnEdge& e : edges) {
@@ -177,7 +179,8 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
             if (edges[first].bulges.size() > 1) {
                 DrawnProfile p;
                 const DrawnEdge& edge = edges[first];
-                for (std::size_t k = 0; k < edge.bulges.size(); ++k) p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
+                for (std::size_t k = 0; k < edge.bulges.size(); ++k)
+                    p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
                 if (edge.curve) {
                     p.curves = {*edge.curve};
                     p.curveOf.assign(edge.bulges.size(), 0);
@@ -186,7 +189,8 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
                 p.handle = edge.handle;
                 p.layer = edge.layer;
                 p.name = edge.type + (edge.handle.empty() ? "" : " handle " + edge.handle) +
-                         (edge.layer.empty() ? "" : " on layer " + edge.layer) + (edge.approximate ? " (curves flattened)" : "");
+                         (edge.layer.empty() ? "" : " on layer " + edge.layer) +
+                         (edge.approximate ? " (curves flattened)" : "");
                 outlines.push_back(std::move(p));
             } else {
                 unused(edges[first], "of no length");
@@ -227,7 +231,8 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
             if (edge.curve) p.curves.push_back(forwards ? *edge.curve : edge.curve->Reversed());
             for (std::size_t k = 0; k < segments; ++k) {  // each segment's start point and bulge
                 const std::size_t i = forwards ? k : segments - k;
-                p.Add(edge.xy[2 * i], edge.xy[2 * i + 1], forwards ? edge.bulges[k] : -edge.bulges[segments - 1 - k]);
+                p.Add(edge.xy[2 * i], edge.xy[2 * i + 1],
+                      forwards ? edge.bulges[k] : -edge.bulges[segments - 1 - k]);
                 p.curveOf.push_back(curve);
             }
             members.push_back(e);
@@ -238,7 +243,8 @@ std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
         p.type = lead.type;
         p.handle = lead.handle;
         p.layer = lead.layer;
-        p.name = "outline of " + CountedTypes(edges, members) + (lead.layer.empty() ? "" : " on layer " + lead.layer) +
+        p.name = "outline of " + CountedTypes(edges, members) +
+                 (lead.layer.empty() ? "" : " on layer " + lead.layer) +
                  (lead.handle.empty() ? "" : ", from " + lead.type + " handle " + lead.handle) +
                  (approximate ? " (curves flattened)" : "");
         outlines.push_back(std::move(p));

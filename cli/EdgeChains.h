@@ -15,7 +15,7 @@ namespace tgp::cli {
 struct DrawnEdge {
     std::string type, handle, layer;
     std::vector<double> xy, bulges;
-    bool approximate = false;  // a flattened curve
+    bool approximate = false;          // a flattened curve
     std::optional<EllipticArc> curve;  // an elliptic arc the segments run along
 
     double X0() const { return xy[0]; }
@@ -35,7 +35,8 @@ inline constexpr double kChainGap = 1e-6;
 // two edges still meet) is handed to `unused` with the reason; an edge whose own ends meet is an
 // outline by itself.
 // Outlines come in the order of their first edge.
-std::vector<DrawnProfile> ChainEdges(const std::vector<DrawnEdge>& edges,
-                                     const std::function<void(const DrawnEdge&, const std::string& why)>& unused);
+std::vector<DrawnProfile> ChainEdges(
+    const std::vector<DrawnEdge>& edges,
+    const std::function<void(const DrawnEdge&, const std::string& why)>& unused);
 
 }  // namespace tgp::cli

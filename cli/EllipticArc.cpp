@@ -10,7 +10,8 @@ namespace {
 
 // 8-point Gauss-Legendre rule on [-1, 1].
 constexpr double kNodes[4] = {0.1834346424956498, 0.5255324099163290, 0.7966664774136267, 0.9602898564975363};
-constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745, 0.1012285362903763};
+constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
+                                0.1012285362903763};
 constexpr double kLongestStep = std::numbers::pi / 8;
 
 // Calls add(t, weight) for the quadrature points of t0..t1 (weights carry the sign of the travel).
@@ -34,7 +35,14 @@ PlanePoint EllipticArc::At(double t) const {
 }
 
 EllipticArc EllipticArc::Mapped(double a, double b, double c, double d, double e, double f) const {
-    return {a * cx + b * cy + e, c * cx + d * cy + f, a * ux + b * uy, c * ux + d * uy, a * vx + b * vy, c * vx + d * vy, t0, t1};
+    return {a * cx + b * cy + e,
+            c * cx + d * cy + f,
+            a * ux + b * uy,
+            c * ux + d * uy,
+            a * vx + b * vy,
+            c * vx + d * vy,
+            t0,
+            t1};
 }
 
 EllipticArc EllipticArc::Reversed() const {
@@ -81,8 +89,8 @@ SegmentBox BoundingBox(const EllipticArc& arc) {
     include(arc.t1);
     // x turns where -ux sin t + vx cos t = 0, y where -uy sin t + vy cos t = 0: each twice a turn.
     for (double turn : {std::atan2(arc.vx, arc.ux), std::atan2(arc.vy, arc.uy)}) {
-        for (double t = turn - 2 * std::numbers::pi * std::ceil((turn - low) / (2 * std::numbers::pi) + 1); t <= high;
-             t += std::numbers::pi) {
+        for (double t = turn - 2 * std::numbers::pi * std::ceil((turn - low) / (2 * std::numbers::pi) + 1);
+             t <= high; t += std::numbers::pi) {
             if (t >= low) include(t);
         }
     }
@@ -90,7 +98,8 @@ SegmentBox BoundingBox(const EllipticArc& arc) {
 }
 
 int ArcPieces(const EllipticArc& arc) {
-    return std::max(2, static_cast<int>(std::ceil(std::fabs(arc.t1 - arc.t0) / (2 * std::numbers::pi) * 512)));
+    return std::max(2,
+                    static_cast<int>(std::ceil(std::fabs(arc.t1 - arc.t0) / (2 * std::numbers::pi) * 512)));
 }
 
 std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces) {

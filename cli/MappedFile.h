@@ -9,7 +9,7 @@ namespace tgp::cli {
 // freshly zeroed pages for a file of tens of megabytes), else read into a buffer. Throws
 // ProfileFileError naming the file when it cannot be opened or read.
 class MappedFile {
-public:
+  public:
     explicit MappedFile(const std::string& path);
     ~MappedFile();
     MappedFile(const MappedFile&) = delete;
@@ -17,7 +17,7 @@ public:
 
     std::string_view Text() const { return {data_, size_}; }
 
-private:
+  private:
     const char* data_ = nullptr;
     std::size_t size_ = 0;
     bool mapped_ = false;

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <optional>
 #include <numbers>
 #include <numeric>
+#include <optional>
 
 #include "core/Error.h"
 #include "profiles/Loop7.h"
@@ -109,21 +109,25 @@ std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
 
 // The section's composite block: its loops' blocks (or their exact ones), material positive and
 // holes negative, joined in order.
-std::shared_ptr<InertiaBlock> CompositeOf(const std::vector<std::shared_ptr<Loop7>>& loops, const std::vector<bool>& holes,
+std::shared_ptr<InertiaBlock> CompositeOf(const std::vector<std::shared_ptr<Loop7>>& loops,
+                                          const std::vector<bool>& holes,
                                           const std::vector<std::shared_ptr<InertiaBlock>>& exact) {
     std::shared_ptr<InertiaBlock> composite;
     for (std::size_t i = 0; i < loops.size(); ++i) {
         const auto& own = exact[i];
         auto block = (own ? own : loops[i]->InertiaBlock())->Copy();
         if ((block->Area()->Millimetres() < 0) != holes[i]) block->Inverse();
-        if (composite) composite->Join(*block);
-        else composite = std::move(block);
+        if (composite)
+            composite->Join(*block);
+        else
+            composite = std::move(block);
     }
     return composite;
 }
 
 // The box around outlines that follow elliptic arcs: the arcs' own extremes, not their stand-ins'.
-SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<Loop7>>& loops) {
+SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members,
+                 const std::vector<std::shared_ptr<Loop7>>& loops) {
     SegmentBox box = SegmentBox::Empty();
     for (std::size_t i = 0; i < members.size(); ++i) {
         const DrawnProfile& p = *members[i];
@@ -140,8 +144,8 @@ SegmentBox BoxOf(const std::vector<const DrawnProfile*>& members, const std::vec
 }
 
 SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const std::vector<bool>& holes,
-                       const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<InertiaBlock>>& exact,
-                       const Units& units) {
+                       const std::vector<const DrawnProfile*>& members,
+                       const std::vector<std::shared_ptr<InertiaBlock>>& exact, const Units& units) {
     auto block = CompositeOf(loops, holes, exact);
     const Point c = block->Centroid();
     SectionValues v{};
@@ -155,7 +159,8 @@ SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const s
     v.rx = In(block->RadiusOfGyrationX(), units);
     v.ry = In(block->RadiusOfGyrationY(), units);
     DropRoundingNoiseAndFindPrincipalAxes(v, units);
-    const bool curved = std::any_of(members.begin(), members.end(), [](const DrawnProfile* p) { return !p->curves.empty(); });
+    const bool curved =
+        std::any_of(members.begin(), members.end(), [](const DrawnProfile* p) { return !p->curves.empty(); });
     const SegmentBox box = curved ? BoxOf(members, loops) : SegmentBox{};
     const SectionModuli m = ComputeModuli(loops, holes, *block, curved ? &box : nullptr);
     v.top = LengthIn(m.top, units);
@@ -197,7 +202,9 @@ BuiltLoop BuildLoop(const DrawnProfile& profile) {
     } catch (const Error&) {
         // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
         // of 0) that its radius passes the number range.
-        return {nullptr, "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)"};
+        return {
+            nullptr,
+            "has an arc too flat to compute (its radius passes the number range; a bulge that small is 0)"};
     }
     // The properties check the loop for crossings themselves (error 5); only a loop that fails
     // that check is swept a second time, to name where it cuts itself.
@@ -230,8 +237,9 @@ std::optional<std::pair<std::size_t, std::size_t>> DepthsOf(const std::vector<st
 // One section of loops, named after its first outer outline; `members` are the outlines in file
 // order, with each loop at the same position. `knownDepths`, when given, tells how the loops lie
 // (they do not overlap); otherwise they are arranged here.
-ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members, const std::vector<std::shared_ptr<Loop7>>& loops,
-                              const Units& units, const std::vector<int>* knownDepths = nullptr) {
+ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members,
+                              const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units,
+                              const std::vector<int>* knownDepths = nullptr) {
     ProfileOutcome outcome;
     const DrawnProfile* outer = members.front();
     std::size_t parts = 0, holes = 0;
@@ -250,7 +258,8 @@ ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members, c
                 holes += hole[i];
             }
             std::vector<std::shared_ptr<InertiaBlock>> exact;
-            for (const DrawnProfile* member : members) exact.push_back(member->curves.empty() ? nullptr : ExactBlock(*member));
+            for (const DrawnProfile* member : members)
+                exact.push_back(member->curves.empty() ? nullptr : ExactBlock(*member));
             outcome.values = ValuesOf(loops, hole, members, exact, units);
         }
     } catch (const Error& e) {
@@ -271,19 +280,24 @@ ProfileOutcome AnalyseSection(const std::vector<const DrawnProfile*>& members, c
 // Two loops that cover the same region (the same outline drawn twice, a hatch on its outline).
 bool SameRegion(Loop7& a, Loop7& b) {
     const double area = a.AreaAbs();
-    auto near = [](double x, double y, double scale) { return std::fabs(std::fabs(x) - std::fabs(y)) <= 1e-9 * scale; };
+    auto near = [](double x, double y, double scale) {
+        return std::fabs(std::fabs(x) - std::fabs(y)) <= 1e-9 * scale;
+    };
     const Point ca = a.Centroid(), cb = b.Centroid();
     const double moments = std::fabs(a.MomentOfInertiaX()) + std::fabs(a.MomentOfInertiaY());
-    return near(area, b.AreaAbs(), area) && std::hypot(ca[0] - cb[0], ca[1] - cb[1]) <= 1e-9 * std::sqrt(area) &&
-           near(a.MomentOfInertiaX(), b.MomentOfInertiaX(), moments) && near(a.MomentOfInertiaY(), b.MomentOfInertiaY(), moments);
+    return near(area, b.AreaAbs(), area) &&
+           std::hypot(ca[0] - cb[0], ca[1] - cb[1]) <= 1e-9 * std::sqrt(area) &&
+           near(a.MomentOfInertiaX(), b.MomentOfInertiaX(), moments) &&
+           near(a.MomentOfInertiaY(), b.MomentOfInertiaY(), moments);
 }
 
 // Groups loops that belong to no explicit group by containment and touch: each outermost loop with
 // everything inside it, and outermost loops that touch one another together. A pair that overlaps
 // is left out (both reported) until none does.
-std::vector<std::vector<std::size_t>> GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops,
-                                                         std::vector<std::pair<std::size_t, std::size_t>>& overlaps,
-                                                         std::vector<std::size_t>& repeats, std::vector<int>& depths) {
+std::vector<std::vector<std::size_t>> GroupByContainment(
+    const std::vector<std::shared_ptr<Loop7>>& loops,
+    std::vector<std::pair<std::size_t, std::size_t>>& overlaps, std::vector<std::size_t>& repeats,
+    std::vector<int>& depths) {
     const LoopArrangement placed(loops);
     // Overlapping pairs in order, each while both loops are still in play: a repeat loses its
     // later copy, any other pair both loops.
@@ -353,11 +367,13 @@ std::optional<SegmentBox> ReachOf(const DrawnProfile& p) {
         if (!(std::fabs(x0) <= 1e60 && std::fabs(y0) <= 1e60 && b <= 1e60)) return std::nullopt;
         const double chord = std::hypot(x1 - x0, y1 - y0);
         const double reach = b <= 1 ? b * chord / 2 : chord * (1 + b * b) / (2 * b);
-        box.Include({std::min(x0, x1) - reach, std::min(y0, y1) - reach, std::max(x0, x1) + reach, std::max(y0, y1) + reach});
+        box.Include({std::min(x0, x1) - reach, std::min(y0, y1) - reach, std::max(x0, x1) + reach,
+                     std::max(y0, y1) + reach});
         magnitude = std::max({magnitude, std::fabs(x0), std::fabs(y0)});
         steepest = std::max(steepest, b);
     }
-    const double margin = 4 * LoopDLine::kOnLineTolerance + 1e-4 * (1 + std::min(steepest, 1e6)) + 1e-9 * magnitude;
+    const double margin =
+        4 * LoopDLine::kOnLineTolerance + 1e-4 * (1 + std::min(steepest, 1e6)) + 1e-9 * magnitude;
     return SegmentBox{box.xmin - margin, box.ymin - margin, box.xmax + margin, box.ymax + margin};
 }
 
@@ -367,15 +383,19 @@ std::optional<SegmentBox> ReachOf(const DrawnProfile& p) {
 // parts never holds all their loops at once. Outlines whose reaches meet are built together and
 // grouped by containment and touch; the loops of an explicit group (a text profile) form one section.
 class InFileOrder {
-public:
-    InFileOrder(const std::vector<DrawnProfile>& profiles, const Units& units, bool eachLoop, SkipList* skipped)
+  public:
+    InFileOrder(const std::vector<DrawnProfile>& profiles, const Units& units, bool eachLoop,
+                SkipList* skipped)
         : profiles_(profiles), units_(units), loops_(profiles.size()) {
         std::vector<std::size_t> free;
         std::map<int, std::vector<std::size_t>> groups;
         for (std::size_t i = 0; i < profiles.size(); ++i) {
-            if (eachLoop) items_.push_back({i, Item::Alone, i});
-            else if (profiles[i].group >= 0) groups[profiles[i].group].push_back(i);
-            else free.push_back(i);
+            if (eachLoop)
+                items_.push_back({i, Item::Alone, i});
+            else if (profiles[i].group >= 0)
+                groups[profiles[i].group].push_back(i);
+            else
+                free.push_back(i);
         }
         for (auto& [group, members] : groups) {
             items_.push_back({members.front(), Item::Group, groups_.size()});
@@ -397,11 +417,12 @@ public:
         }
     }
 
-private:
+  private:
     struct Item {
         std::size_t key;  // the position of its first outline
         enum Kind { Alone, Group, Section, Overlap, Rejected } kind;
-        std::size_t index;  // Alone, Overlap, Rejected: the other outline or the outline; Group, Section: which
+        std::size_t
+            index;  // Alone, Overlap, Rejected: the other outline or the outline; Group, Section: which
     };
 
     // Free outlines whose reaches meet are built now and grouped; the others wait for their turn.
@@ -440,7 +461,9 @@ private:
         for (std::size_t r : repeats) {
             const DrawnProfile& p = profiles_[built[r]];
             loops_[built[r]].reset();
-            if (skipped) Count(*skipped, p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
+            if (skipped)
+                Count(*skipped,
+                      p.type.empty() ? "outline that repeats another" : p.type + " that repeats an outline");
         }
         for (const auto& [a, b] : overlaps) {
             items_.push_back({built[a], Item::Overlap, built[b]});
@@ -462,14 +485,20 @@ private:
 
     void Produce(const Item& item) {
         switch (item.kind) {
-            case Item::Alone: return ProduceGroup({item.index});
-            case Item::Group: return ProduceGroup(groups_[item.index]);
-            case Item::Section: return ProduceSection(sections_[item.index].positions, &sections_[item.index].depths);
+            case Item::Alone:
+                return ProduceGroup({item.index});
+            case Item::Group:
+                return ProduceGroup(groups_[item.index]);
+            case Item::Section:
+                return ProduceSection(sections_[item.index].positions, &sections_[item.index].depths);
             case Item::Overlap:
-                pending_.emplace(item.key, Rejection(profiles_[item.key], "overlaps " + profiles_[item.index].name +
-                                                                              " (their interiors cross)"));
+                pending_.emplace(item.key,
+                                 Rejection(profiles_[item.key], "overlaps " + profiles_[item.index].name +
+                                                                    " (their interiors cross)"));
                 return;
-            case Item::Rejected: pending_.emplace(item.key, Rejection(profiles_[item.key], errors_[item.index])); return;
+            case Item::Rejected:
+                pending_.emplace(item.key, Rejection(profiles_[item.key], errors_[item.index]));
+                return;
         }
     }
 
@@ -516,15 +545,17 @@ private:
 
 }  // namespace
 
-void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units, bool eachLoop,
-                     SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit) {
+void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units,
+                     bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit) {
     InFileOrder(profiles, units, eachLoop, skipped).Emit(emit);
 }
 
 std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
-                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop, SkipList* skipped) {
+                                            const std::shared_ptr<UnitSetting>& units, bool eachLoop,
+                                            SkipList* skipped) {
     std::vector<ProfileOutcome> outcomes;
-    AnalyseProfiles(profiles, units, eachLoop, skipped, [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); });
+    AnalyseProfiles(profiles, units, eachLoop, skipped,
+                    [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); });
     return outcomes;
 }
 

@@ -5,19 +5,19 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <filesystem>
 #include <mutex>
-#include <thread>
-#include <cctype>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "cli/DxfProfileReader.h"
-#include "cli/SectionReport.h"
 #include "cli/MappedFile.h"
+#include "cli/SectionReport.h"
 #include "cli/TextProfileReader.h"
 #include "units/DLength.h"
 #include "units/UnitCatalogue.h"
@@ -28,7 +28,8 @@ namespace tgp::cli {
 namespace {
 
 std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::transform(s.begin(), s.end(), s.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return s;
 }
 
@@ -38,7 +39,8 @@ int16_t LengthUnitNamed(const std::string& text, const std::string& option) {
         if (Lower(GetUnitString(DLengthObject, id)) == Lower(text)) return id;
     }
     std::string known;
-    for (int16_t id : ValidUnitIds(DLengthObject)) known += (known.empty() ? "" : ", ") + GetUnitString(DLengthObject, id);
+    for (int16_t id : ValidUnitIds(DLengthObject))
+        known += (known.empty() ? "" : ", ") + GetUnitString(DLengthObject, id);
     throw CLI::ValidationError(option, "unknown length unit '" + text + "' (one of " + known + ")");
 }
 
@@ -51,7 +53,8 @@ double MillimetresPerLengthUnit(const std::string& symbol) {
 
 int16_t AngleUnitNamed(const std::string& text) {
     const std::string t = Lower(text);
-    if (t == "deg" || t == "degree" || t == "degrees" || t == GetUnitString(DAngleObject, Degree_UnitID)) return Degree_UnitID;
+    if (t == "deg" || t == "degree" || t == "degrees" || t == GetUnitString(DAngleObject, Degree_UnitID))
+        return Degree_UnitID;
     if (t == "rad" || t == "radian" || t == "radians") return Radian_UnitID;
     throw CLI::ValidationError("--angle", "unknown angle unit '" + text + "' (deg or rad)");
 }
@@ -85,7 +88,7 @@ struct Options {
     bool eachLoop = false;
     bool quiet = false;
     bool recursive = false;
-    unsigned jobs = 0;  // 0: one a core
+    unsigned jobs = 0;   // 0: one a core
     DxfReadOptions dxf;  // from the two options above
 };
 
@@ -106,22 +109,33 @@ std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o
 
 void Declare(CLI::App& app, Options& o) {
     app.add_option("files", o.files,
-                   "DXF drawings (.dxf), text profiles (one 'x y [bulge]' vertex a line), or folders of them (every .dxf and "
+                   "DXF drawings (.dxf), text profiles (one 'x y [bulge]' vertex a line), or folders of them "
+                   "(every .dxf and "
                    ".txt inside, sorted)")
         ->required();
     app.add_option("-u,--units,--length", o.length, "length unit of the results: mm, cm, dm, m, in or ft")
         ->capture_default_str();
-    app.add_option("--angle", o.angle, "angle unit of the principal angle: deg or rad")->capture_default_str();
-    app.add_option("--digits", o.digits, "significant digits in the table")->check(CLI::Range(1, 15))->capture_default_str();
-    app.add_option("--format", o.format, "input format")->check(CLI::IsMember({"auto", "dxf", "text"}))->capture_default_str();
-    app.add_option("--drawing-units", o.drawingUnits,
-                   "unit of the input coordinates: mm, cm, dm, m, in or ft (default: a drawing's $INSUNITS, else mm)");
+    app.add_option("--angle", o.angle, "angle unit of the principal angle: deg or rad")
+        ->capture_default_str();
+    app.add_option("--digits", o.digits, "significant digits in the table")
+        ->check(CLI::Range(1, 15))
+        ->capture_default_str();
+    app.add_option("--format", o.format, "input format")
+        ->check(CLI::IsMember({"auto", "dxf", "text"}))
+        ->capture_default_str();
+    app.add_option(
+        "--drawing-units", o.drawingUnits,
+        "unit of the input coordinates: mm, cm, dm, m, in or ft (default: a drawing's $INSUNITS, else mm)");
     app.add_option("--layer", o.layer, "read only the outlines on this layer of a drawing (any case)");
-    app.add_option("--layout", o.layout, "read this paper-space layout of a drawing instead of its model space");
-    app.add_flag("--each-loop", o.eachLoop, "one section per closed outline, rather than holes and touching parts grouped");
+    app.add_option("--layout", o.layout,
+                   "read this paper-space layout of a drawing instead of its model space");
+    app.add_flag("--each-loop", o.eachLoop,
+                 "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
-    app.add_flag("--csv", o.csv, "print CSV instead of the table: a header row with the units, then a row per section");
-    app.add_flag("-r,--recursive", o.recursive, "read the folders named among the files with their subfolders");
+    app.add_flag("--csv", o.csv,
+                 "print CSV instead of the table: a header row with the units, then a row per section");
+    app.add_flag("-r,--recursive", o.recursive,
+                 "read the folders named among the files with their subfolders");
     app.add_option("-j,--jobs", o.jobs, "files computed at once (default: one a core)");
     app.add_flag("-q,--quiet", o.quiet, "do not list what each drawing held that made no outline");
 }
@@ -140,10 +154,13 @@ std::vector<std::string> ExpandFolders(const std::vector<std::string>& names, bo
         std::vector<std::string> inside;
         auto take = [&](const fs::directory_entry& entry) {
             const std::string extension = Lower(entry.path().extension().string());
-            if ((extension == ".dxf" || extension == ".txt") && entry.is_regular_file(error)) inside.push_back(entry.path().string());
+            if ((extension == ".dxf" || extension == ".txt") && entry.is_regular_file(error))
+                inside.push_back(entry.path().string());
         };
         if (recursive) {
-            for (const auto& entry : fs::recursive_directory_iterator(name, fs::directory_options::skip_permission_denied, error)) take(entry);
+            for (const auto& entry :
+                 fs::recursive_directory_iterator(name, fs::directory_options::skip_permission_denied, error))
+                take(entry);
         } else {
             for (const auto& entry : fs::directory_iterator(name, error)) take(entry);
         }
@@ -164,15 +181,20 @@ struct FileReport {
 // Files computed on several threads and printed in the order they were named, each section as soon
 // as the files before it are printed (a large file is not held whole).
 class SectionRun {
-public:
+  public:
     // Sections go to the printer in batches (handing over each one would cost more in waking
     // threads than computing it), and a file holds at most so many batches that wait: a worker
     // that is ahead of the printer waits for it rather than filling the memory.
     static constexpr std::size_t kBatch = 256, kMostWaiting = 64;
 
     SectionRun(const Options& o, const ReportUnits& units, std::vector<std::string> files)
-        : o_(o), units_(units), kind_(o.csv ? ReportKind::Csv : o.json ? ReportKind::Json : ReportKind::Table),
-          files_(std::move(files)), reports_(files_.size()) {
+        : o_(o),
+          units_(units),
+          kind_(o.csv    ? ReportKind::Csv
+                : o.json ? ReportKind::Json
+                         : ReportKind::Table),
+          files_(std::move(files)),
+          reports_(files_.size()) {
         for (const std::string& file : files_) {
             std::error_code error;
             const auto size = std::filesystem::file_size(file, error);
@@ -191,7 +213,7 @@ public:
         return status;
     }
 
-private:
+  private:
     void Work() {
         for (std::size_t i = next_++; i < files_.size(); i = next_++) Compute(i);
     }
@@ -219,7 +241,8 @@ private:
                 if (batch.size() >= kBatch) handOver();
             });
             if (!batch.empty()) handOver();
-            if (!o_.quiet && !skipped.empty()) Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
+            if (!o_.quiet && !skipped.empty())
+                Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
         } catch (const ProfileFileError& e) {
             Update(i, [&](FileReport& r) { r.failure = e.what(); });
         }
@@ -262,14 +285,16 @@ private:
                     any = true;
                 }
             }
-            const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            const double elapsed =
+                std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
             progressShown = progressAfterSeconds >= 0 && elapsed >= progressAfterSeconds && !finished;
             if (progressShown) err << "\r" << ProgressLine(i, elapsed) << "\033[K" << std::flush;
             if (!finished) continue;
             outlinesBefore_ += report.done;
             if (!report.failure.empty()) err << "tgp-section: " << report.failure << "\n";
             unreadable = unreadable || !report.failure.empty();
-            if (!report.skips.empty()) err << "tgp-section: " << files_[i] << ": skipped " << report.skips << "\n";
+            if (!report.skips.empty())
+                err << "tgp-section: " << files_[i] << ": skipped " << report.skips << "\n";
             ++i;
         }
         if (!any) {
@@ -292,13 +317,17 @@ private:
                 const FileReport& r = reports_[i];
                 filesDone += r.finished && i > printing;
                 outlines += r.done;
-                bytesDone += r.finished ? sizes_[i] : r.outlines ? sizes_[i] * static_cast<double>(r.done) / static_cast<double>(r.outlines) : 0;
+                bytesDone += r.finished ? sizes_[i]
+                             : r.outlines
+                                 ? sizes_[i] * static_cast<double>(r.done) / static_cast<double>(r.outlines)
+                                 : 0;
             }
         }
         for (std::size_t i = 0; i < printing; ++i) bytesDone += sizes_[i];
         const double share = totalSize_ > 0 ? bytesDone / totalSize_ : 0;
-        std::string line = fmt::format("tgp-section: {} of {} files, {} outlines, {:.0f} outlines/s", filesDone, files_.size(),
-                                       outlines, static_cast<double>(outlines) / std::max(elapsed, 1e-9));
+        std::string line =
+            fmt::format("tgp-section: {} of {} files, {} outlines, {:.0f} outlines/s", filesDone,
+                        files_.size(), outlines, static_cast<double>(outlines) / std::max(elapsed, 1e-9));
         if (share > 0.01) line += fmt::format(", about {:.0f} s left", elapsed * (1 - share) / share);
         return line;
     }
@@ -318,14 +347,17 @@ private:
 
 }  // namespace
 
-int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err, double progressAfterSeconds) {
-    CLI::App app{"Section properties of closed profiles drawn as polylines, circles or vertex lists", "tgp-section"};
+int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                      double progressAfterSeconds) {
+    CLI::App app{"Section properties of closed profiles drawn as polylines, circles or vertex lists",
+                 "tgp-section"};
     Options o;
     Declare(app, o);
     ReportUnits units;
     try {
         app.parse(argc, argv);
-        units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)), o.digits);
+        units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)),
+                                  o.digits);
         if (!o.drawingUnits.empty()) o.dxf.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
         if (!o.layer.empty()) o.dxf.layer = o.layer;
         if (!o.layout.empty()) o.dxf.layout = o.layout;
@@ -334,7 +366,8 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         return app.exit(e, out, err) == 0 ? 0 : 1;
     }
     // A file that cannot be read is reported and the others are still computed.
-    return SectionRun(o, units, ExpandFolders(o.files, o.recursive)).Run(out, err, o.quiet ? -1 : progressAfterSeconds);
+    return SectionRun(o, units, ExpandFolders(o.files, o.recursive))
+        .Run(out, err, o.quiet ? -1 : progressAfterSeconds);
 }
 
 }  // namespace tgp::cli

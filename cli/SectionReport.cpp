@@ -24,9 +24,12 @@ std::string JsonString(const std::string& text) {
     std::string out = "\"";
     for (char ch : text) {
         const auto c = static_cast<unsigned char>(ch);
-        if (ch == '"' || ch == '\\') out += {'\\', ch};
-        else if (c < 0x20) out += fmt::format("\\u{:04x}", c);
-        else out += ch;
+        if (ch == '"' || ch == '\\')
+            out += {'\\', ch};
+        else if (c < 0x20)
+            out += fmt::format("\\u{:04x}", c);
+        else
+            out += ch;
     }
     return out + "\"";
 }
@@ -65,7 +68,6 @@ constexpr Row kRows[] = {
     {"plastic axis x", &SectionValues::plasticX, &ReportUnits::length, "plastic_axis_x"},
 };
 
-
 }  // namespace
 
 ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int significantDigits) {
@@ -102,7 +104,9 @@ std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
     out.reserve(1536);
     out += o.name;
     out += '\n';
-    for (const Row& row : kRows) AppendRow(out, row.label, Significant((*o.values).*row.value, units.significantDigits), units.*row.unit);
+    for (const Row& row : kRows)
+        AppendRow(out, row.label, Significant((*o.values).*row.value, units.significantDigits),
+                  units.*row.unit);
     out += '\n';
     return out;
 }
@@ -111,7 +115,8 @@ std::string JsonEntry(const ProfileOutcome& o) {
     std::string out = "    {\"name\": " + JsonString(o.name);
     out += ", \"file\": " + JsonString(o.file);
     if (!o.type.empty()) {
-        out += ", \"type\": " + JsonString(o.type) + ", \"handle\": " + JsonString(o.handle) + ", \"layer\": " + JsonString(o.layer);
+        out += ", \"type\": " + JsonString(o.type) + ", \"handle\": " + JsonString(o.handle) +
+               ", \"layer\": " + JsonString(o.layer);
     }
     out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
     if (!o.values) return out + ", \"error\": " + JsonString(o.error) + "}";
@@ -134,8 +139,8 @@ std::string CsvField(const std::string& text) {
 }
 
 std::string CsvEntry(const ProfileOutcome& o) {
-    std::string out = CsvField(o.name) + "," + CsvField(o.file) + "," + CsvField(o.type) + "," + CsvField(o.handle) + "," +
-                      CsvField(o.layer) + fmt::format(",{},{}", o.loops, o.holes);
+    std::string out = CsvField(o.name) + "," + CsvField(o.file) + "," + CsvField(o.type) + "," +
+                      CsvField(o.handle) + "," + CsvField(o.layer) + fmt::format(",{},{}", o.loops, o.holes);
     for (const Row& row : kRows) {
         out += ',';
         if (o.values) out += FormatNumber((*o.values).*row.value);
@@ -147,13 +152,15 @@ std::string CsvEntry(const ProfileOutcome& o) {
 
 std::string ReportStart(ReportKind kind, const ReportUnits& units) {
     switch (kind) {
-        case ReportKind::Table: return "";
+        case ReportKind::Table:
+            return "";
         case ReportKind::Json:
             return fmt::format(
-                       "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, \"moment_of_inertia\": {}, "
+                       "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, "
+                       "\"moment_of_inertia\": {}, "
                        "\"angle\": {}}},\n",
-                       JsonString(units.length), JsonString(units.area), JsonString(units.modulus), JsonString(units.moment),
-                       JsonString(units.angle)) +
+                       JsonString(units.length), JsonString(units.area), JsonString(units.modulus),
+                       JsonString(units.moment), JsonString(units.angle)) +
                    "  \"profiles\": [";
         case ReportKind::Csv: {
             // A byte order mark, so that a spreadsheet reads the unit symbols (mm², °) as UTF-8.
@@ -168,18 +175,25 @@ std::string ReportStart(ReportKind kind, const ReportUnits& units) {
     return "";
 }
 
-std::string ReportEntry(ReportKind kind, const ProfileOutcome& outcome, const ReportUnits& units, bool first) {
+std::string ReportEntry(ReportKind kind, const ProfileOutcome& outcome, const ReportUnits& units,
+                        bool first) {
     switch (kind) {
-        case ReportKind::Table: return TableEntry(outcome, units);
-        case ReportKind::Json: return (first ? "\n" : ",\n") + JsonEntry(outcome);
-        case ReportKind::Csv: return CsvEntry(outcome);
+        case ReportKind::Table:
+            return TableEntry(outcome, units);
+        case ReportKind::Json:
+            return (first ? "\n" : ",\n") + JsonEntry(outcome);
+        case ReportKind::Csv:
+            return CsvEntry(outcome);
     }
     return "";
 }
 
-std::string ReportEnd(ReportKind kind) { return kind == ReportKind::Json ? "\n  ]\n}\n" : ""; }
+std::string ReportEnd(ReportKind kind) {
+    return kind == ReportKind::Json ? "\n  ]\n}\n" : "";
+}
 
-std::string FormatReport(ReportKind kind, const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units) {
+std::string FormatReport(ReportKind kind, const std::vector<ProfileOutcome>& outcomes,
+                         const ReportUnits& units) {
     std::string out = ReportStart(kind, units);
     for (std::size_t i = 0; i < outcomes.size(); ++i) out += ReportEntry(kind, outcomes[i], units, i == 0);
     return out + ReportEnd(kind);

@@ -24,7 +24,8 @@ struct ReportUnits {
 // row with the units, then one row per section with the JSON's fields and a rejected section's
 // reason in the last column (RFC 4180, with a UTF-8 byte order mark for spreadsheets).
 enum class ReportKind { Table, Json, Csv };
-std::string FormatReport(ReportKind kind, const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units);
+std::string FormatReport(ReportKind kind, const std::vector<ProfileOutcome>& outcomes,
+                         const ReportUnits& units);
 std::string FormatTable(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units);
 std::string FormatJson(const std::vector<ProfileOutcome>& outcomes, const ReportUnits& units);
 

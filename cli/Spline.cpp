@@ -20,8 +20,9 @@ std::vector<double> ClampedKnots(std::size_t n, int degree) {
 }
 
 class Curve {
-public:
-    explicit Curve(const SplineData& s) : p_(s.degree), control_(s.control), weights_(s.weights), knots_(s.knots) {
+  public:
+    explicit Curve(const SplineData& s)
+        : p_(s.degree), control_(s.control), weights_(s.weights), knots_(s.knots) {
         const std::size_t n = control_.size();
         if (weights_.size() != n) weights_.assign(n, 1.0);
         const bool ordered = std::is_sorted(knots_.begin(), knots_.end());
@@ -55,13 +56,15 @@ public:
                 const std::size_t i = k - p + j;
                 const double span = knots_[i + p + 1 - r] - knots_[i];
                 const double a = span == 0 ? 0 : (t - knots_[i]) / span;
-                for (int c = 0; c < 3; ++c) d[j][static_cast<std::size_t>(c)] = (1 - a) * d[j - 1][static_cast<std::size_t>(c)] + a * d[j][static_cast<std::size_t>(c)];
+                for (int c = 0; c < 3; ++c)
+                    d[j][static_cast<std::size_t>(c)] = (1 - a) * d[j - 1][static_cast<std::size_t>(c)] +
+                                                        a * d[j][static_cast<std::size_t>(c)];
             }
         }
         return {d[p][0] / d[p][2], d[p][1] / d[p][2]};
     }
 
-private:
+  private:
     int p_;
     std::vector<Point> control_;
     std::vector<double> weights_;
@@ -72,8 +75,8 @@ double Gap(const Point& a, const Point& b, const Point& m) {
     return std::hypot(m[0] - (a[0] + b[0]) / 2, m[1] - (a[1] + b[1]) / 2);
 }
 
-void Refine(const Curve& curve, double t0, double t1, const Point& a, const Point& b, double tolerance, int depth,
-            std::vector<Point>& out) {
+void Refine(const Curve& curve, double t0, double t1, const Point& a, const Point& b, double tolerance,
+            int depth, std::vector<Point>& out) {
     const double tm = (t0 + t1) / 2;
     const Point m = curve.At(tm);
     if (depth < 20 && Gap(a, b, m) > tolerance) {
@@ -106,7 +109,9 @@ std::vector<Point> FlattenSpline(const SplineData& spline) {
         constexpr int kPieces = 4;
         for (int k = 0; k < kPieces; ++k) {
             const double t0 = breaks[i - 1] + (breaks[i] - breaks[i - 1]) * k / kPieces;
-            const double t1 = k + 1 == kPieces ? breaks[i] : breaks[i - 1] + (breaks[i] - breaks[i - 1]) * (k + 1) / kPieces;
+            const double t1 = k + 1 == kPieces
+                                  ? breaks[i]
+                                  : breaks[i - 1] + (breaks[i] - breaks[i - 1]) * (k + 1) / kPieces;
             Refine(curve, t0, t1, out.back(), curve.At(t1), tolerance, 0, out);
         }
     }

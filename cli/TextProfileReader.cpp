@@ -14,7 +14,9 @@ namespace tgp::cli {
 
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
 
 std::string_view Trimmed(std::string_view s) {
     std::size_t first = 0, last = s.size();
@@ -69,8 +71,9 @@ struct Piece {
     // 24 bytes, so that a file of steering lines costs little more than its own size.
     struct Item {
         Kind kind;
-        int line;           // of the steering or malformed line, or of a run's first vertex
-        std::size_t first;  // a run's first vertex in the piece's arrays; where a profile's name starts in the text
+        int line;  // of the steering or malformed line, or of a run's first vertex
+        std::size_t
+            first;  // a run's first vertex in the piece's arrays; where a profile's name starts in the text
         std::size_t count;  // a run's vertices; the length of a profile's name
     };
     std::string_view text;
@@ -91,7 +94,7 @@ struct Piece {
 
     std::string_view ProfileName(const Item& item) const { return text.substr(item.first, item.count); }
 
-private:
+  private:
     void ReadLines(std::string_view rest) {
         const auto lineBreaks = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '\n'));
         xy.reserve(2 * (lineBreaks + 1));
@@ -109,7 +112,8 @@ private:
         const std::size_t hash = raw.find('#');
         const std::string_view line = Trimmed(raw.substr(0, hash));
         if (line.empty()) {
-            if (hash == std::string_view::npos) Steer(Kind::Finish);  // a blank line ends a profile; a comment line does not
+            if (hash == std::string_view::npos)
+                Steer(Kind::Finish);  // a blank line ends a profile; a comment line does not
             return true;
         }
         if (line == "end") return Steer(Kind::Finish);
@@ -130,7 +134,8 @@ private:
 
     bool Vertex(std::string_view line) {
         const Words words(line);
-        if (words.count < 2 || words.count > 3) return Malformed("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
+        if (words.count < 2 || words.count > 3)
+            return Malformed("expected 'x y' or 'x y bulge', found '" + Shown(line) + "'");
         double value[3] = {0, 0, 0};
         for (std::size_t k = 0; k < words.count; ++k) {
             try {
@@ -171,7 +176,7 @@ std::vector<std::string_view> SplitAtLines(std::string_view text, int count) {
 
 // Replays the pieces in order into profiles: the profile and loop bookkeeping, names and errors.
 class TextParser {
-public:
+  public:
     explicit TextParser(std::string source) : source_(std::move(source)) {}
 
     // Replays the pieces in order (the first malformed line raises its error).
@@ -184,20 +189,27 @@ public:
         return std::move(profiles_);
     }
 
-private:
+  private:
     void Replay(Piece& piece) {
         if (piece.failure) std::rethrow_exception(piece.failure);
         for (const Piece::Item& item : piece.items) {
             lineNumber_ = firstLine_ + item.line;
             switch (item.kind) {
-                case Piece::Kind::Finish: Finish(); break;
-                case Piece::Kind::NextLoop: NextLoop(); break;
+                case Piece::Kind::Finish:
+                    Finish();
+                    break;
+                case Piece::Kind::NextLoop:
+                    NextLoop();
+                    break;
                 case Piece::Kind::Profile:
                     Finish();
                     Start(std::string(piece.ProfileName(item)));
                     break;
-                case Piece::Kind::Vertices: Vertices(piece, item); break;
-                case Piece::Kind::Malformed: Fail(piece.malformed);
+                case Piece::Kind::Vertices:
+                    Vertices(piece, item);
+                    break;
+                case Piece::Kind::Malformed:
+                    Fail(piece.malformed);
             }
         }
         firstLine_ += piece.lines;
@@ -206,8 +218,9 @@ private:
     void Start(std::string name) {
         ++groups_;
         loops_ = 0;
-        name_ = name.empty() ? "profile " + std::to_string(groups_) + " (line " + std::to_string(lineNumber_) + ")"
-                             : std::move(name);
+        name_ = name.empty()
+                    ? "profile " + std::to_string(groups_) + " (line " + std::to_string(lineNumber_) + ")"
+                    : std::move(name);
         StartLoop();
     }
 
@@ -220,8 +233,10 @@ private:
     }
 
     void EndLoop() {
-        if (inLoop_ && current_.VertexCount() > 0) profiles_.push_back(std::move(current_));
-        else if (inLoop_) --loops_;
+        if (inLoop_ && current_.VertexCount() > 0)
+            profiles_.push_back(std::move(current_));
+        else if (inLoop_)
+            --loops_;
         inLoop_ = false;
     }
 
@@ -245,8 +260,10 @@ private:
         } else {
             const auto first = static_cast<std::ptrdiff_t>(run.first);
             const auto count = static_cast<std::ptrdiff_t>(run.count);
-            loop.xy.insert(loop.xy.end(), piece.xy.begin() + 2 * first, piece.xy.begin() + 2 * (first + count));
-            loop.bulges.insert(loop.bulges.end(), piece.bulges.begin() + first, piece.bulges.begin() + first + count);
+            loop.xy.insert(loop.xy.end(), piece.xy.begin() + 2 * first,
+                           piece.xy.begin() + 2 * (first + count));
+            loop.bulges.insert(loop.bulges.end(), piece.bulges.begin() + first,
+                               piece.bulges.begin() + first + count);
         }
     }
 
@@ -270,7 +287,8 @@ constexpr std::size_t kSmallestSplitText = 4 << 20;
 
 }  // namespace
 
-std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName, int pieceCount) {
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName,
+                                           int pieceCount) {
     if (pieceCount <= 0) {
         const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
         pieceCount = text.size() < kSmallestSplitText ? 1 : static_cast<int>(std::min(cores, 8u));
@@ -279,7 +297,8 @@ std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::str
     std::vector<Piece> pieces(texts.size());
     {
         std::vector<std::jthread> readers;
-        for (std::size_t k = 1; k < texts.size(); ++k) readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
+        for (std::size_t k = 1; k < texts.size(); ++k)
+            readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
         pieces[0].Read(texts[0]);
     }
     TextParser parser(sourceName);

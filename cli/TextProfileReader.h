@@ -26,7 +26,8 @@ namespace tgp::cli {
 // A large text (4 MB or more) is read in pieces split at line breaks, one thread a core;
 // `pieceCount` > 0 sets the number of pieces whatever the size. The result is the same however
 // the text is split.
-std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName, int pieceCount = 0);
+std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName,
+                                           int pieceCount = 0);
 std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName);
 
 }  // namespace tgp::cli

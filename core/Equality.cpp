@@ -41,7 +41,9 @@ bool IsEqual(double a, double b, double& tolerance) {
     return EqualUnderTolerance(a, b, tolerance);
 }
 
-bool IsEqual(double a, double b) { return EqualUnderTolerance(a, b, kDefaultTolerance); }
+bool IsEqual(double a, double b) {
+    return EqualUnderTolerance(a, b, kDefaultTolerance);
+}
 
 bool IsEqualWithin(double a, double b, double tolerance) {
     return EqualUnderTolerance(a, b, tolerance == 0 ? kDefaultTolerance : tolerance);

@@ -8,7 +8,7 @@ namespace tgp {
 // The one failure type of the library: an automation error number and its description.
 // The automation boundary turns it into Err.Number / Err.Description; natively it is thrown as is.
 class Error : public std::exception {
-public:
+  public:
     Error(int number, std::string description);
 
     int number() const noexcept { return number_; }
@@ -30,7 +30,7 @@ public:
     static Error OutOfMemory();           // 7
     static Error ApplicationDefined(int number = 713);
 
-private:
+  private:
     int number_;
     std::string description_;
 };

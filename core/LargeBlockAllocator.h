@@ -54,7 +54,7 @@ struct LargeBlockAllocator {
         return true;
     }
 
-private:
+  private:
     static constexpr std::size_t kHugePage = std::size_t(2) << 20;
     static constexpr std::size_t kLargeBlock = std::size_t(4) << 20;
 };

@@ -19,7 +19,9 @@ MessageHandler& CurrentHandler() {
 
 }  // namespace
 
-void ShowMessage(std::string_view text, std::string_view title) { CurrentHandler()(text, title); }
+void ShowMessage(std::string_view text, std::string_view title) {
+    CurrentHandler()(text, title);
+}
 
 MessageHandler SetMessageHandler(MessageHandler handler) {
     MessageHandler previous = std::move(CurrentHandler());

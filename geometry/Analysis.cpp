@@ -13,7 +13,8 @@ namespace {
 // The direction from a to b of a line; a line whose two points coincide has none.
 V3 LineDirection(const V3& a, const V3& b, const char* member) {
     const V3 d = b - a;
-    if (d.x == 0 && d.y == 0 && d.z == 0) ThrowLibraryError(std::string(member) + " fails: the line's two points coincide");
+    if (d.x == 0 && d.y == 0 && d.z == 0)
+        ThrowLibraryError(std::string(member) + " fails: the line's two points coincide");
     return d;
 }
 
@@ -180,7 +181,8 @@ PlanePlaneAnalysis Analysis::PlanePlane(const Point& A1, const Point& b1, const 
                                         const Point& b2, const Point& C2) {
     constexpr const char* member = "Analyse_Plane_Plane";
     const V3 a1 = ReadV3(A1, member), a2 = ReadV3(A2, member);
-    const double scale = Extent({a1, ReadV3(b1, member), ReadV3(C1, member), a2, ReadV3(b2, member), ReadV3(C2, member)});
+    const double scale =
+        Extent({a1, ReadV3(b1, member), ReadV3(C1, member), a2, ReadV3(b2, member), ReadV3(C2, member)});
     const V3 n1 = PlaneNormal(A1, b1, C1, member), n2 = PlaneNormal(A2, b2, C2, member);
     PlanePlaneAnalysis r{};
     r.angle = LineAngle(n1, n2);

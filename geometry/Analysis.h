@@ -21,10 +21,10 @@ constexpr double kAnalysisTolerance = 1E-09;
 
 // Three points.
 enum A3P_Result : int {
-    A3P_Triangle = 0,        // a proper triangle
-    A3P_Collinear = 1,       // three distinct points on one line
-    A3P_TwoCoincident = 2,   // two of the points coincide
-    A3P_AllCoincident = 3,   // all three coincide
+    A3P_Triangle = 0,       // a proper triangle
+    A3P_Collinear = 1,      // three distinct points on one line
+    A3P_TwoCoincident = 2,  // two of the points coincide
+    A3P_AllCoincident = 3,  // all three coincide
 };
 
 // Two lines in space.
@@ -37,15 +37,15 @@ enum A2L_Result : int {
 
 // A point, a line or a plane against a plane.
 enum APlane_Result : int {
-    APlane_PointOnPlane = 0,     // the point lies in the plane
-    APlane_PointInFront = 1,     // on the side the plane's normal points to (right hand over its points)
-    APlane_PointBehind = 2,      // on the other side
-    APlane_LineCrossing = 3,     // the line crosses the plane in one point
-    APlane_LineParallel = 4,     // parallel to the plane and off it
-    APlane_LineInPlane = 5,      // the line lies in the plane
-    APlane_PlanesCrossing = 6,   // the planes meet in a line
-    APlane_PlanesParallel = 7,   // parallel and apart
-    APlane_PlanesSame = 8,       // the same plane
+    APlane_PointOnPlane = 0,    // the point lies in the plane
+    APlane_PointInFront = 1,    // on the side the plane's normal points to (right hand over its points)
+    APlane_PointBehind = 2,     // on the other side
+    APlane_LineCrossing = 3,    // the line crosses the plane in one point
+    APlane_LineParallel = 4,    // parallel to the plane and off it
+    APlane_LineInPlane = 5,     // the line lies in the plane
+    APlane_PlanesCrossing = 6,  // the planes meet in a line
+    APlane_PlanesParallel = 7,  // parallel and apart
+    APlane_PlanesSame = 8,      // the same plane
 };
 
 struct TriPointsAnalysis {
@@ -99,7 +99,7 @@ struct PlanePlaneAnalysis {
 };
 
 class Analysis {
-public:
+  public:
     static TriPointsAnalysis TriPoints(const Point& P1, const Point& P2, const Point& P3);
     static PointLineAnalysis PointLine(const Point& P, const Point& A, const Point& b);
     static PointPlaneAnalysis PointPlane(const Point& P, const Point& A, const Point& b, const Point& C);

@@ -16,10 +16,14 @@ double CheckRadius(double radius, const char* member) {
     return radius;
 }
 
-Point OnPlane(double x, double y, double z) { return {x, y, z}; }
+Point OnPlane(double x, double y, double z) {
+    return {x, y, z};
+}
 
 // sqrt(r^2 - h^2) formed as a product, which keeps its digits when h is close to r.
-double HalfChord(double r, double h) { return std::sqrt(std::max(0.0, (r - h) * (r + h))); }
+double HalfChord(double r, double h) {
+    return std::sqrt(std::max(0.0, (r - h) * (r + h)));
+}
 
 }  // namespace
 
@@ -47,7 +51,8 @@ CircleIntersection Circles::LineCircle(const Point& A, const Point& b, const Poi
     return result;
 }
 
-CircleIntersection Circles::CircleCircle(const Point& Center1, double Radius1, const Point& Center2, double Radius2) {
+CircleIntersection Circles::CircleCircle(const Point& Center1, double Radius1, const Point& Center2,
+                                         double Radius2) {
     constexpr const char* member = "Intersect_Circle_Circle";
     const V3 c1 = ReadV3(Center1, member), c2 = ReadV3(Center2, member);
     const double r1 = CheckRadius(Radius1, member), r2 = CheckRadius(Radius2, member);
@@ -79,7 +84,8 @@ CircleIntersection Circles::CircleCircle(const Point& Center1, double Radius1, c
     return result;
 }
 
-bool Circles::Through3Points(const Point& P1, const Point& P2, const Point& P3, Point& Center, double& Radius) {
+bool Circles::Through3Points(const Point& P1, const Point& P2, const Point& P3, Point& Center,
+                             double& Radius) {
     Center.clear();
     Radius = 0;
     if (Analysis::TriPoints(P1, P2, P3).result != A3P_Triangle) return false;

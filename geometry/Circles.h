@@ -14,7 +14,7 @@ struct CircleIntersection {
 };
 
 class Circles {
-public:
+  public:
     // A radius that is not positive raises 2411 "<member> fails: the radius must be positive"; a
     // line whose two points coincide raises 2411 "... the line's two points coincide".
     static CircleIntersection LineCircle(const Point& A, const Point& b, const Point& Center, double Radius);
@@ -22,7 +22,8 @@ public:
                                            double Radius2);
     // The circle through three points in space (its centre lies in their plane). False, with Center
     // emptied and Radius 0, when the points form no triangle (Analysis::TriPoints decides).
-    static bool Through3Points(const Point& P1, const Point& P2, const Point& P3, Point& Center, double& Radius);
+    static bool Through3Points(const Point& P1, const Point& P2, const Point& P3, Point& Center,
+                               double& Radius);
 };
 
 }  // namespace tgp

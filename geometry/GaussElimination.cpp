@@ -20,7 +20,9 @@ Pair Load(const double* p) {
     return v;
 }
 
-void Store(double* p, Pair v) { std::memcpy(p, &v, sizeof v); }
+void Store(double* p, Pair v) {
+    std::memcpy(p, &v, sizeof v);
+}
 
 constexpr int kTileRows = 4;
 constexpr int kTileColumns = 8;
@@ -52,8 +54,8 @@ void UpdateTile4(double* const rows[kTileRows], const double* f, const double* u
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 // The same with four doubles a register, for processors with AVX: a multiplication and a
 // subtraction per lane, each rounded, exactly as above (no fused multiply-add).
-__attribute__((target("avx"))) void UpdateTile8Avx(double* const rows[kTileRows], const double* f, const double* u,
-                                                   int steps) {
+__attribute__((target("avx"))) void UpdateTile8Avx(double* const rows[kTileRows], const double* f,
+                                                   const double* u, int steps) {
     typedef double Quad __attribute__((vector_size(32)));
     Quad c[kTileRows][2];
     for (int r = 0; r < kTileRows; ++r) {
@@ -82,7 +84,9 @@ bool HasAvx() {
 }
 #else
 void UpdateTile8Avx(double* const*, const double*, const double*, int) {}
-bool HasAvx() { return false; }
+bool HasAvx() {
+    return false;
+}
 #endif
 
 // Four rows by eight columns: one AVX tile, or two SSE2 ones.
@@ -271,7 +275,8 @@ void GaussElimination::UpdateTrailingColumns(int k0, int end, int steps) {
             double* rows[kTileRows];
             for (int c = 0; c < strips; ++c) {
                 for (int r = 0; r < kTileRows; ++r) rows[r] = Row(i + r) + from + c * kTileColumns;
-                UpdateTile(rows, f, &packedRows_[static_cast<std::size_t>(c) * steps * kTileColumns], steps, avx);
+                UpdateTile(rows, f, &packedRows_[static_cast<std::size_t>(c) * steps * kTileColumns], steps,
+                           avx);
             }
             for (int r = 0; r < kTileRows; ++r) UpdateRowRange(i + r, k0, steps, tiled, to);
         }
@@ -304,7 +309,8 @@ int GaussElimination::PackDenseStripMultipliers(int first, int steps) {
 
 // --- Back substitution --------------------------------------------------------------------------
 
-std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int columns, const std::vector<double>& z) {
+std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int columns,
+                                   const std::vector<double>& z) {
     std::vector<double> x(static_cast<std::size_t>(n));
     for (int i = n - 1; i >= 0; --i) {
         if (static_cast<std::size_t>(i) >= z.size()) throw Error::SubscriptOutOfRange();

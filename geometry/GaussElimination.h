@@ -21,7 +21,7 @@ namespace tgp {
 // than it is tall has no column n - 1; the elimination fails with error 9 at the first step that
 // would touch a missing column, which is what indexing the stored array does.
 class GaussElimination {
-public:
+  public:
     struct Result {
         double determinant;
         bool completed;  // false when it stopped at a column with no non-zero pivot
@@ -42,7 +42,7 @@ public:
 
     Result Run();
 
-private:
+  private:
     double* Row(int i) const { return a_ + static_cast<std::size_t>(i) * columns_; }
     double& Y(int i) const;
     void RequireAllColumns() const;
@@ -68,12 +68,13 @@ private:
     // alone at that step (its entry was exactly 0).
     std::vector<double> multipliers_;
     std::vector<std::uint8_t> leftAlone_;
-    std::vector<double> packedRows_;         // the pivot rows' part of one column block, by strips of four columns
+    std::vector<double> packedRows_;  // the pivot rows' part of one column block, by strips of four columns
     std::vector<double> packedMultipliers_;  // four rows' multipliers, step by step, by strips of four rows
     std::vector<const double*> stripMultipliers_;  // per strip: its packed multipliers, or nullptr
 };
 
 // x with U.x = z for the upper-triangular leading n x n block of U (row stride `columns`).
-std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int columns, const std::vector<double>& z);
+std::vector<double> BackSubstitute(const std::vector<double>& u, int n, int columns,
+                                   const std::vector<double>& z);
 
 }  // namespace tgp

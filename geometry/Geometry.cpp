@@ -14,7 +14,8 @@ namespace tgp {
 
 namespace {
 
-constexpr const char* kNoTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
+constexpr const char* kNoTriangle =
+    "Function Area_3Distances fails: the given lengths do not form a triangle";
 
 // The library's own choice where the published loop would never end (an angle so large that
 // subtracting a turn no longer changes it, or an infinity): one remainder. NaN stays NaN.
@@ -43,10 +44,12 @@ std::optional<double> SubtractWhileAbove(double x, double step, double limit) {
         x = next;
         if (x < low || x <= limit) continue;  // left the binade, or the loop is over
         const double q = step / u, whole = std::floor(q), fraction = q - whole;
-        const double d = fraction < 0.5 ? whole : fraction > 0.5 ? whole + 1 : (std::fmod(whole, 2) == 0 ? whole : whole + 1);
+        const double d = fraction < 0.5   ? whole
+                         : fraction > 0.5 ? whole + 1
+                                          : (std::fmod(whole, 2) == 0 ? whole : whole + 1);
         if (d == 0) return std::nullopt;
-        const double n = x / u, nLow = low / u;  // whole numbers below 2^53
-        double steps = std::floor((n - nLow) / d);                       // staying in the binade
+        const double n = x / u, nLow = low / u;     // whole numbers below 2^53
+        double steps = std::floor((n - nLow) / d);  // staying in the binade
         if (limit >= low) steps = std::min(steps, std::ceil((n - limit / u) / d));  // until x <= limit
         x = (n - steps * d) * u;
     }
@@ -94,11 +97,17 @@ void BuildRotationFrame(const Point& point, const Point& Org, const Point& Uz, R
 
 }  // namespace
 
-double Geometry::pi() { return kPi; }
+double Geometry::pi() {
+    return kPi;
+}
 
-double Geometry::DegToRad(double Angle) { return CheckFinite((Angle / 180) * pi()); }
+double Geometry::DegToRad(double Angle) {
+    return CheckFinite((Angle / 180) * pi());
+}
 
-double Geometry::DegFromRad(double Angle) { return CheckFinite((Angle / pi()) * 180); }
+double Geometry::DegFromRad(double Angle) {
+    return CheckFinite((Angle / pi()) * 180);
+}
 
 // Subtract the turn while above it, then add it while below 0, exactly as those loops do, whatever
 // the size of the angle.

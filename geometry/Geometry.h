@@ -7,12 +7,11 @@
 
 namespace tgp {
 
-
 // The global Geometry class: angle functions, triangle and tetrahedron measurement and point
 // rotation. All members are static. Angles are radians, and pi is the shortened literal
 // 3.14159265358979 everywhere, as results are reproduced with it.
 class Geometry {
-public:
+  public:
     static double pi();
     // (Angle / 180) * pi and (Angle / pi) * 180, in that order of operations.
     static double DegToRad(double Angle);

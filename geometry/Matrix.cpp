@@ -32,7 +32,9 @@ std::shared_ptr<Matrix> NewMatrix(int rows, int columns) {
     return result;
 }
 
-void ShowCodeOnHold() { ShowMessage("Code On Hold ^^", "Tessary World"); }
+void ShowCodeOnHold() {
+    ShowMessage("Code On Hold ^^", "Tessary World");
+}
 
 // Seconds since the given Timer reading, written only when the caller asked for it.
 void StoreElapsed(double* elapsed, double start) {
@@ -41,7 +43,8 @@ void StoreElapsed(double* elapsed, double start) {
 
 // Copies the leading n x n block at `source` (row stride `columns`) without row `skipRow` and column
 // `skipCol` into `minor`.
-void FillMinor(const double* source, int n, int columns, int skipRow, int skipCol, std::vector<double>& minor) {
+void FillMinor(const double* source, int n, int columns, int skipRow, int skipCol,
+               std::vector<double>& minor) {
     double* out = minor.data();
     for (int p = 0; p < n; ++p) {
         if (p == skipRow) continue;
@@ -63,7 +66,8 @@ Array2DData::Array2DData(int rowCount, int colCount, std::vector<double> values)
     : rows(rowCount), cols(colCount), data(std::move(values)) {}
 
 Array2DData::Array2DData(std::initializer_list<std::initializer_list<double>> rowList)
-    : rows(static_cast<int>(rowList.size())), cols(rowList.size() ? static_cast<int>(rowList.begin()->size()) : 0) {
+    : rows(static_cast<int>(rowList.size())),
+      cols(rowList.size() ? static_cast<int>(rowList.begin()->size()) : 0) {
     data.reserve(static_cast<std::size_t>(rows) * cols);
     for (const auto& row : rowList) {
         if (static_cast<int>(row.size()) != cols) throw Error::TypeMismatch();
@@ -91,7 +95,8 @@ void Matrix::Reset(std::optional<int> RowCount, std::optional<int> ColumnCount) 
     ClearCaches();
     const int rows = RowCount.value_or(rowCount_);
     const int columns = ColumnCount.value_or(rowCount_);  // the row count, as published
-    if (rows <= 0 || columns <= 0) ThrowLibraryError("Matrix Reset fail: RowCount and ColumnCount must be greater than 0");
+    if (rows <= 0 || columns <= 0)
+        ThrowLibraryError("Matrix Reset fail: RowCount and ColumnCount must be greater than 0");
     const int16_t newRows = ToCount(rows);
     const int16_t newColumns = ToCount(columns);
     // A new buffer rather than assign: shrinking from 32767 x 32767 gives the 8 GB back at once.
@@ -117,7 +122,8 @@ void Matrix::Array2D(const Array2DData& newArray) {
 }
 
 void Matrix::Array2DPaste(const Array2DData& newArray, bool IgnoreError, bool /*ShrinkToFit*/) {
-    static constexpr const char* kDoesNotFit = "Matrix Array2DPaste procedure fails: the array's dimensions donot fit";
+    static constexpr const char* kDoesNotFit =
+        "Matrix Array2DPaste procedure fails: the array's dimensions donot fit";
     int lastRow = newArray.rows - 1;
     if (lastRow >= rowCount_) {
         if (!IgnoreError) ThrowLibraryError(kDoesNotFit);
@@ -155,7 +161,8 @@ void Matrix::LetColumn(const std::vector<double>& newColumn, int colIndex, bool 
     if (colIndex >= columnCount_) ThrowLibraryError("The LetColumn routine index is out of range");
     int last = static_cast<int>(newColumn.size()) - 1;
     if (last >= rowCount_) {
-        if (!IgnoreError) ThrowLibraryError("Matrix LetColumn procedure fails: the given new Coulumn does not fit");
+        if (!IgnoreError)
+            ThrowLibraryError("Matrix LetColumn procedure fails: the given new Coulumn does not fit");
         last = rowCount_ - 1;
     }
     if (last >= 0 && colIndex < 0) throw Error::SubscriptOutOfRange();
@@ -163,7 +170,9 @@ void Matrix::LetColumn(const std::vector<double>& newColumn, int colIndex, bool 
     ClearCaches();
 }
 
-Array2DData Matrix::Array2D() const { return {rowCount_, columnCount_, std::vector<double>(data_.begin(), data_.end())}; }
+Array2DData Matrix::Array2D() const {
+    return {rowCount_, columnCount_, std::vector<double>(data_.begin(), data_.end())};
+}
 
 std::vector<double> Matrix::Row(int Index) const {
     if (Index < 0 || Index >= rowCount_ || columnCount_ == 0) ThrowLibraryError(kRowIndexOutOfRange);
@@ -179,12 +188,14 @@ std::vector<double> Matrix::Column(int Index) const {
 }
 
 double Matrix::Item(int i, int j) const {
-    if (!Contains(i, j)) ThrowLibraryError("Matrix Get Item property fails: the given Index i, j are out of range");
+    if (!Contains(i, j))
+        ThrowLibraryError("Matrix Get Item property fails: the given Index i, j are out of range");
     return At(i, j);
 }
 
 void Matrix::LetItem(int i, int j, double newvalue) {
-    if (!Contains(i, j)) ThrowLibraryError("Matrix LetItem routine fails: the given Index i, j are out of range");
+    if (!Contains(i, j))
+        ThrowLibraryError("Matrix LetItem routine fails: the given Index i, j are out of range");
     At(i, j) = newvalue;
     ClearCaches();
 }
@@ -219,7 +230,8 @@ std::shared_ptr<Matrix> Matrix::GetSubMatrix(int rowA, int rowB, int ColumnA, in
     return result;
 }
 
-std::shared_ptr<Matrix> Matrix::GetSubMatrixByRemoveRowCol(int RemoveRow, int RemoveCol, bool IgnoreErr) const {
+std::shared_ptr<Matrix> Matrix::GetSubMatrixByRemoveRowCol(int RemoveRow, int RemoveCol,
+                                                           bool IgnoreErr) const {
     const bool removesRow = RemoveRow < rowCount_ && RemoveRow > 0;
     const bool removesColumn = RemoveCol < rowCount_ && RemoveCol > 0;  // the row count, as published
     if ((!removesRow || !removesColumn) && !IgnoreErr)
@@ -247,7 +259,8 @@ std::shared_ptr<Matrix> Matrix::RoundUp(int nDigit) const {
 std::shared_ptr<Matrix> Matrix::Product(const Matrix& argMatrix) const {
     if (columnCount_ != argMatrix.rowCount_)
         ThrowLibraryError(
-            "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of Rows of the "
+            "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of Rows "
+            "of the "
             "second Matrix");
     auto result = NewMatrix(rowCount_, argMatrix.columnCount_);
     for (int i = 0; i < rowCount_; ++i) {
@@ -284,7 +297,8 @@ std::shared_ptr<Matrix> Matrix::PlusWithMatrix(const Matrix& argMatrix, bool Sub
         ThrowLibraryError("PlucWithMatrix routine fails: the Matrixes donot have the same size");
     auto result = NewMatrix(rowCount_, columnCount_);
     for (std::size_t k = 0; k < data_.size(); ++k)
-        result->data_[k] = CheckFinite(SubtractFlag ? data_[k] - argMatrix.data_[k] : data_[k] + argMatrix.data_[k]);
+        result->data_[k] =
+            CheckFinite(SubtractFlag ? data_[k] - argMatrix.data_[k] : data_[k] + argMatrix.data_[k]);
     return result;
 }
 
@@ -300,7 +314,8 @@ std::shared_ptr<Matrix> Matrix::PlusWithNumber(double realNumber) const {
 double Matrix::Det(double* /*ElapsedTime*/, Array2DData* GaussMatrix) {
     if (cachedDeterminant_) return *cachedDeterminant_;
     Array2DData eliminated = Array2D();
-    const GaussElimination::Result result = GaussElimination(eliminated.data.data(), rowCount_, columnCount_, nullptr).Run();
+    const GaussElimination::Result result =
+        GaussElimination(eliminated.data.data(), rowCount_, columnCount_, nullptr).Run();
     CheckFinite(result.determinant);  // an overflowing product of pivots is not a determinant
     if (result.completed && GaussMatrix) {
         CheckAllFinite(eliminated.data);
@@ -316,7 +331,8 @@ void Matrix::BuildInverse() {
     cachedInverse_ = std::make_shared<Matrix>();
     const int n = rowCount_;
     std::vector<double> work(data_.begin(), data_.end());
-    const double determinant = CheckFinite(GaussElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
+    const double determinant =
+        CheckFinite(GaussElimination(work.data(), n, columnCount_, nullptr).Run().determinant);
     if (determinant == 0) return;
     Array2DData inverse(n, n);
     const std::size_t minorSide = n > 0 ? static_cast<std::size_t>(n - 1) : 0;
@@ -324,7 +340,8 @@ void Matrix::BuildInverse() {
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < n; ++j) {
             FillMinor(data_.data(), n, columnCount_, i, j, minor);
-            const double minorDeterminant = GaussElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
+            const double minorDeterminant =
+                GaussElimination(minor.data(), n - 1, n - 1, nullptr).Run().determinant;
             inverse(j, i) = CheckFinite(std::pow(-1.0, i + j) * minorDeterminant / determinant);
         }
     }
@@ -359,9 +376,11 @@ std::optional<std::vector<double>> Matrix::SolveWithGaussMethod(const std::vecto
     const double start = Timer();
     std::vector<double> eliminated(data_.begin(), data_.end());
     std::vector<double> y = YVector;
-    const double determinant = GaussElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
+    const double determinant =
+        GaussElimination(eliminated.data(), rowCount_, columnCount_, &y).Run().determinant;
     std::optional<std::vector<double>> x;
-    if (CheckFinite(determinant) != 0) x = CheckAllFinite(BackSubstitute(eliminated, rowCount_, columnCount_, y));
+    if (CheckFinite(determinant) != 0)
+        x = CheckAllFinite(BackSubstitute(eliminated, rowCount_, columnCount_, y));
     StoreElapsed(ElapsedTime, start);
     return x;
 }
@@ -382,8 +401,12 @@ std::shared_ptr<Matrix> Matrix::InverseWithExcelMethod(double* /*ElapsedTime*/) 
     return nullptr;
 }
 
-void Matrix::DisplayOnExcelWorksheet() const { ShowCodeOnHold(); }
+void Matrix::DisplayOnExcelWorksheet() const {
+    ShowCodeOnHold();
+}
 
-void Matrix::PrintToTextFile(const std::string& /*FileName*/) const { ShowCodeOnHold(); }
+void Matrix::PrintToTextFile(const std::string& /*FileName*/) const {
+    ShowCodeOnHold();
+}
 
 }  // namespace tgp

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <initializer_list>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
-#include <cstdlib>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -41,7 +41,7 @@ struct Array2DData {
 // zeroed the elements when a later element store fails). Every member that changes elements clears
 // the cached determinant and the cached inverse.
 class Matrix {
-public:
+  public:
     // Re-dimensions to RowCount x ColumnCount zeros. A missing RowCount keeps the row count; a
     // missing ColumnCount ALSO takes the current row count (kept as published).
     void Reset(std::optional<int> RowCount = std::nullopt, std::optional<int> ColumnCount = std::nullopt);
@@ -96,14 +96,15 @@ public:
                                                             double* ElapsedTime = nullptr) const;
     // x = Inverse . YVector through the cached inverse; nullopt (Empty) when singular. A YVector of
     // the wrong length fails as MultiplyWithVector does.
-    std::optional<std::vector<double>> Solve(const std::vector<double>& YVector, double* ElapsedTime = nullptr);
+    std::optional<std::vector<double>> Solve(const std::vector<double>& YVector,
+                                             double* ElapsedTime = nullptr);
 
     // Placeholders: they show "Code On Hold ^^" (title "Tessary World") and do nothing else.
     std::shared_ptr<Matrix> InverseWithExcelMethod(double* ElapsedTime = nullptr) const;
     void DisplayOnExcelWorksheet() const;
     void PrintToTextFile(const std::string& FileName) const;
 
-private:
+  private:
     double& At(int i, int j) { return data_[static_cast<std::size_t>(i) * columnCount_ + j]; }
     double At(int i, int j) const { return data_[static_cast<std::size_t>(i) * columnCount_ + j]; }
     bool Contains(int i, int j) const { return i >= 0 && i < rowCount_ && j >= 0 && j < columnCount_; }
@@ -134,7 +135,7 @@ private:
     };
     using Storage = std::vector<double, ZeroPageAllocator<double>>;
 
-    Storage data_;  // row-major, rowCount_ * columnCount_
+    Storage data_;                             // row-major, rowCount_ * columnCount_
     std::shared_ptr<Matrix> cachedInverse_;    // null until built; 0 x 0 when singular
     std::optional<double> cachedDeterminant_;  // nullopt until computed
 };

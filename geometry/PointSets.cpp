@@ -19,7 +19,9 @@ std::vector<V3> ReadAll(const PointList& points, const char* member) {
 }
 
 // Twice the signed area of o, a, b: positive when they turn counter-clockwise.
-double Turn(const V3& o, const V3& a, const V3& b) { return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x); }
+double Turn(const V3& o, const V3& a, const V3& b) {
+    return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x);
+}
 
 }  // namespace
 
@@ -43,8 +45,10 @@ Point PointSets::Centroid(const PointList& Points) {
 PointList PointSets::ConvexHull(const PointList& Points) {
     std::vector<V3> points = ReadAll(Points, "Points_ConvexHull");
     for (V3& p : points) p.z = 0;
-    std::sort(points.begin(), points.end(), [](const V3& a, const V3& b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
-    points.erase(std::unique(points.begin(), points.end(), [](const V3& a, const V3& b) { return a.x == b.x && a.y == b.y; }),
+    std::sort(points.begin(), points.end(),
+              [](const V3& a, const V3& b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+    points.erase(std::unique(points.begin(), points.end(),
+                             [](const V3& a, const V3& b) { return a.x == b.x && a.y == b.y; }),
                  points.end());
     if (points.size() < 3) {
         PointList ends;
@@ -88,7 +92,8 @@ PointList PointSets::SortAlong(const PointList& Points, const Point& Direction) 
     constexpr const char* member = "Points_SortAlong";
     const std::vector<V3> points = ReadAll(Points, member);
     const V3 direction = ReadV3(Direction, member);
-    if (direction.Length() == 0) ThrowLibraryError(std::string(member) + " fails: the direction is a zero vector");
+    if (direction.Length() == 0)
+        ThrowLibraryError(std::string(member) + " fails: the direction is a zero vector");
     std::vector<std::size_t> order(points.size());
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
@@ -117,7 +122,8 @@ double PointSets::InterpolateTable(double X, const std::vector<double>& Xs, cons
         if (!std::isfinite(Xs[i]) || !std::isfinite(Ys[i])) throw Error::InvalidProcedureCall();
         if (i > 0 && !(Xs[i] > Xs[i - 1])) ThrowLibraryError(fails + "the abscissae do not increase");
     }
-    if (!Extrapolate && (X < Xs.front() || X > Xs.back())) ThrowLibraryError(fails + "X lies outside the table");
+    if (!Extrapolate && (X < Xs.front() || X > Xs.back()))
+        ThrowLibraryError(fails + "X lies outside the table");
     // The piece [Xs[i], Xs[i + 1]] that holds X (the first or last piece beyond the ends).
     const auto upper = std::upper_bound(Xs.begin() + 1, Xs.end() - 1, X);
     const std::size_t i = static_cast<std::size_t>(upper - Xs.begin()) - 1;

@@ -13,7 +13,7 @@ namespace tgp {
 using PointList = std::vector<Point>;
 
 class PointSets {
-public:
+  public:
     // The smallest and largest coordinate in each direction.
     static void BoundingBox(const PointList& Points, Point& MinPoint, Point& MaxPoint);
     // The mean of the points.

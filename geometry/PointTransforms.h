@@ -8,7 +8,7 @@
 namespace tgp {
 
 class PointTransforms {
-public:
+  public:
     static PointList Move(const PointList& Points, const Point& Displacement);
     // About BasePoint by Factor (any finite factor; 0 gathers every point at the base, a negative
     // one also turns them half round).

@@ -37,11 +37,17 @@ UCS::UCS() : axisMatrix_(std::make_shared<tgp::Matrix>()) {
     for (int i = 0; i < 3; ++i) axisMatrix_->LetItem(i, i, 1);
 }
 
-void UCS::UnitID(std::int16_t value) { unitID_ = value; }
+void UCS::UnitID(std::int16_t value) {
+    unitID_ = value;
+}
 
-std::shared_ptr<UCS> UCS::Parent() const { return parent_ ? parent_ : Create(); }
+std::shared_ptr<UCS> UCS::Parent() const {
+    return parent_ ? parent_ : Create();
+}
 
-std::shared_ptr<tgp::Matrix> UCS::Matrix() const { return axisMatrix_->Copy(); }
+std::shared_ptr<tgp::Matrix> UCS::Matrix() const {
+    return axisMatrix_->Copy();
+}
 
 void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, const Point* newUz,
                  std::shared_ptr<UCS> Parent) {
@@ -59,7 +65,8 @@ void UCS::SetUCS(const Point& newOrg, const Point& newUx, const Point& newUy, co
         // Parallel or opposite axes span no plane: their normal is the zero vector, which fails as
         // UnitVec fails for it rather than leaving a system that collapses every point.
         const Point normal = Vector::vxv(ux_, uy_);
-        if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0) ThrowLibraryError("Vector unitvec(u) = u = 0");
+        if (normal[0] == 0 && normal[1] == 0 && normal[2] == 0)
+            ThrowLibraryError("Vector unitvec(u) = u = 0");
         uz_ = normal;
     }
     StoreOriginAndMatrix(newOrg);
@@ -169,7 +176,9 @@ std::shared_ptr<UCS> UCS::Copy() const {
     return copy;
 }
 
-bool UCS::ParallelTo(const UCS& ExUCS) const { return Vector::IsParallel(ExUCS.Uz(), uz_); }
+bool UCS::ParallelTo(const UCS& ExUCS) const {
+    return Vector::IsParallel(ExUCS.Uz(), uz_);
+}
 
 void UCS::TranslateMyUCSToWorld(UCS& MyUCS) const {
     UCS world;

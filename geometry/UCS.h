@@ -15,7 +15,7 @@ class Matrix;
 // length unit of its own coordinates, an optional parent system and a label. Held by shared_ptr;
 // Copy gives an independent system.
 class UCS : public std::enable_shared_from_this<UCS> {
-public:
+  public:
     UCS();
     static std::shared_ptr<UCS> Create() { return std::make_shared<UCS>(); }
     UCS(const UCS&) = delete;
@@ -105,7 +105,7 @@ public:
     // taken in UnknownUCS's unit. UnknownUCS.TranslateMyUCSToWorld(MyImgUCS) undoes it.
     void RetrieveUCS_SeeMeAs(UCS& UnknownUCS, UCS& MyImgUCS) const;
 
-private:
+  private:
     // The origin as a point of at least three elements (9 "Subscript out of range" otherwise, 13
     // when it is not an array at all).
     const Point& OriginPoint() const;

@@ -47,7 +47,9 @@ Point Vector::vplusv(const Point& V1, const Point& V2) {
     return vplusv(std::span<const Point>(items));
 }
 
-Point Vector::vminusv(const Point& V1, const Point& V2) { return vplusv(V1, vxr(V2, -1)); }
+Point Vector::vminusv(const Point& V1, const Point& V2) {
+    return vplusv(V1, vxr(V2, -1));
+}
 
 Point Vector::vxr(const Point& v, double r) {
     Point scaled(v);
@@ -74,7 +76,9 @@ double Vector::PlaneTurn(double vx, double vy, double wx, double wy) {
     return d;
 }
 
-double Vector::vAngle(const Point& v) { return PlaneAngle(Element(v, 0), Element(v, 1)); }
+double Vector::vAngle(const Point& v) {
+    return PlaneAngle(Element(v, 0), Element(v, 1));
+}
 
 double Vector::vAngle(const Point& v, const Point& V1) {
     return PlaneTurn(Element(v, 0), Element(v, 1), Element(V1, 0), Element(V1, 1));
@@ -86,7 +90,9 @@ double Vector::vLength(const Point& A) {
     return CheckFinite(std::sqrt(squares));
 }
 
-double Vector::vLength(const Point& A, const Point& b) { return vLength(vminusv(b, A)); }
+double Vector::vLength(const Point& A, const Point& b) {
+    return vLength(vminusv(b, A));
+}
 
 Point Vector::vRotate(const Point& v, double r) {
     // A plane operation: z takes no part, neither in the angle nor in the length.
@@ -141,7 +147,9 @@ Point Vector::UnitVec(Point u) {
     return vxr(u, 1 / length);
 }
 
-Point Vector::UnitVec(const Point& u, const Point& PointB) { return UnitVec(VectorAB(u, PointB)); }
+Point Vector::UnitVec(const Point& u, const Point& PointB) {
+    return UnitVec(VectorAB(u, PointB));
+}
 
 void Vector::RoundZeroVector(Point& v, double& fuzz) {
     if (fuzz == 0) fuzz = kDefaultTolerance;
@@ -171,9 +179,13 @@ Point Vector::AssocVector(Point Fvector, const Point& u, const Point& v, const P
     }
 }
 
-Point Vector::VectorAB(const Point& A, const Point& b) { return vminusv(b, A); }
+Point Vector::VectorAB(const Point& A, const Point& b) {
+    return vminusv(b, A);
+}
 
-Point Vector::ConvertVariantToArray(const Point& P) { return P; }
+Point Vector::ConvertVariantToArray(const Point& P) {
+    return P;
+}
 
 bool Vector::IsParallel(const Point& V1, const Point& V2) {
     return BelowDirectionTolerance(vLength(vxv(V1, V2)), V1, V2);

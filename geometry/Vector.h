@@ -17,7 +17,7 @@ namespace tgp {
 // so the runtime's type mismatch (13) for a non-array argument is raised by the automation layer
 // while it converts the argument, before any member runs.
 class Vector {
-public:
+  public:
     // Sum of all items. Each partial sum is as long as the longer operand, but only the indices
     // both operands share are added: the tail beyond the shorter one stays 0 ((1,2,3)+(1,1) is
     // (2,3,0)). No items raises error 9.

@@ -15,7 +15,9 @@ constexpr std::string_view kTag = "InertiaBlock/";
 constexpr int kVersion = 1;
 constexpr double kUnitTolerance = 1e-9;
 
-[[noreturn]] void Fault(const std::string& what) { ThrowLibraryError("InitFromText: " + what); }
+[[noreturn]] void Fault(const std::string& what) {
+    ThrowLibraryError("InitFromText: " + what);
+}
 
 // 'text' (built by appending: GCC 12 misreads "'" + std::string(...) as an overlapping copy).
 std::string Quote(std::string_view text) {
@@ -52,9 +54,12 @@ std::vector<std::string_view> Words(std::string_view text) {
     std::vector<std::string_view> words;
     std::size_t i = 0;
     while (i < text.size()) {
-        while (i < text.size() && (text[i] == ' ' || text[i] == '\t' || text[i] == '\r' || text[i] == '\n')) ++i;
+        while (i < text.size() && (text[i] == ' ' || text[i] == '\t' || text[i] == '\r' || text[i] == '\n'))
+            ++i;
         std::size_t end = i;
-        while (end < text.size() && text[end] != ' ' && text[end] != '\t' && text[end] != '\r' && text[end] != '\n') ++end;
+        while (end < text.size() && text[end] != ' ' && text[end] != '\t' && text[end] != '\r' &&
+               text[end] != '\n')
+            ++end;
         if (end > i) words.push_back(text.substr(i, end - i));
         i = end;
     }
@@ -64,7 +69,8 @@ std::vector<std::string_view> Words(std::string_view text) {
 double Number(std::string_view name, std::string_view token) {
     double value = 0;
     const auto result = std::from_chars(token.data(), token.data() + token.size(), value);
-    if (token.empty() || result.ec != std::errc() || result.ptr != token.data() + token.size() || !std::isfinite(value)) {
+    if (token.empty() || result.ec != std::errc() || result.ptr != token.data() + token.size() ||
+        !std::isfinite(value)) {
         Fault(Quote(name) + " is not a finite number: " + Quote(token));
     }
     return value;
@@ -87,17 +93,21 @@ std::array<double, 3> Triple(std::string_view name, std::string_view token) {
 
 // The version from the leading tag "InertiaBlock/<n>".
 void CheckTag(std::string_view first) {
-    if (first.substr(0, kTag.size()) != kTag) Fault("not the text of an InertiaBlock (it starts with 'InertiaBlock/1')");
+    if (first.substr(0, kTag.size()) != kTag)
+        Fault("not the text of an InertiaBlock (it starts with 'InertiaBlock/1')");
     const std::string_view version = first.substr(kTag.size());
     int n = 0;
     const auto result = std::from_chars(version.data(), version.data() + version.size(), n);
     if (result.ec != std::errc() || result.ptr != version.data() + version.size()) {
         Fault("the version " + Quote(version) + " is not a number");
     }
-    if (n != kVersion) Fault("version " + std::string(version) + " is not known (this library reads version 1)");
+    if (n != kVersion)
+        Fault("version " + std::string(version) + " is not known (this library reads version 1)");
 }
 
-double Length(const std::array<double, 3>& v) { return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]); }
+double Length(const std::array<double, 3>& v) {
+    return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+}
 
 void CheckAxes(const BlockFields& f) {
     if (f.ux[2] != 0 || f.uy[2] != 0) Fault("the axes must lie in the XY plane (a z of 0)");
@@ -136,9 +146,11 @@ BlockFields ReadBlockText(std::string_view text) {
         if (!values.emplace(name, words[i].substr(equals + 1)).second) Fault(Quote(name) + " appears twice");
     }
     BlockFields f;
-    const std::pair<const char*, double*> numbers[] = {{"A", &f.area}, {"P", &f.perimeter}, {"Ix", &f.ix},
-                                                       {"Iy", &f.iy}, {"Ixy", &f.ixy}, {"E", &f.modulus}};
-    const std::pair<const char*, std::array<double, 3>*> triples[] = {{"C", &f.centroid}, {"Ux", &f.ux}, {"Uy", &f.uy}};
+    const std::pair<const char*, double*> numbers[] = {{"A", &f.area},  {"P", &f.perimeter},
+                                                       {"Ix", &f.ix},   {"Iy", &f.iy},
+                                                       {"Ixy", &f.ixy}, {"E", &f.modulus}};
+    const std::pair<const char*, std::array<double, 3>*> triples[] = {
+        {"C", &f.centroid}, {"Ux", &f.ux}, {"Uy", &f.uy}};
     auto take = [&](const char* name) {
         const auto found = values.find(name);
         if (found == values.end()) Fault(Quote(name) + " is missing");

@@ -14,7 +14,8 @@ struct BlockFields {
 };
 
 // The one-line text form, version 1:
-//   InertiaBlock/1 A=1000 P=220 Ix=8333.333333333334 Iy=833333.3333333334 Ixy=0 C=50,5,0 Ux=1,0,0 Uy=0,1,0 E=0
+//   InertiaBlock/1 A=1000 P=220 Ix=8333.333333333334 Iy=833333.3333333334 Ixy=0 C=50,5,0 Ux=1,0,0 Uy=0,1,0
+//   E=0
 // Every number in the shortest form that reads back to the same Double, with a decimal point
 // whatever the locale, so that a block read back is bit for bit the block written.
 std::string WriteBlockText(const BlockFields& fields);

@@ -39,7 +39,9 @@ void ChordFrame::PointAt(double phi, double& u, double& v) const {
     v = 2 * a / s * std::sin((theta + phi) / 2) * std::sin((theta - phi) / 2);  // R (cos phi − cos theta)
 }
 
-double ChordFrame::AngleOf(double u, double v) const { return std::atan2(kappa * u, kappa * v + c); }
+double ChordFrame::AngleOf(double u, double v) const {
+    return std::atan2(kappa * u, kappa * v + c);
+}
 
 bool ChordFrame::ExtremeTowards(const PlanePoint& e, PlanePoint& point) const {
     const double eu = e[0] * tx + e[1] * ty, ev = e[0] * wx + e[1] * wy;

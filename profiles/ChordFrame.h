@@ -13,13 +13,13 @@ namespace tgp {
 // every quantity below stays well conditioned for every bulge. (Scaled by kappa, F / 2 is close to the
 // signed distance from the circle near the arc.)
 struct ChordFrame {
-    PlanePoint m;    // chord midpoint
-    double tx, ty;   // unit chord direction, A to B
-    double wx, wy;   // unit normal towards the arc
-    double a;        // half chord
-    double kappa;    // curvature
-    double s, c;     // sin and cos of the half included angle
-    double theta;    // half included angle, in (0, pi)
+    PlanePoint m;   // chord midpoint
+    double tx, ty;  // unit chord direction, A to B
+    double wx, wy;  // unit normal towards the arc
+    double a;       // half chord
+    double kappa;   // curvature
+    double s, c;    // sin and cos of the half included angle
+    double theta;   // half included angle, in (0, pi)
 
     // The frame of the arc from A to B with the signed included angle Alfa (not 0); A ≠ B.
     static ChordFrame Of(const PlanePoint& A, const PlanePoint& B, double Alfa);
@@ -28,7 +28,9 @@ struct ChordFrame {
     double V(const PlanePoint& p) const { return (p[0] - m[0]) * wx + (p[1] - m[1]) * wy; }
     PlanePoint World(double u, double v) const { return {m[0] + u * tx + v * wx, m[1] + u * ty + v * wy, 0}; }
     // A frame direction (du, dv) as a world direction.
-    PlanePoint WorldDirection(double du, double dv) const { return {du * tx + dv * wx, du * ty + dv * wy, 0}; }
+    PlanePoint WorldDirection(double du, double dv) const {
+        return {du * tx + dv * wx, du * ty + dv * wy, 0};
+    }
 
     double F(double u, double v) const { return kappa * ((u - a) * (u + a) + v * v) + 2 * c * v; }
 

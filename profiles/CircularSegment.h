@@ -13,10 +13,10 @@ namespace tgp {
 // theta (derived symbolically and truncated where the next term is below 1E-18 of the first); from
 // theta = 1 up the sector-minus-triangle forms are used, where they lose no more than a decimal digit.
 struct CircularSegment {
-    double area;   // ∬ dA
-    double qv;     // ∬ v dA, the first moment about the chord
-    double iuu;    // ∬ u² dA
-    double ivv;    // ∬ v² dA, the second moment about the chord
+    double area;  // ∬ dA
+    double qv;    // ∬ v dA, the first moment about the chord
+    double iuu;   // ∬ u² dA
+    double ivv;   // ∬ v² dA, the second moment about the chord
 
     static CircularSegment Of(double halfChord, double halfAngle);
 };

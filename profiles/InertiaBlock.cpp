@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "core/Constants.h"
-#include "profiles/BlockText.h"
 #include "core/Error.h"
 #include "geometry/Geometry.h"
 #include "geometry/Vector.h"
+#include "profiles/BlockText.h"
 
 namespace tgp {
 
@@ -30,8 +30,12 @@ std::shared_ptr<Q> InMillimetres(double value) {
 
 using Vec3 = std::array<double, 3>;
 
-Vec3 ToVec3(const Point& p) { return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0}; }
-Point ToPoint3(const Vec3& v) { return {v[0], v[1], v[2]}; }
+Vec3 ToVec3(const Point& p) {
+    return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0};
+}
+Point ToPoint3(const Vec3& v) {
+    return {v[0], v[1], v[2]};
+}
 
 Point Padded(Point p) {
     p.resize(3, 0.0);
@@ -67,8 +71,10 @@ std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
     copy->iy_ = iy_;
     copy->ixy_ = ixy_;
     copy->elasticModulus_ = elasticModulus_;
-    if (ocs_) copy->SetAxes(ocs_->Origin(), ocs_->Ux(), ocs_->Uy());
-    else if (frameSet_) copy->SetAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
+    if (ocs_)
+        copy->SetAxes(ocs_->Origin(), ocs_->Ux(), ocs_->Uy());
+    else if (frameSet_)
+        copy->SetAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
     return copy;
 }
 
@@ -104,19 +110,28 @@ std::shared_ptr<UCS> InertiaBlock::OCS() {
     return ocs_;
 }
 
-Point InertiaBlock::Centroid() { return ocs_ ? Padded(ocs_->Origin()) : ToPoint3(frame_.origin); }
+Point InertiaBlock::Centroid() {
+    return ocs_ ? Padded(ocs_->Origin()) : ToPoint3(frame_.origin);
+}
 
-void InertiaBlock::Centroid(const Point& newCentroid) { Move(Vector::vminusv(newCentroid, Centroid())); }
+void InertiaBlock::Centroid(const Point& newCentroid) {
+    Move(Vector::vminusv(newCentroid, Centroid()));
+}
 
-std::shared_ptr<DArea> InertiaBlock::Area() const { return InMillimetres<DArea>(area_); }
+std::shared_ptr<DArea> InertiaBlock::Area() const {
+    return InMillimetres<DArea>(area_);
+}
 
-std::shared_ptr<DLength> InertiaBlock::Perimeter() const { return InMillimetres<DLength>(perimeter_); }
+std::shared_ptr<DLength> InertiaBlock::Perimeter() const {
+    return InMillimetres<DLength>(perimeter_);
+}
 
 InertiaBlock::TargetFrame InertiaBlock::FrameOf(const UCS& target) {
     const double theta = Vector::vAngle(OCS()->Ux(), target.Ux());
     Point centroid{0, 0, 0};
     target.TranslateFromUCS(centroid, *OCS());
-    return {std::cos(theta), std::sin(theta), std::sin(2 * theta), std::cos(2 * theta), centroid[0], centroid[1]};
+    return {std::cos(theta),     std::sin(theta), std::sin(2 * theta),
+            std::cos(2 * theta), centroid[0],     centroid[1]};
 }
 
 // The grouping below is part of the results: products left to right, the rotated part formed first.
@@ -170,11 +185,12 @@ InertiaBlock::Principal InertiaBlock::PrincipalValues() const {
     const double v = t <= 0 ? t : t - kPi;
     const double theta = -v * 0.5;
     const double c = std::cos(theta), s = std::sin(theta), S = std::sin(2 * theta);
-    return {CheckFinite(s * s * iy_ + c * c * ix_ - S * ixy_), CheckFinite(c * c * iy_ + s * s * ix_ + S * ixy_), theta};
+    return {CheckFinite(s * s * iy_ + c * c * ix_ - S * ixy_),
+            CheckFinite(c * c * iy_ + s * s * ix_ + S * ixy_), theta};
 }
 
-void InertiaBlock::GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0, std::shared_ptr<DMomentOfInertia>& Iy0,
-                                  std::shared_ptr<DAngle>& Rotation) {
+void InertiaBlock::GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0,
+                                  std::shared_ptr<DMomentOfInertia>& Iy0, std::shared_ptr<DAngle>& Rotation) {
     if (!Ix0) Ix0 = std::make_shared<DMomentOfInertia>();
     if (!Iy0) Iy0 = std::make_shared<DMomentOfInertia>();
     if (!Rotation) Rotation = std::make_shared<DAngle>();
@@ -229,7 +245,8 @@ void InertiaBlock::RotateOCS(double Rotation) {
     iy_ = iy;
     ixy_ = ixy;
     const auto ocs = OCS();
-    SetAxes(ocs->Origin(), Padded(Vector::vRotate(ocs->Ux(), Rotation)), Padded(Vector::vRotate(ocs->Uy(), Rotation)));
+    SetAxes(ocs->Origin(), Padded(Vector::vRotate(ocs->Ux(), Rotation)),
+            Padded(Vector::vRotate(ocs->Uy(), Rotation)));
 }
 
 void InertiaBlock::RotateAll(double Rotation, const Point& BasePoint) {
@@ -255,7 +272,9 @@ void InertiaBlock::Inverse() {
 
 namespace {
 
-double Dot(const Vec3& a, const Vec3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+double Dot(const Vec3& a, const Vec3& b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
 
 // The second moments of a figure about its own axes as the symmetric matrix [∫u², ∫uv; ∫uv, ∫v²].
 struct Moments {
@@ -280,14 +299,17 @@ InertiaBlock::Frame InertiaBlock::FrameValues() const {
 
 void InertiaBlock::Join(const InertiaBlock& Block) {
     if (HasNoMaterial() != Block.HasNoMaterial()) {
-        ThrowLibraryError("Join: a block without material cannot be joined to a block with material (set "
-                          "ElasticModulus on both blocks or on neither)");
+        ThrowLibraryError(
+            "Join: a block without material cannot be joined to a block with material (set "
+            "ElasticModulus on both blocks or on neither)");
     }
     const double f = HasNoMaterial() ? 1 : CheckFinite(Block.elasticModulus_ / elasticModulus_);
     const Frame mine = FrameValues(), theirs = Block.FrameValues();
     const double A1 = area_, A2 = CheckFinite(Block.area_ * f);
     const double A = CheckFinite(A1 + A2);
-    if (A == 0) ThrowLibraryError("Join: the areas cancel (a block joined with its own void), so the result has no centroid");
+    if (A == 0)
+        ThrowLibraryError(
+            "Join: the areas cancel (a block joined with its own void), so the result has no centroid");
     // The new centroid from this one: c = c1 + (A2 / A)(c2 − c1), which keeps the digits of a
     // section far from the origin; the offsets of both centroids from it follow.
     Vec3 between{};
@@ -298,15 +320,18 @@ void InertiaBlock::Join(const InertiaBlock& Block) {
         d2[i] = (A1 / A) * between[i];
         centroid[i] = CheckFinite(mine.origin[i] - d1[i]);
     }
-    const double d1x = Dot(d1, mine.ux), d1y = Dot(d1, mine.uy), d2x = Dot(d2, mine.ux), d2y = Dot(d2, mine.uy);
+    const double d1x = Dot(d1, mine.ux), d1y = Dot(d1, mine.uy), d2x = Dot(d2, mine.ux),
+                 d2y = Dot(d2, mine.uy);
     const Moments other = Turned({Block.iy_ * f, Block.ixy_ * f, Block.ix_ * f}, Dot(mine.ux, theirs.ux),
                                  Dot(mine.ux, theirs.uy), Dot(mine.uy, theirs.ux), Dot(mine.uy, theirs.uy));
     const double ix = CheckFinite(ix_ + A1 * d1y * d1y + other.vv + A2 * d2y * d2y);
     const double iy = CheckFinite(iy_ + A1 * d1x * d1x + other.uu + A2 * d2x * d2x);
     const double ixy = CheckFinite(ixy_ + A1 * d1x * d1y + other.uv + A2 * d2x * d2y);
     const double perimeter = CheckFinite(perimeter_ + Block.perimeter_);
-    if (ocs_) ocs_->Origin(ToPoint3(centroid));
-    else SetFrame({centroid, mine.ux, mine.uy});
+    if (ocs_)
+        ocs_->Origin(ToPoint3(centroid));
+    else
+        SetFrame({centroid, mine.ux, mine.uy});
     area_ = A;
     ix_ = ix;
     iy_ = iy;
@@ -324,8 +349,9 @@ void InertiaBlock::Transformation(const Point& Displacement, double Rotation, do
                                   double YScaleFactor, const Point& BasePoint) {
     const double sx = XScaleFactor, sy = YScaleFactor;
     if (sx == 0 || sy == 0) {
-        ThrowLibraryError("Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse "
-                          "onto a line");
+        ThrowLibraryError(
+            "Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse "
+            "onto a line");
     }
     const Frame frame = FrameValues();
     const Vec3 base = ToVec3(BasePoint), move = ToVec3(Displacement);
@@ -339,7 +365,8 @@ void InertiaBlock::Transformation(const Point& Displacement, double Rotation, do
     const double u = Dot(offset, frame.ux) * sx, v = Dot(offset, frame.uy) * sy;
     const double c = std::cos(Rotation), s = std::sin(Rotation);
     const double x = u * frame.ux[0] + v * frame.uy[0], y = u * frame.ux[1] + v * frame.uy[1];
-    const Vec3 centroid{CheckFinite(base[0] + (c * x - s * y) + move[0]), CheckFinite(base[1] + (s * x + c * y) + move[1]),
+    const Vec3 centroid{CheckFinite(base[0] + (c * x - s * y) + move[0]),
+                        CheckFinite(base[1] + (s * x + c * y) + move[1]),
                         CheckFinite(frame.origin[2] + move[2])};
     auto turn = [&](const Vec3& a) { return Point{c * a[0] - s * a[1], s * a[0] + c * a[1], 0}; };
     const Point ux = turn(frame.ux), uy = turn(frame.uy);
@@ -353,7 +380,8 @@ void InertiaBlock::Transformation(const Point& Displacement, double Rotation, do
 
 std::string InertiaBlock::SaveToText() const {
     const Frame frame = FrameValues();
-    return WriteBlockText({area_, perimeter_, ix_, iy_, ixy_, frame.origin, frame.ux, frame.uy, elasticModulus_});
+    return WriteBlockText(
+        {area_, perimeter_, ix_, iy_, ixy_, frame.origin, frame.ux, frame.uy, elasticModulus_});
 }
 
 void InertiaBlock::InitFromText(std::string_view Text) {

@@ -28,7 +28,7 @@ PrincipalMoments MajorAndMinor(double Ix, double Iy, double Ixy);
 // that coordinate system (OCS). Lengths are millimetres; results come back as quantity objects set
 // through their millimetre members. Held by shared_ptr; Copy gives an independent block.
 class InertiaBlock {
-public:
+  public:
     static std::shared_ptr<InertiaBlock> Create() { return std::make_shared<InertiaBlock>(); }
 
     // Stores the values and sets the OCS to (Centroid, Ux, Uy); missing axes are the world x and y.
@@ -36,7 +36,8 @@ public:
     // and stores nothing; an axis of fewer than three elements raises 9 "Subscript out of range" (its z
     // is read, and the normal is their cross product). A missing Perimeter stores 0.
     void Init(double Ix, double Iy, double Ixy, const Point& Centroid, double Area,
-              std::optional<double> Perimeter = std::nullopt, const Point* Ux = nullptr, const Point* Uy = nullptr);
+              std::optional<double> Perimeter = std::nullopt, const Point* Ux = nullptr,
+              const Point* Uy = nullptr);
     std::shared_ptr<InertiaBlock> Copy() const;
 
     // The OCS origin as three numbers; the let moves the whole block so its centroid lands there.
@@ -112,7 +113,7 @@ public:
     std::string SaveToText() const;
     void InitFromText(std::string_view Text);
 
-private:
+  private:
     // Origin and axes, world ones for a block whose system was never made.
     struct Frame {
         std::array<double, 3> origin, ux, uy;

@@ -35,13 +35,14 @@ void ReportDistinct(const std::vector<PlanePoint>& found, std::vector<Point>* ou
 
 }  // namespace
 
-void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose) {
+void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges,
+                                bool NoClose) {
     if (Coordinates.size() % 2 != 0) throw Error::SubscriptOutOfRange();  // an x without its y
     const std::size_t n = Coordinates.size() / 2;
     auto vertex = [&](std::size_t i) { return PlanePoint{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
     decltype(segments_) segments;
     segments.reserve(n);
-    std::size_t firstKept = 0;  // the closing segment ends at the first vertex not dropped
+    std::size_t firstKept = 0;          // the closing segment ends at the first vertex not dropped
     PlanePoint startPointSum{0, 0, 0};  // summed while the segment is at hand (see MeanVertex)
     const std::size_t last = NoClose ? (n == 0 ? 0 : n - 1) : n;
     for (std::size_t i = 0; i < last; ++i) {
@@ -110,7 +111,9 @@ PlanePoint Loop7::MeanVertex() const {
     return Scaled(sum, RuntimeDivide(1, static_cast<double>(segments_.size())));
 }
 
-Point Loop7::MiddlePoint() const { return ToPoint(MeanVertex()); }
+Point Loop7::MiddlePoint() const {
+    return ToPoint(MeanVertex());
+}
 
 std::vector<double> Loop7::Bulges() const {
     std::vector<double> bulges;
@@ -125,8 +128,10 @@ void Loop7::ComputeInertia() {
     // Every side shorter than 1E-05 was dropped when the loop was built (a 1E-200 square keeps
     // none): say so, rather than the division by a vertex count of 0 that would follow.
     if (segments_.empty()) {
-        throw Error(5, "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than "
-                       "1E-05 are dropped)");
+        throw Error(
+            5,
+            "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than "
+            "1E-05 are dropped)");
     }
     // The perimeter and the integrals are summed while the self-intersection sweep reads each
     // segment: a loop of millions of segments is read from memory, not cache, on every pass.
@@ -141,7 +146,8 @@ void Loop7::ComputeInertia() {
     block_ = BlockFromIntegrals(sum, O, perimeter);
 }
 
-std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O, double perimeter) {
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O,
+                                                 double perimeter) {
     const double A = sum.Area;
     const double xc = RuntimeDivide(sum.StaticMomentY, A);
     const double yc = RuntimeDivide(sum.StaticMomentX, A);
@@ -149,8 +155,9 @@ std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, co
     const double iy = sum.MomentOfInertiaY - A * (xc * xc);
     const double ixy = sum.ProductOfInertiaXY - A * xc * yc;
     auto block = tgp::InertiaBlock::Create();
-    block->Init(CheckFinite(ix), CheckFinite(iy), CheckFinite(ixy), {CheckFinite(O[0] + xc), CheckFinite(O[1] + yc), O[2]},
-                CheckFinite(A), CheckFinite(perimeter));
+    block->Init(CheckFinite(ix), CheckFinite(iy), CheckFinite(ixy),
+                {CheckFinite(O[0] + xc), CheckFinite(O[1] + yc), O[2]}, CheckFinite(A),
+                CheckFinite(perimeter));
     return block;
 }
 
@@ -159,13 +166,27 @@ std::shared_ptr<InertiaBlock> Loop7::InertiaBlock() {
     return block_;
 }
 
-double Loop7::Length() { return InertiaBlock()->Perimeter()->Millimetres(); }
-double Loop7::Area() { return InertiaBlock()->Area()->Millimetres(); }
-double Loop7::AreaAbs() { return std::fabs(Area()); }
-double Loop7::MomentOfInertiaX() { return InertiaBlock()->MomentOfInertiaX()->Millimetres(); }
-double Loop7::MomentOfInertiaY() { return InertiaBlock()->MomentOfInertiaY()->Millimetres(); }
-double Loop7::ProductOfInertiaXY() { return InertiaBlock()->ProductOfInertiaXY()->Millimetres(); }
-Point Loop7::Centroid() { return InertiaBlock()->Centroid(); }
+double Loop7::Length() {
+    return InertiaBlock()->Perimeter()->Millimetres();
+}
+double Loop7::Area() {
+    return InertiaBlock()->Area()->Millimetres();
+}
+double Loop7::AreaAbs() {
+    return std::fabs(Area());
+}
+double Loop7::MomentOfInertiaX() {
+    return InertiaBlock()->MomentOfInertiaX()->Millimetres();
+}
+double Loop7::MomentOfInertiaY() {
+    return InertiaBlock()->MomentOfInertiaY()->Millimetres();
+}
+double Loop7::ProductOfInertiaXY() {
+    return InertiaBlock()->ProductOfInertiaXY()->Millimetres();
+}
+Point Loop7::Centroid() {
+    return InertiaBlock()->Centroid();
+}
 
 bool Loop7::PointIsInside(const Point& point, bool* PointIsOn) const {
     if (PointIsOn) *PointIsOn = false;
@@ -197,7 +218,8 @@ bool Loop7::IntersectWithLine(const Point& SP, const Point& EP, std::vector<Poin
     if (Distance2(p1, p2) == 0) throw Error::InvalidProcedureCall();
     std::vector<PlanePoint> found;
     bool any = false;
-    for (const LoopDLine& segment : segments_) any = segment.IntersectWithInfinitiveLine(p1, p2, &found) || any;
+    for (const LoopDLine& segment : segments_)
+        any = segment.IntersectWithInfinitiveLine(p1, p2, &found) || any;
     ReportDistinct(found, ArrIntersections);
     return any;
 }
@@ -225,7 +247,8 @@ std::optional<bool> Loop7::IsChildOF(const Loop7& exLoop) const {
 LoopRelationShip Loop7::RelationshipTo(const Loop7& exLoop) const {
     if (IntersectWithLoop(exLoop)) return SiblingLoop;
     if (!segments_.empty() && exLoop.PointIsInside(ToPoint(segments_.front().StartPoint()))) return ChildLoop;
-    if (!exLoop.segments_.empty() && PointIsInside(ToPoint(exLoop.segments_.front().StartPoint()))) return ParentLoop;
+    if (!exLoop.segments_.empty() && PointIsInside(ToPoint(exLoop.segments_.front().StartPoint())))
+        return ParentLoop;
     return FriendLoop;
 }
 
@@ -256,7 +279,8 @@ void Loop7::Move(const Point& Displacement, bool MoveAcad) {
     // Everything is checked first and the entity moved before the loop, so that a refused move
     // (an overflow, or the entity's own error) leaves the loop where it was.
     for (const LoopDLine& segment : segments_) {
-        for (const PlanePoint& p : {segment.StartPoint(), segment.EndPoint(), segment.Center().value_or(PlanePoint{})}) {
+        for (const PlanePoint& p :
+             {segment.StartPoint(), segment.EndPoint(), segment.Center().value_or(PlanePoint{})}) {
             CheckFinite(p[0] + d[0]);
             CheckFinite(p[1] + d[1]);
         }
@@ -268,11 +292,12 @@ void Loop7::Move(const Point& Displacement, bool MoveAcad) {
     NextRevision();
 }
 
-void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
-                           const Point& BasePoint) {
+void Loop7::Transformation(const Point& Displacement, double Rotation, double XScaleFactor,
+                           double YScaleFactor, const Point& BasePoint) {
     if (entity_) ThrowLibraryError("Cannot Transformation Loop7 which has AcadEntity attached");
     if (XScaleFactor == 0 || YScaleFactor == 0) {
-        ThrowLibraryError("Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
+        ThrowLibraryError(
+            "Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
     }
     const PlanePoint d = ToPlanePoint(Displacement), base = ToPlanePoint(BasePoint);
     // A dry run first: a segment that would overflow raises before any segment has changed.
@@ -280,7 +305,8 @@ void Loop7::Transformation(const Point& Displacement, double Rotation, double XS
         LoopDLine trial = segment;
         trial.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
     }
-    for (LoopDLine& segment : segments_) segment.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
+    for (LoopDLine& segment : segments_)
+        segment.Transformation(d, Rotation, XScaleFactor, YScaleFactor, base);
     Changed();
 }
 

@@ -30,14 +30,15 @@ enum LoopRelationShip : std::int32_t {
 // area (the integrals are ∫ y dx). Any number of vertices; the published 16-bit vertex count is a
 // limit of the automation layer only. Held by shared_ptr; Copy gives an independent loop.
 class Loop7 {
-public:
+  public:
     static std::shared_ptr<Loop7> Create() { return std::make_shared<Loop7>(); }
 
     // One segment per vertex from x, y pairs and one bulge per vertex, closed back to the first vertex
     // unless NoClose. A segment of length 0 within 1E-05 is dropped together with its start vertex, so
     // repeated vertices collapse into one. A bulge list shorter than needed, or an odd number of
     // coordinates, raises error 9.
-    void InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges, bool NoClose = false);
+    void InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges,
+                             bool NoClose = false);
     // A closed polygon through the points (bulges 0).
     void InitFromPoints(std::span<const Point> Vertices);
     // Reverses the traversal; an existing property block is inverted rather than recomputed.
@@ -93,7 +94,8 @@ public:
     // 1E7 from the origin as well as at it.
     bool Encloses(const Point& point, bool* OnBoundary = nullptr) const;
     // Common points with the infinite line through SP and EP (SP = EP raises error 5).
-    bool IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections = nullptr) const;
+    bool IntersectWithLine(const Point& SP, const Point& EP,
+                           std::vector<Point>* ArrIntersections = nullptr) const;
     // Common points with another loop (touching counts).
     bool IntersectWithLoop(const Loop7& exLoop, std::vector<Point>* ArrIntersections = nullptr) const;
     // Whether segments cross or overlap one another; neighbours meeting at their shared vertex do not.
@@ -121,7 +123,7 @@ public:
     void PointAnalysis(const Point& point, double& Distance, Point& HPoint, double& TAngle) const;
     std::shared_ptr<Loop7> Copy() const;
 
-private:
+  private:
     // The mean of the segments' start points (error 11 for an empty loop).
     PlanePoint MeanVertex() const;
     void ComputeInertia();
@@ -152,6 +154,7 @@ private:
 // (the loop computes them about its mean vertex): the centroid from the first moments, the second
 // moments moved to it by the parallel-axis rule. An area of 0 raises 6 "Overflow" (11 for moments
 // without area), an overflow 6.
-std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O, double perimeter);
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O,
+                                                 double perimeter);
 
 }  // namespace tgp

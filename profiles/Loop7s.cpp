@@ -32,7 +32,9 @@ std::size_t Loop7s::Position(std::size_t Index) const {
     return Index - 1;
 }
 
-const std::shared_ptr<Loop7>& Loop7s::Item(std::size_t Index) const { return loops_[Position(Index)]; }
+const std::shared_ptr<Loop7>& Loop7s::Item(std::size_t Index) const {
+    return loops_[Position(Index)];
+}
 
 void Loop7s::Remove(std::size_t Index) {
     loops_.erase(loops_.begin() + static_cast<std::ptrdiff_t>(Position(Index)));
@@ -61,7 +63,8 @@ std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
     if (ArrangementValid()) return std::nullopt;
     const std::size_t n = loops_.size();
     std::vector<double> size(n);
-    for (std::size_t i = 0; i < n; ++i) size[i] = loops_[i]->AreaAbs();  // raises 5 for a loop that cuts itself
+    for (std::size_t i = 0; i < n; ++i)
+        size[i] = loops_[i]->AreaAbs();  // raises 5 for a loop that cuts itself
     auto arranged = std::make_unique<Arrangement>();
     if (n > 1) {
         const LoopArrangement placed(loops_);
@@ -81,9 +84,10 @@ std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
 const Loop7s::Arrangement& Loop7s::Arranged() {
     if (const auto overlap = TryArrange()) {
         const auto [i, j] = *overlap;
-        ThrowLibraryError("Loop7s: " + LoopName(*loops_[i], i) + " and " + LoopName(*loops_[j], j) +
-                          " overlap (their interiors cross); draw touching parts side by side, or a hole inside its "
-                          "boundary");
+        ThrowLibraryError(
+            "Loop7s: " + LoopName(*loops_[i], i) + " and " + LoopName(*loops_[j], j) +
+            " overlap (their interiors cross); draw touching parts side by side, or a hole inside its "
+            "boundary");
     }
     return *arrangement_;
 }
@@ -105,7 +109,9 @@ int Loop7s::Depth(std::size_t Index) {
     return Arranged().depth[i];
 }
 
-bool Loop7s::IsHole(std::size_t Index) { return Depth(Index) % 2 == 1; }
+bool Loop7s::IsHole(std::size_t Index) {
+    return Depth(Index) % 2 == 1;
+}
 
 // Each loop's block counts positive for a boundary and negative for a hole, whichever way the loop
 // runs; the blocks are joined in collection order.
@@ -118,20 +124,34 @@ std::shared_ptr<InertiaBlock> Loop7s::InertiaBlock() {
             auto block = loops_[i]->InertiaBlock()->Copy();
             const bool hole = arrangement_->depth[i] % 2 == 1;
             if ((block->Area()->Millimetres() < 0) != hole) block->Inverse();
-            if (composite) composite->Join(*block);
-            else composite = std::move(block);
+            if (composite)
+                composite->Join(*block);
+            else
+                composite = std::move(block);
         }
         arrangement_->composite = std::move(composite);
     }
     return arrangement_->composite->Copy();
 }
 
-double Loop7s::Area() { return InertiaBlock()->Area()->Millimetres(); }
-double Loop7s::Length() { return InertiaBlock()->Perimeter()->Millimetres(); }
-Point Loop7s::Centroid() { return InertiaBlock()->Centroid(); }
-double Loop7s::MomentOfInertiaX() { return InertiaBlock()->MomentOfInertiaX()->Millimetres(); }
-double Loop7s::MomentOfInertiaY() { return InertiaBlock()->MomentOfInertiaY()->Millimetres(); }
-double Loop7s::ProductOfInertiaXY() { return InertiaBlock()->ProductOfInertiaXY()->Millimetres(); }
+double Loop7s::Area() {
+    return InertiaBlock()->Area()->Millimetres();
+}
+double Loop7s::Length() {
+    return InertiaBlock()->Perimeter()->Millimetres();
+}
+Point Loop7s::Centroid() {
+    return InertiaBlock()->Centroid();
+}
+double Loop7s::MomentOfInertiaX() {
+    return InertiaBlock()->MomentOfInertiaX()->Millimetres();
+}
+double Loop7s::MomentOfInertiaY() {
+    return InertiaBlock()->MomentOfInertiaY()->Millimetres();
+}
+double Loop7s::ProductOfInertiaXY() {
+    return InertiaBlock()->ProductOfInertiaXY()->Millimetres();
+}
 
 std::vector<std::shared_ptr<Loop7s>> Loop7s::Split() {
     const Arrangement& arranged = Arranged();
@@ -154,10 +174,18 @@ void Loop7s::Sort(Loop7sSortKey Key, bool Descending) {
     std::vector<double> keys(loops_.size());
     for (std::size_t i = 0; i < loops_.size(); ++i) {
         switch (Key) {
-            case SortByArea: keys[i] = loops_[i]->AreaAbs(); break;
-            case SortByCentroidX: keys[i] = loops_[i]->Centroid()[0]; break;
-            case SortByCentroidY: keys[i] = loops_[i]->Centroid()[1]; break;
-            case SortByDepth: keys[i] = Arranged().depth[i]; break;
+            case SortByArea:
+                keys[i] = loops_[i]->AreaAbs();
+                break;
+            case SortByCentroidX:
+                keys[i] = loops_[i]->Centroid()[0];
+                break;
+            case SortByCentroidY:
+                keys[i] = loops_[i]->Centroid()[1];
+                break;
+            case SortByDepth:
+                keys[i] = Arranged().depth[i];
+                break;
         }
     }
     std::vector<std::size_t> order(loops_.size());

@@ -31,7 +31,7 @@ enum Loop7sSortKey : std::int32_t {
 // out when first needed and kept until a loop is added, removed or changed (each loop tells its
 // revision); working it out sets each loop's IsVoid flag to whether it is a hole.
 class Loop7s {
-public:
+  public:
     static std::shared_ptr<Loop7s> Create() { return std::make_shared<Loop7s>(); }
 
     // A missing loop raises 424 "Object required".
@@ -69,7 +69,7 @@ public:
     // Reorders the items, stably, by the key; ties keep their order.
     void Sort(Loop7sSortKey Key, bool Descending = false);
 
-private:
+  private:
     struct Arrangement {
         std::vector<std::uint64_t> revisions;  // of each loop when worked out
         std::uint64_t anyRevision = 0;         // Loop7::AnyRevision when last found valid

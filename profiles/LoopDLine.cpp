@@ -24,12 +24,14 @@ void Append(std::vector<PlanePoint>* points, const PlanePoint& p) {
     if (points) points->push_back(p);
 }
 
-PlanePoint UnitDirection(const PlanePoint& from, const PlanePoint& to) { return Scaled(Minus(to, from), 1 / Distance2(from, to)); }
+PlanePoint UnitDirection(const PlanePoint& from, const PlanePoint& to) {
+    return Scaled(Minus(to, from), 1 / Distance2(from, to));
+}
 
 // Candidate common points, each kept when it passes the test and is not a repeat (within the
 // tolerance) of one already kept. Without an output list the first kept one ends the search.
 class CommonPoints {
-public:
+  public:
     explicit CommonPoints(std::vector<PlanePoint>* out) : out_(out) {}
 
     template <class Test>
@@ -44,7 +46,7 @@ public:
     }
     bool Any() const { return count_ > 0; }
 
-private:
+  private:
     static constexpr int kMax = 8;
     std::vector<PlanePoint>* out_;
     PlanePoint kept_[kMax];
@@ -122,7 +124,8 @@ void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, d
         const double halfAngle = std::fabs(alfa_) / 2;
         const double halfChord = chord / 2;
         const double towardsCentre = halfChord / std::tan(alfa_ / 2);  // signed: left of A-to-B when > 0
-        center_ = {start_[0] + dx / 2 - dy / chord * towardsCentre, start_[1] + dy / 2 + dx / chord * towardsCentre, 0};
+        center_ = {start_[0] + dx / 2 - dy / chord * towardsCentre,
+                   start_[1] + dy / 2 + dx / chord * towardsCentre, 0};
         radius_ = halfChord / std::sin(halfAngle);
         length_ = chord * ArcToChordRatio(halfAngle);
     }
@@ -188,9 +191,11 @@ SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint&
     s.StaticMomentY = dx * (2 * xa * ya + xa * yb + xb * ya + 2 * xb * yb) / 6;
     s.MomentOfInertiaX = dx * (ya + yb) * (ya * ya + yb * yb) / 12;
     s.MomentOfInertiaY =
-        dx * (3 * xa * xa * ya + 3 * xb * xb * yb + xa * xa * yb + 2 * xa * xb * (ya + yb) + xb * xb * ya) / 12;
+        dx * (3 * xa * xa * ya + 3 * xb * xb * yb + xa * xa * yb + 2 * xa * xb * (ya + yb) + xb * xb * ya) /
+        12;
     s.ProductOfInertiaXY =
-        dx * (3 * xa * ya * ya + 3 * xb * yb * yb + 2 * (xa + xb) * ya * yb + xb * ya * ya + xa * yb * yb) / 24;
+        dx * (3 * xa * ya * ya + 3 * xb * yb * yb + 2 * (xa + xb) * ya * yb + xb * ya * ya + xa * yb * yb) /
+        24;
     return s;
 }
 
@@ -237,9 +242,13 @@ void LoopDLine::Move(const PlanePoint& Displacement) {
     inertiaDone_ = false;
 }
 
-ChordFrame LoopDLine::Frame() const { return ChordFrame::Of(start_, end_, alfa_); }
+ChordFrame LoopDLine::Frame() const {
+    return ChordFrame::Of(start_, end_, alfa_);
+}
 
-bool LoopDLine::OnOnePoint() const { return start_[0] == end_[0] && start_[1] == end_[1]; }
+bool LoopDLine::OnOnePoint() const {
+    return start_[0] == end_[0] && start_[1] == end_[1];
+}
 
 double LoopDLine::DistanceTo(const PlanePoint& Point) const {
     double distance = 0, tangent = 0;
@@ -248,7 +257,8 @@ double LoopDLine::DistanceTo(const PlanePoint& Point) const {
     return distance;
 }
 
-void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint, double& TAngle) const {
+void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint,
+                              double& TAngle) const {
     if (!IsArc()) {
         const PlanePoint d = VectorAB();
         HPoint = Plus(start_, Scaled(d, ChordParameter(Point)));
@@ -340,7 +350,8 @@ bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>
             // One circle (or an arc straighter than the tolerance along a line): the common part
             // runs between end points, which are offered below.
         } else if (!Other.IsArc()) {
-            if (Other.Length() > 0 && offerLine(f, Other.start_, UnitDirection(Other.start_, Other.end_))) return true;
+            if (Other.Length() > 0 && offerLine(f, Other.start_, UnitDirection(Other.start_, Other.end_)))
+                return true;
         } else {
             PlanePoint X0{}, e{};
             if (RadicalLine(f, Other.Frame(), X0, e) && offerLine(f, X0, e)) return true;
@@ -418,7 +429,8 @@ bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoi
     return common.Any();
 }
 
-void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint, PlanePoint& BottomPoint) const {
+void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint,
+                                   PlanePoint& BottomPoint) const {
     PlanePoint candidates[4] = {start_, end_};
     int count = 2;
     if (IsArc() && !OnOnePoint()) {
@@ -449,15 +461,17 @@ SegmentBox LoopDLine::BoundingBox() const {
     return box;
 }
 
-void LoopDLine::Inverse() { Init(PlanePoint(end_), PlanePoint(start_), -bulge_); }
+void LoopDLine::Inverse() {
+    Init(PlanePoint(end_), PlanePoint(start_), -bulge_);
+}
 
 void LoopDLine::Transformation(const PlanePoint& Displacement, double Rotation, double XScaleFactor,
                                double YScaleFactor, const PlanePoint& BasePoint) {
     const double c = std::cos(Rotation), s = std::sin(Rotation);
     auto transform = [&](const PlanePoint& p) {
         const double x = (p[0] - BasePoint[0]) * XScaleFactor, y = (p[1] - BasePoint[1]) * YScaleFactor;
-        return PlanePoint{BasePoint[0] + c * x - s * y + Displacement[0], BasePoint[1] + s * x + c * y + Displacement[1],
-                          p[2]};
+        return PlanePoint{BasePoint[0] + c * x - s * y + Displacement[0],
+                          BasePoint[1] + s * x + c * y + Displacement[1], p[2]};
     };
     const bool mirrored = (XScaleFactor < 0) != (YScaleFactor < 0);
     Init(transform(start_), transform(end_), mirrored ? -bulge_ : bulge_);
@@ -505,7 +519,8 @@ std::vector<LoopDLine> LoopDLine::Divide2(int Parts) const {
     if (Parts < 1) throw Error::InvalidProcedureCall();
     std::vector<LoopDLine> pieces;
     pieces.reserve(static_cast<std::size_t>(Parts));
-    for (int i = 0; i < Parts; ++i) pieces.push_back(Piece(static_cast<double>(i) / Parts, static_cast<double>(i + 1) / Parts));
+    for (int i = 0; i < Parts; ++i)
+        pieces.push_back(Piece(static_cast<double>(i) / Parts, static_cast<double>(i + 1) / Parts));
     return pieces;
 }
 

@@ -40,7 +40,8 @@ struct SegmentBox {
     }
     // Whether the boxes come within `margin` of each other (an empty box meets nothing).
     bool Meets(const SegmentBox& b, double margin) const {
-        return xmin <= b.xmax + margin && b.xmin <= xmax + margin && ymin <= b.ymax + margin && b.ymin <= ymax + margin;
+        return xmin <= b.xmax + margin && b.xmin <= xmax + margin && ymin <= b.ymax + margin &&
+               b.ymin <= ymax + margin;
     }
 };
 
@@ -51,7 +52,7 @@ struct SegmentBox {
 // Distance tolerance: the point tests and intersections take points within kOnLineTolerance (drawing
 // units, i.e. millimetres) of a segment as lying on it, unless a member says otherwise.
 class LoopDLine {
-public:
+  public:
     static constexpr double kOnLineTolerance = 1e-6;
 
     // Stores the end points (x, y; z is carried along unread) and the bulge, clears the cached
@@ -91,9 +92,9 @@ public:
     // last Init or Move. An arc's integrals are its chord's plus those of the circular segment
     // between chord and arc, taken in the chord's frame from the chord and Alfa alone: accurate for
     // every bulge, where the closed forms about the centre cancel terms of order R^4 and fail for
-    // nearly straight arcs (a bulge of 1E-4 on a 100 square put 5 % into Ix). They are closed forms of the stored geometry, cheaper to evaluate again than
-    // to keep: a segment without six cached numbers is a third smaller, which is what large loops
-    // are bound by.
+    // nearly straight arcs (a bulge of 1E-4 on a 100 square put 5 % into Ix). They are closed forms of the
+    // stored geometry, cheaper to evaluate again than to keep: a segment without six cached numbers is a
+    // third smaller, which is what large loops are bound by.
     bool InitInertiaDone() const { return inertiaDone_; }
     double Area() const { return Integrals().Area; }
     double StaticMomentX() const { return Integrals().StaticMomentX; }
@@ -159,15 +160,15 @@ public:
     // Scales the end points about BasePoint by XScaleFactor, YScaleFactor, turns them about
     // BasePoint by Rotation radians and shifts them by Displacement. The bulge is kept, negated for a
     // mirroring scale (factors of opposite signs), so an arc stays an arc through the new end points.
-    void Transformation(const PlanePoint& Displacement, double Rotation, double XScaleFactor, double YScaleFactor,
-                        const PlanePoint& BasePoint);
+    void Transformation(const PlanePoint& Displacement, double Rotation, double XScaleFactor,
+                        double YScaleFactor, const PlanePoint& BasePoint);
     // Splits at the point of the segment nearest to Point: the part up to it and the part after it.
     std::pair<LoopDLine, LoopDLine> Divide1(const PlanePoint& Point) const;
     // Splits into Parts pieces of equal length (Parts < 1 raises error 5).
     std::vector<LoopDLine> Divide2(int Parts) const;
     LoopDLine Copy() const { return *this; }
 
-private:
+  private:
     static SegmentIntegrals LineIntegrals(const PlanePoint& a, const PlanePoint& b);
     // What an arc of included angle alfa adds to its chord's integrals, for the chord from a to b.
     static SegmentIntegrals SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b, double alfa);

@@ -54,7 +54,9 @@ SegmentBox BoxOf(const Loop7& loop) {
     return box;
 }
 
-bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) { return a.Meets(b, LoopDLine::kOnLineTolerance); }
+bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
+    return a.Meets(b, LoopDLine::kOnLineTolerance);
+}
 
 Placement PlaceLoops(const Loop7& first, const Loop7& second, bool* BoundariesMeet) {
     bool meet = false;

@@ -48,7 +48,8 @@ struct Above {
 // 8-point Gauss-Legendre rule on [-1, 1]; arcs are cut into pieces of at most kLongestStep
 // radians, on which the rule integrates the trigonometric polynomials below to rounding.
 constexpr double kNodes[4] = {0.1834346424956498, 0.5255324099163290, 0.7966664774136267, 0.9602898564975363};
-constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745, 0.1012285362903763};
+constexpr double kWeights[4] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
+                                0.1012285362903763};
 constexpr double kLongestStep = 0.25;
 
 // The part of a straight segment above y = t (it crosses the line).
@@ -65,7 +66,8 @@ void ClipLine(const Piece& p, const Placement& at, double t, Above& sum) {
 // The part of an arc above y = t, in the arc's chord frame: phi runs from -theta at the start to
 // theta at the end, x = mx + u tx + v wx, y = my + u ty + v wy.
 void ClipArc(const Piece& p, const Placement& at, double t, Above& sum) {
-    const ChordFrame f = ChordFrame::Of(at.Place(p.segment->StartPoint()), at.Place(p.segment->EndPoint()), at.Alfa(*p.segment));
+    const ChordFrame f = ChordFrame::Of(at.Place(p.segment->StartPoint()), at.Place(p.segment->EndPoint()),
+                                        at.Alfa(*p.segment));
     const double R = f.a / f.s;
     auto height = [&](double phi) {
         double u = 0, v = 0;
@@ -158,7 +160,8 @@ void FillPieces(Pieces& pieces, std::span<const std::shared_ptr<Loop7>> loops, c
         double area = 0;
         for (const LoopDLine& original : loop.Segments()) {
             // Box and integrals from the end points and the angle: no segment is rebuilt.
-            const PlanePoint a = placement.Place(original.StartPoint()), b = placement.Place(original.EndPoint());
+            const PlanePoint a = placement.Place(original.StartPoint()),
+                             b = placement.Place(original.EndPoint());
             const SegmentBox box = original.BoundingBox();
             const SegmentIntegrals integrals = LoopDLine::IntegralsOf(a, b, placement.Alfa(original));
             Piece piece{};
@@ -183,8 +186,10 @@ std::size_t Narrow(Pieces& pieces, std::size_t active, double lo, double hi, Set
     std::size_t kept = 0;
     for (std::size_t i = 0; i < active; ++i) {
         const Piece& p = pieces[i];
-        if (p.ymin >= hi) settled.Add(p);
-        else if (p.ymax > lo) pieces[kept++] = p;
+        if (p.ymin >= hi)
+            settled.Add(p);
+        else if (p.ymax > lo)
+            pieces[kept++] = p;
     }
     return kept;
 }
@@ -194,8 +199,8 @@ std::size_t Narrow(Pieces& pieces, std::size_t active, double lo, double hi, Set
 // bisecting where the step would leave it (a gap between parts has no width).
 // Every step the pieces wholly above the bracket are settled and those wholly below it dropped, so
 // that the passes after the first few visit only the pieces near the axis.
-void EqualAreaAxis(Pieces& pieces, const Placement& placement, double ymin, double ymax, double area, double& axis,
-                   double& z) {
+void EqualAreaAxis(Pieces& pieces, const Placement& placement, double ymin, double ymax, double area,
+                   double& axis, double& z) {
     double lo = ymin, hi = ymax, t = 0;  // the centroid is a good first guess
     Settled settled;
     std::size_t active = pieces.size();
@@ -203,11 +208,15 @@ void EqualAreaAxis(Pieces& pieces, const Placement& placement, double ymin, doub
     for (int iteration = 0; iteration < 200; ++iteration) {
         const double excess = at.area - area / 2;  // decreasing in t
         if (excess == 0) break;
-        if (excess > 0) lo = t;
-        else hi = t;
+        if (excess > 0)
+            lo = t;
+        else
+            hi = t;
         double next = at.width > 0 ? t + excess / at.width : (lo + hi) / 2;
         if (!(next > lo && next < hi)) next = (lo + hi) / 2;
-        if (next == t || hi - lo <= 4 * std::numeric_limits<double>::epsilon() * (std::fabs(lo) + std::fabs(hi))) break;
+        if (next == t ||
+            hi - lo <= 4 * std::numeric_limits<double>::epsilon() * (std::fabs(lo) + std::fabs(hi)))
+            break;
         t = next;
         active = Narrow(pieces, active, lo, hi, settled);
         at = AboveLine({pieces.data(), active}, placement, settled, t);
@@ -234,7 +243,8 @@ SectionModuli ComputeModuli(std::span<const std::shared_ptr<Loop7>> loops, const
     const double area = block->Area()->Millimetres();
     const double ix = block->MomentOfInertiaX()->Millimetres(), iy = block->MomentOfInertiaY()->Millimetres();
     SegmentBox box = SegmentBox::Empty();
-    if (given) box = *given;
+    if (given)
+        box = *given;
     else {
         for (const auto& loop : loops) {
             for (const LoopDLine& segment : loop->Segments()) box.Include(segment.BoundingBox());

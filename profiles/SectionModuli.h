@@ -28,7 +28,8 @@ struct SectionModuli {
 // InertiaBlock raises. `composite`, when given, is the section's block to take the centroid, area
 // and moments from (one computed more exactly than from the loops' own segments).
 // `box`, when given, is the box around the section to take the extreme fibres from.
-SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite = nullptr, const SegmentBox* box = nullptr);
+SectionModuli ComputeModuli(Loop7s& section, const InertiaBlock* composite = nullptr,
+                            const SegmentBox* box = nullptr);
 // The same for loops whose holes are known (holes[i] for loops[i]), with the section's block.
 SectionModuli ComputeModuli(std::span<const std::shared_ptr<Loop7>> loops, const std::vector<bool>& holes,
                             const InertiaBlock& composite, const SegmentBox* box = nullptr);

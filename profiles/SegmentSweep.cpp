@@ -39,7 +39,7 @@ struct Chain {
     std::uint32_t begin, end;   // segment range
     std::int32_t direction;     // +1 ascending x, -1 descending, 0 a single segment
     std::uint32_t owner;
-    const SegmentBox* blocks;   // the boxes of segments [begin + j kBlock, ...), j = 0, 1, ...
+    const SegmentBox* blocks;  // the boxes of segments [begin + j kBlock, ...), j = 0, 1, ...
 
     std::uint32_t Size() const { return end - begin; }
     // The k-th segment in ascending x.
@@ -48,7 +48,9 @@ struct Chain {
 
     std::uint32_t Blocks() const { return (Size() + kBlock - 1) / kBlock; }
     // The q-th block in ascending x, and the positions (in ascending x) of its segments.
-    const SegmentBox& BlockBoxAt(std::uint32_t q) const { return blocks[direction < 0 ? Blocks() - 1 - q : q]; }
+    const SegmentBox& BlockBoxAt(std::uint32_t q) const {
+        return blocks[direction < 0 ? Blocks() - 1 - q : q];
+    }
     void BlockPositions(std::uint32_t q, std::uint32_t& from, std::uint32_t& to) const {
         const std::uint32_t j = direction < 0 ? Blocks() - 1 - q : q;
         const std::uint32_t first = j * kBlock, last = std::min(first + kBlock, Size());
@@ -57,10 +59,13 @@ struct Chain {
     }
 };
 
-bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) { return a.Meets(b, kBoxMargin); }
+bool BoxesMeet(const SegmentBox& a, const SegmentBox& b) {
+    return a.Meets(b, kBoxMargin);
+}
 
 SegmentBox Union(const SegmentBox& a, const SegmentBox& b) {
-    return {std::min(a.xmin, b.xmin), std::min(a.ymin, b.ymin), std::max(a.xmax, b.xmax), std::max(a.ymax, b.ymax)};
+    return {std::min(a.xmin, b.xmin), std::min(a.ymin, b.ymin), std::max(a.xmax, b.xmax),
+            std::max(a.ymax, b.ymax)};
 }
 
 // +1 or -1 for a segment that runs strictly right or left without turning back in x, else 0.
@@ -72,11 +77,12 @@ int XDirection(const LoopDLine& s, const SegmentBox& box) {
 }
 
 class ChainSet {
-public:
+  public:
     // Adds the loop's chains; with shortChainsStop, stops (and returns the number of segments read)
     // once it has read kShortChainsProbe segments and made more than one chain of every two.
     std::uint32_t AddLoop(std::span<const LoopDLine> segments, std::uint32_t owner,
-                          const std::function<void(const LoopDLine&)>& visit = {}, bool shortChainsStop = false) {
+                          const std::function<void(const LoopDLine&)>& visit = {},
+                          bool shortChainsStop = false) {
         const auto n = static_cast<std::uint32_t>(segments.size());
         blocks_.reserve(blocks_.size() + n / kBlock + 1);
         Chain chain{};
@@ -89,8 +95,10 @@ public:
             if (i > 0 && direction != 0 && direction == chain.direction) {
                 chain.box = Union(chain.box, box);
                 chain.end = i + 1;
-                if ((i - chain.begin) % kBlock == 0) blocks_.push_back(box);
-                else blocks_.back() = Union(blocks_.back(), box);
+                if ((i - chain.begin) % kBlock == 0)
+                    blocks_.push_back(box);
+                else
+                    blocks_.back() = Union(blocks_.back(), box);
                 continue;
             }
             if (i > 0) Finish(chain, firstBlock);
@@ -114,7 +122,8 @@ public:
         for (std::size_t c = 0; c < chains_.size(); ++c) chains_[c].blocks = blocks_.data() + chainBlocks_[c];
         // A NaN coordinate must not break the ordering the sort relies on: it sorts last.
         const auto key = [](const Chain& c) { return std::isnan(c.box.xmin) ? HUGE_VAL : c.box.xmin; };
-        std::sort(chains_.begin(), chains_.end(), [&](const Chain& a, const Chain& b) { return key(a) < key(b); });
+        std::sort(chains_.begin(), chains_.end(),
+                  [&](const Chain& a, const Chain& b) { return key(a) < key(b); });
         std::vector<const Chain*> active;
         for (const Chain& chain : chains_) {
             for (std::size_t i = 0; i < active.size();) {
@@ -135,7 +144,7 @@ public:
         return Outcome::Done;
     }
 
-private:
+  private:
     // Chains point at their blocks only once every block is stored (the vector may move before).
     void Finish(Chain chain, std::size_t firstBlock) {
         chain.blocks = nullptr;
@@ -148,8 +157,10 @@ private:
     static std::uint32_t FirstReaching(std::uint32_t lo, std::uint32_t hi, double x, BoxOf boxOf) {
         while (lo < hi) {
             const std::uint32_t mid = lo + (hi - lo) / 2;
-            if (boxOf(mid).xmax + kBoxMargin < x) lo = mid + 1;
-            else hi = mid;
+            if (boxOf(mid).xmax + kBoxMargin < x)
+                lo = mid + 1;
+            else
+                hi = mid;
         }
         return lo;
     }
@@ -159,16 +170,18 @@ private:
     // Positions [a0, a1) of one against [b0, b1) of the other; meet(i, j) handles a pair of items
     // whose boxes meet and returns true to stop.
     template <class BoxA, class BoxB, class Meet>
-    bool TwoPointer(std::uint32_t a0, std::uint32_t a1, BoxA boxA, std::uint32_t b0, std::uint32_t b1, BoxB boxB,
-                           double from, double to, Meet meet) {
+    bool TwoPointer(std::uint32_t a0, std::uint32_t a1, BoxA boxA, std::uint32_t b0, std::uint32_t b1,
+                    BoxB boxB, double from, double to, Meet meet) {
         std::uint32_t i = FirstReaching(a0, a1, from, boxA), j = FirstReaching(b0, b1, from, boxB);
         if (i >= a1 || j >= b1) return false;
         SegmentBox p = boxA(i), q = boxB(j);
         while (p.xmin <= to && q.xmin <= to) {
             if (Spent()) return true;
             bool advanceA;
-            if (p.xmax + kBoxMargin < q.xmin) advanceA = true;
-            else if (q.xmax + kBoxMargin < p.xmin) advanceA = false;
+            if (p.xmax + kBoxMargin < q.xmin)
+                advanceA = true;
+            else if (q.xmax + kBoxMargin < p.xmin)
+                advanceA = false;
             else {
                 if (BoxesMeet(p, q) && meet(i, j, p, q)) return true;
                 advanceA = p.xmax < q.xmax;
@@ -187,22 +200,25 @@ private:
     // Two chains, block against block, then segment against segment where two blocks meet.
     template <class PairTest>
     bool Walk(const Chain& a, const Chain& b, PairTest& test) {
-        const double from = std::max(a.box.xmin, b.box.xmin), to = std::min(a.box.xmax, b.box.xmax) + kBoxMargin;
+        const double from = std::max(a.box.xmin, b.box.xmin),
+                     to = std::min(a.box.xmax, b.box.xmax) + kBoxMargin;
         const auto blockA = [&](std::uint32_t q) { return a.BlockBoxAt(q); };
         const auto blockB = [&](std::uint32_t q) { return b.BlockBoxAt(q); };
         const auto boxA = [&](std::uint32_t k) { return a.BoxAt(k); };
         const auto boxB = [&](std::uint32_t k) { return b.BoxAt(k); };
-        return TwoPointer(0, a.Blocks(), blockA, 0, b.Blocks(), blockB, from, to,
-                          [&](std::uint32_t qa, std::uint32_t qb, const SegmentBox& p, const SegmentBox& q) {
-                              std::uint32_t a0, a1, b0, b1;
-                              a.BlockPositions(qa, a0, a1);
-                              b.BlockPositions(qb, b0, b1);
-                              const double lo = std::max(p.xmin, q.xmin), hi = std::min(p.xmax, q.xmax) + kBoxMargin;
-                              return TwoPointer(a0, a1, boxA, b0, b1, boxB, lo, hi,
-                                                [&](std::uint32_t i, std::uint32_t j, const SegmentBox&, const SegmentBox&) {
-                                                    return test(Item{a.IndexAt(i), a.owner}, Item{b.IndexAt(j), b.owner});
-                                                });
-                          });
+        return TwoPointer(
+            0, a.Blocks(), blockA, 0, b.Blocks(), blockB, from, to,
+            [&](std::uint32_t qa, std::uint32_t qb, const SegmentBox& p, const SegmentBox& q) {
+                std::uint32_t a0, a1, b0, b1;
+                a.BlockPositions(qa, a0, a1);
+                b.BlockPositions(qb, b0, b1);
+                const double lo = std::max(p.xmin, q.xmin), hi = std::min(p.xmax, q.xmax) + kBoxMargin;
+                return TwoPointer(
+                    a0, a1, boxA, b0, b1, boxB, lo, hi,
+                    [&](std::uint32_t i, std::uint32_t j, const SegmentBox&, const SegmentBox&) {
+                        return test(Item{a.IndexAt(i), a.owner}, Item{b.IndexAt(j), b.owner});
+                    });
+            });
     }
 
     bool Spent() { return ++work_ > budget_; }
@@ -214,8 +230,8 @@ private:
 };
 
 // The end point two neighbouring segments share, if they are neighbours.
-int SharedJoints(std::size_t i, std::size_t j, std::size_t count, bool closed, std::span<const LoopDLine> segments,
-                 PlanePoint joints[2]) {
+int SharedJoints(std::size_t i, std::size_t j, std::size_t count, bool closed,
+                 std::span<const LoopDLine> segments, PlanePoint joints[2]) {
     const std::size_t lo = std::min(i, j), hi = std::max(i, j);
     int n = 0;
     if (hi == lo + 1) joints[n++] = segments[lo].EndPoint();
@@ -236,12 +252,14 @@ namespace {
 
 // The box sweep's allowance before the ordered sweep takes over: a few box steps a segment cover
 // the outlines of real drawings (the 10^6-vertex wavy circle of the benchmarks takes 0.1 a segment).
-std::size_t BoxBudget(std::size_t segments) { return 8 * segments + 4096; }
+std::size_t BoxBudget(std::size_t segments) {
+    return 8 * segments + 4096;
+}
 
 // Where segments i and j of a loop cross: their common points but the joint of neighbours.
 // Appends them to Points (the first only, with firstOnly) and tells whether there is any.
 class CrossingTest {
-public:
+  public:
     CrossingTest(std::span<const LoopDLine> segments, bool closed) : segments_(segments), closed_(closed) {}
 
     bool operator()(std::uint32_t i, std::uint32_t j, std::vector<PlanePoint>* Points, bool firstOnly) {
@@ -264,7 +282,7 @@ public:
         return any;
     }
 
-private:
+  private:
     std::span<const LoopDLine> segments_;
     bool closed_;
     std::vector<PlanePoint> found_;
@@ -273,8 +291,9 @@ private:
 // The box sweep over one loop, stopping at the first crossing unless every point is wanted. With a
 // budget it leaves the loop to the ordered sweep (OverBudget) when its chains are short or it has
 // spent the budget; `visit` has then seen every segment all the same.
-ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<PlanePoint>* Points,
-                             bool firstOnly, std::size_t budget, const std::function<void(const LoopDLine&)>& visit = {}) {
+ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& crossing,
+                             std::vector<PlanePoint>* Points, bool firstOnly, std::size_t budget,
+                             const std::function<void(const LoopDLine&)>& visit = {}) {
     ChainSet chains;
     const bool budgeted = budget != SIZE_MAX;
     const std::uint32_t read = chains.AddLoop(segments, 0, visit, budgeted);
@@ -295,8 +314,10 @@ ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& 
     return outcome;
 }
 
-bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<PlanePoint>* first) {
-    return SweepNeighbours(segments, [&](std::uint32_t i, std::uint32_t j) { return crossing(i, j, first, true); });
+bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing,
+                  std::vector<PlanePoint>* first) {
+    return SweepNeighbours(segments,
+                           [&](std::uint32_t i, std::uint32_t j) { return crossing(i, j, first, true); });
 }
 
 // Up to this many segments the pairs are fewer than the sweep's setting up costs.
@@ -358,7 +379,8 @@ std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segme
 
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
                        std::vector<PlanePoint>* Points) {
-    if (!Points && first.size() <= kFewSegments && second.size() <= kFewSegments) return CommonPoints(first, second, nullptr);
+    if (!Points && first.size() <= kFewSegments && second.size() <= kFewSegments)
+        return CommonPoints(first, second, nullptr);
     ChainSet chains;
     chains.AddLoop(first, 0);
     chains.AddLoop(second, 1);
@@ -373,8 +395,10 @@ bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLi
     return any;
 }
 
-bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second, std::vector<PlanePoint>* Points) {
-    if (first.size() > kFewSegments || second.size() > kFewSegments) return FindIntersections(first, second, Points);
+bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
+                  std::vector<PlanePoint>* Points) {
+    if (first.size() > kFewSegments || second.size() > kFewSegments)
+        return FindIntersections(first, second, Points);
     SegmentBox boxes[kFewSegments];
     for (std::size_t j = 0; j < second.size(); ++j) boxes[j] = second[j].BoundingBox();
     bool any = false;

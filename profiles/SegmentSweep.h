@@ -35,6 +35,7 @@ bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLi
                        std::vector<PlanePoint>* Points);
 
 // The same points in no particular order: small loops are compared pair by pair, without a sweep.
-bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second, std::vector<PlanePoint>* Points);
+bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
+                  std::vector<PlanePoint>* Points);
 
 }  // namespace tgp

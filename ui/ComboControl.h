@@ -9,7 +9,7 @@ namespace tgp::ui {
 // combo box answers, and its selection notification. Implemented over a Win32 combo box, over a
 // caller's control reached late-bound, and by the tests' fake.
 class ComboControl {
-public:
+  public:
     using SelectionHandler = std::function<void()>;
 
     virtual ~ComboControl();

@@ -10,7 +10,7 @@ namespace tgp::ui {
 // What the value editor needs of its window: the caption, the description label `lbDesc`, the value
 // text `Textbox`, the unit combo `cbUnitID`, the choice list `ComboBox`, and closing.
 class EditQuantityView {
-public:
+  public:
     virtual ~EditQuantityView() = default;
     virtual void Caption(const std::string& text) = 0;
     virtual void Description(const std::string& text) = 0;

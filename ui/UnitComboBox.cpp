@@ -23,19 +23,21 @@ std::optional<std::string> SymbolOf(DimensionObjectType kind, int16_t id) {
 
 // Clears a flag when the scope ends, however it ends.
 class FlagScope {
-public:
+  public:
     explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
     ~FlagScope() { flag_ = false; }
     FlagScope(const FlagScope&) = delete;
     FlagScope& operator=(const FlagScope&) = delete;
 
-private:
+  private:
     bool& flag_;
 };
 
 }  // namespace
 
-UnitComboBox::~UnitComboBox() { Release(); }
+UnitComboBox::~UnitComboBox() {
+    Release();
+}
 
 void UnitComboBox::Release() {
     if (combo_) combo_->OnSelection(nullptr);
@@ -55,19 +57,25 @@ void UnitComboBox::Init(std::shared_ptr<ComboControl> Combo, DimensionObjectType
     for (int16_t id = 0; id <= kLastUnitRow; ++id) {
         if (auto symbol = SymbolOf(kind_, id)) combo_->AddItem(*symbol);
     }
-    if (setting_) combo_->Text(setting_->UnitString(kind_));
-    else combo_->ListIndex(0);
+    if (setting_)
+        combo_->Text(setting_->UnitString(kind_));
+    else
+        combo_->ListIndex(0);
     unitID_ = UnitIdFromBox();
 }
 
 void UnitComboBox::UnitSetting(std::shared_ptr<tgp::UnitSetting> UnitS) {
     setting_ = std::move(UnitS);
     if (!combo_) return;
-    if (setting_) combo_->Text(setting_->UnitString(kind_));
-    else combo_->ListIndex(0);
+    if (setting_)
+        combo_->Text(setting_->UnitString(kind_));
+    else
+        combo_->ListIndex(0);
 }
 
-std::string UnitComboBox::UnitString() const { return combo_ ? combo_->Text() : std::string(); }
+std::string UnitComboBox::UnitString() const {
+    return combo_ ? combo_->Text() : std::string();
+}
 
 int16_t UnitComboBox::UnitIdFromBox() const {
     const std::string text = combo_ ? combo_->Text() : std::string();

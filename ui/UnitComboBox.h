@@ -18,7 +18,7 @@ namespace tgp::ui {
 // unit id, writes a pick into an optional UnitSetting and raises Change(oldUnitID, newUnitID) with
 // both ids by reference, so that a handler may rewrite the new one.
 class UnitComboBox {
-public:
+  public:
     using ChangeHandler = std::function<void(int16_t& oldUnitID, int16_t& newUnitID)>;
     using ConnectionId = std::size_t;
 
@@ -48,7 +48,7 @@ public:
     ConnectionId onChange(ChangeHandler handler);
     void disconnectChange(ConnectionId id);
 
-private:
+  private:
     void Release();
     int16_t UnitIdFromBox() const;
 

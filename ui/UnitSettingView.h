@@ -10,7 +10,7 @@ namespace tgp::ui {
 // The unit-setting dialog's controls as its rules use them. The kind combos are named by their
 // control names ("cbAngle", "cbLength", ..., "cbForceDensity"); the preset list is "cbUnitSettings".
 class UnitSettingView {
-public:
+  public:
     virtual ~UnitSettingView() = default;
     virtual std::shared_ptr<ComboControl> Combo(const std::string& name) = 0;
     virtual void StartTimer() = 0;

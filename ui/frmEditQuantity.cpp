@@ -19,7 +19,9 @@ constexpr int kSpaceKey = 32;
 std::optional<DimensionObjectType> KindOfTypeName(const std::string& typeName) {
     for (int k = 0; k < kKindCount; ++k) {
         const auto kind = static_cast<DimensionObjectType>(k);
-        if (typeName.size() > 1 && typeName[0] == 'D' && std::string_view(typeName).substr(1) == KindName(kind)) return kind;
+        if (typeName.size() > 1 && typeName[0] == 'D' &&
+            std::string_view(typeName).substr(1) == KindName(kind))
+            return kind;
     }
     return std::nullopt;
 }
@@ -58,18 +60,21 @@ std::string DisplayTypeName(DimensionObjectType kind) {
 }
 
 frmEditQuantity::frmEditQuantity(EditQuantityView& view) : view_(view) {
-    units_.onChange([this](int16_t& oldUnitID, int16_t& newUnitID) { ConvertShownNumber(oldUnitID, newUnitID); });
+    units_.onChange(
+        [this](int16_t& oldUnitID, int16_t& newUnitID) { ConvertShownNumber(oldUnitID, newUnitID); });
 }
 
-Quantity& frmEditQuantity::EditedQuantity() const { return *std::get<std::shared_ptr<Quantity>>(value_.content); }
+Quantity& frmEditQuantity::EditedQuantity() const {
+    return *std::get<std::shared_ptr<Quantity>>(value_.content);
+}
 
 void frmEditQuantity::EditQuantity(EditedValue value, const UnitArg& unit, const std::string& title,
                                    const std::string& description) {
     const auto kind = KindOfTypeName(value.typeName);
     const bool quantity = kind && std::holds_alternative<std::shared_ptr<Quantity>>(value.content) &&
                           std::get<std::shared_ptr<Quantity>>(value.content);
-    const bool plain = value.typeName == "String" || value.typeName == "Integer" || value.typeName == "Double" ||
-                       value.typeName == "Boolean";
+    const bool plain = value.typeName == "String" || value.typeName == "Integer" ||
+                       value.typeName == "Double" || value.typeName == "Boolean";
     if (!quantity && !plain) ThrowLibraryError("Invalid datatype");
     value_ = std::move(value);
     confirmed_ = false;
@@ -115,7 +120,8 @@ void frmEditQuantity::ShowChoices(const std::string& list, const std::string& cu
     std::size_t start = 0;
     for (;;) {
         const std::size_t comma = list.find(',', start);
-        const std::string piece = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+        const std::string piece =
+            list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
         combo->AddItem(piece);
         if (piece == current && chosen < 0) chosen = index;
         ++index;
@@ -137,17 +143,22 @@ void frmEditQuantity::OK() {
     switch (mode_) {
         case Mode::List: {
             const std::string chosen = view_.ListCombo()->Text();
-            if (value_.typeName == "Boolean") value_.content = chosen == "True";
-            else value_.content = chosen;
+            if (value_.typeName == "Boolean")
+                value_.content = chosen == "True";
+            else
+                value_.content = chosen;
             break;
         }
         case Mode::Quantity:
             EditedQuantity().Value(units_.UnitID(), ReadNumber(view_.Text()));
             break;
         case Mode::Text:
-            if (value_.typeName == "String") value_.content = view_.Text();
-            else if (value_.typeName == "Double") value_.content = ReadNumber(view_.Text());
-            else value_.content = IntegerFrom(ReadNumber(view_.Text()));
+            if (value_.typeName == "String")
+                value_.content = view_.Text();
+            else if (value_.typeName == "Double")
+                value_.content = ReadNumber(view_.Text());
+            else
+                value_.content = IntegerFrom(ReadNumber(view_.Text()));
             break;
     }
     confirmed_ = true;

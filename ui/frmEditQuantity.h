@@ -15,7 +15,8 @@ namespace tgp::ui {
 // The value being edited: a text, an Integer, a Double, a Boolean or a quantity object (held by
 // reference: confirming writes into the caller's object), with the runtime type name it came with.
 struct EditedValue {
-    using Content = std::variant<std::monostate, std::string, int16_t, double, bool, std::shared_ptr<Quantity>>;
+    using Content =
+        std::variant<std::monostate, std::string, int16_t, double, bool, std::shared_ptr<Quantity>>;
     std::string typeName;
     Content content;
 };
@@ -23,7 +24,7 @@ struct EditedValue {
 // The rules of the value editor, over an abstract window: how each type is shown, the unit
 // combo's conversions, OK and Enter, the refused space, and choosing from a list.
 class frmEditQuantity {
-public:
+  public:
     explicit frmEditQuantity(EditQuantityView& view);
 
     // Shows the value. A quantity's unit combo starts on `unit` resolved for its kind (a unit id or
@@ -48,7 +49,7 @@ public:
     // The unit chosen in the dialog (a quantity's), 0 otherwise.
     int16_t UnitID() const { return units_.UnitID(); }
 
-private:
+  private:
     enum class Mode { Text, Quantity, List };
 
     Quantity& EditedQuantity() const;

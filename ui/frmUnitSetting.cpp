@@ -78,7 +78,9 @@ void frmUnitSetting::KeyDown(int keyCode, int shift) {
     if (keyCode == kEnterKey) OK();
 }
 
-void frmUnitSetting::KeyUp() { suppressKeys_ = false; }
+void frmUnitSetting::KeyUp() {
+    suppressKeys_ = false;
+}
 
 void frmUnitSetting::TimerTick(bool anotherWindowActive) {
     if (!anotherWindowActive) return;

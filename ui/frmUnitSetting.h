@@ -12,7 +12,7 @@ namespace tgp::ui {
 // The rules of the unit-setting dialog over an abstract window: it edits a working copy of the
 // caller's setting through eleven bound combos and writes it back, with one Modified, only on OK.
 class frmUnitSetting {
-public:
+  public:
     explicit frmUnitSetting(UnitSettingView& view);
 
     // The caller's setting (may be null): the confirmed flag clears, the working setting becomes its
@@ -37,7 +37,7 @@ public:
     bool Visible() const { return visible_; }
     const UnitComboBox& Binder(DimensionObjectType kind) const { return binders_[kind]; }
 
-private:
+  private:
     UnitSettingView& view_;
     std::shared_ptr<tgp::UnitSetting> callers_;
     std::shared_ptr<tgp::UnitSetting> working_;

@@ -259,6 +259,8 @@ StoredAmount WriteAmount(DimensionObjectType kind, int id, double value) {
     return amount;
 }
 
-void RequireValidUnit(DimensionObjectType kind, int id) { RuleOf(EntryOf(kind), kind, id); }
+void RequireValidUnit(DimensionObjectType kind, int id) {
+    RuleOf(EntryOf(kind), kind, id);
+}
 
 }  // namespace tgp

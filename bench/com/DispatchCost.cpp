@@ -14,14 +14,16 @@ IDispatch* Create(const wchar_t* progId) {
     CLSID clsid;
     IDispatch* object = nullptr;
     if (FAILED(CLSIDFromProgID(progId, &clsid)) ||
-        FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object))))
+        FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                reinterpret_cast<void**>(&object))))
         std::printf("cannot create %ls\n", progId);
     return object;
 }
 
 // Calls name(argument) `calls` times, looking the name up each time as script engines do; returns
 // calls per second of the lookup and the call together, and of the call alone.
-void Measure(const char* label, IDispatch* object, const wchar_t* name, VARIANT argument, WORD flags, long calls) {
+void Measure(const char* label, IDispatch* object, const wchar_t* name, VARIANT argument, WORD flags,
+             long calls) {
     using Clock = std::chrono::steady_clock;
     LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
     DISPID id = 0;
@@ -38,7 +40,8 @@ void Measure(const char* label, IDispatch* object, const wchar_t* name, VARIANT 
         return calls / std::chrono::duration<double>(Clock::now() - start).count();
     };
     const double both = timed(true), invokeOnly = timed(false);
-    std::printf("%-28s %12.0f calls/s with the name lookup, %12.0f calls/s Invoke alone\n", label, both, invokeOnly);
+    std::printf("%-28s %12.0f calls/s with the name lookup, %12.0f calls/s Invoke alone\n", label, both,
+                invokeOnly);
 }
 
 }  // namespace
@@ -61,7 +64,8 @@ int main(int argc, char** argv) {
     DISPID addId;
     LPOLESTR addName[] = {const_cast<LPOLESTR>(L"Add")};
     dictionary->GetIDsOfNames(IID_NULL, addName, 1, LOCALE_USER_DEFAULT, &addId);
-    dictionary->Invoke(addId, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &add, nullptr, nullptr, nullptr);
+    dictionary->Invoke(addId, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &add, nullptr, nullptr,
+                       nullptr);
     V_VT(&unit) = VT_I2;
     V_I2(&unit) = 3;
     SAFEARRAYBOUND bound{3, 0};

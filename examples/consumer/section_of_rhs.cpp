@@ -8,14 +8,16 @@
 int main() {
     try {
         auto outer = tgp::Loop7::Create();
-        outer->InitFromCoordinates(std::vector<double>{0, 0, 200, 0, 200, 100, 0, 100}, std::vector<double>(4, 0.0));
+        outer->InitFromCoordinates(std::vector<double>{0, 0, 200, 0, 200, 100, 0, 100},
+                                   std::vector<double>(4, 0.0));
         auto inner = tgp::Loop7::Create();
-        inner->InitFromCoordinates(std::vector<double>{8, 8, 192, 8, 192, 92, 8, 92}, std::vector<double>(4, 0.0));
+        inner->InitFromCoordinates(std::vector<double>{8, 8, 192, 8, 192, 92, 8, 92},
+                                   std::vector<double>(4, 0.0));
         auto section = tgp::Loop7s::Create();
         section->Add(outer);
         section->Add(inner);
-        std::cout << "area " << section->Area() / 100 << " cm2, Ix " << section->MomentOfInertiaX() / 1e4 << " cm4, Iy "
-                  << section->MomentOfInertiaY() / 1e4 << " cm4\n";
+        std::cout << "area " << section->Area() / 100 << " cm2, Ix " << section->MomentOfInertiaX() / 1e4
+                  << " cm4, Iy " << section->MomentOfInertiaY() / 1e4 << " cm4\n";
     } catch (const tgp::Error& e) {
         std::cerr << e.number() << ": " << e.description() << "\n";
         return 1;

@@ -21,16 +21,28 @@ using test::Drawing;
 std::string Line(int handle, double x0, double y0, double x1, double y1, const std::string& layer = "EDGES") {
     std::ostringstream e;
     e.precision(17);
-    e << "0\nLINE\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\n" << layer << "\n10\n" << x0
-      << "\n20\n" << y0 << "\n30\n0\n11\n" << x1 << "\n21\n" << y1 << "\n31\n0\n";
+    e << "0\nLINE\n5\n"
+      << std::hex << std::uppercase << handle << std::dec << "\n8\n"
+      << layer << "\n10\n"
+      << x0 << "\n20\n"
+      << y0 << "\n30\n0\n11\n"
+      << x1 << "\n21\n"
+      << y1 << "\n31\n0\n";
     return e.str();
 }
 
-std::string Arc(int handle, double cx, double cy, double r, double from, double to, const std::string& extra = "") {
+std::string Arc(int handle, double cx, double cy, double r, double from, double to,
+                const std::string& extra = "") {
     std::ostringstream e;
     e.precision(17);
-    e << "0\nARC\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\nEDGES\n10\n" << cx << "\n20\n" << cy
-      << "\n30\n0\n40\n" << r << "\n50\n" << from << "\n51\n" << to << "\n" << extra;
+    e << "0\nARC\n5\n"
+      << std::hex << std::uppercase << handle << std::dec << "\n8\nEDGES\n10\n"
+      << cx << "\n20\n"
+      << cy << "\n30\n0\n40\n"
+      << r << "\n50\n"
+      << from << "\n51\n"
+      << to << "\n"
+      << extra;
     return e.str();
 }
 
@@ -40,9 +52,9 @@ std::string RoundedSquare(double b, double r, double gap, unsigned seed) {
     const double h = b / 2;
     std::vector<std::string> pieces = {
         Line(1, -h + r, -h, h - r, -h + gap), Line(2, h + gap, -h + r, h, h - r),
-        Line(3, h - r, h, -h + r - gap, h), Line(4, -h, h - r, -h, -h + r + gap),
-        Arc(5, h - r, -h + r, r, 270, 360), Arc(6, h - r, h - r, r, 0, 90),
-        Arc(7, -h + r, h - r, r, 90, 180), Arc(8, -h + r, -h + r, r, 180, 270),
+        Line(3, h - r, h, -h + r - gap, h),   Line(4, -h, h - r, -h, -h + r + gap),
+        Arc(5, h - r, -h + r, r, 270, 360),   Arc(6, h - r, h - r, r, 0, 90),
+        Arc(7, -h + r, h - r, r, 90, 180),    Arc(8, -h + r, -h + r, r, 180, 270),
     };
     std::mt19937 random(seed);
     std::shuffle(pieces.begin(), pieces.end(), random);
@@ -84,7 +96,8 @@ TEST(DrawingEdges, LinesAndArcsInAnyOrderAndDirectionMakeOneOutline) {
     DxfSkips skipped;
     const auto apart = ReadDxfText(Drawing(RoundedSquare(b, r, 0.01, 1)), "e.dxf", {}, &skipped);
     EXPECT_TRUE(apart.empty()) << "a gap of 0.01 on a 40 mm part does not close";
-    EXPECT_NE(SkipSummary(skipped).find("on layer EDGES not part of a closed outline"), std::string::npos) << SkipSummary(skipped);
+    EXPECT_NE(SkipSummary(skipped).find("on layer EDGES not part of a closed outline"), std::string::npos)
+        << SkipSummary(skipped);
 }
 
 TEST(DrawingEdges, TheBoreInsideAnOutlineOfEdgesIsAHole) {
@@ -101,8 +114,10 @@ TEST(DrawingEdges, TheBoreInsideAnOutlineOfEdgesIsAHole) {
 std::string Polyline(int handle, const std::vector<double>& xy, bool closed, double bulge = 0) {
     std::ostringstream e;
     e.precision(17);
-    e << "0\nLWPOLYLINE\n5\n" << std::hex << std::uppercase << handle << std::dec << "\n8\nPLATE\n90\n" << xy.size() / 2
-      << "\n70\n" << (closed ? 1 : 0) << "\n";
+    e << "0\nLWPOLYLINE\n5\n"
+      << std::hex << std::uppercase << handle << std::dec << "\n8\nPLATE\n90\n"
+      << xy.size() / 2 << "\n70\n"
+      << (closed ? 1 : 0) << "\n";
     for (std::size_t i = 0; i + 1 < xy.size(); i += 2) {
         e << "10\n" << xy[i] << "\n20\n" << xy[i + 1] << "\n";
         if (bulge != 0) e << "42\n" << bulge << "\n";
@@ -116,14 +131,18 @@ std::string Polyline(int handle, const std::vector<double>& xy, bool closed, dou
 TEST(DrawingEdges, OpenPolylinesAndSplinesCloseAnOutlineAroundItsHoles) {
     const double bulge = 0.1;
     const std::string spline =  // a clamped cubic along x = 200, from y = 50 to y = 100
-        "0\nSPLINE\n5\n30\n8\nPLATE\n70\n8\n71\n3\n72\n8\n73\n4\n74\n0\n40\n0\n40\n0\n40\n0\n40\n0\n40\n1\n40\n1\n40\n1\n"
-        "40\n1\n10\n200\n20\n50\n30\n0\n10\n200\n20\n65\n30\n0\n10\n200\n20\n85\n30\n0\n10\n200\n20\n100\n30\n0\n";
-    const std::string drawing = Drawing(Polyline(0x10, {0, 0, 200, 0, 200, 50}, false) + spline +
-                                        Polyline(0x11, {200, 100, 0, 100}, false, bulge) + Polyline(0x12, {0, 0, 0, 100}, false) +
-                                        Polyline(0x20, {20, 20, 60, 20, 60, 60, 20, 60}, true) +
-                                        Polyline(0x21, {100, 20, 150, 20, 150, 70, 100, 70}, true));
+        "0\nSPLINE\n5\n30\n8\nPLATE\n70\n8\n71\n3\n72\n8\n73\n4\n74\n0\n40\n0\n40\n0\n40\n0\n40\n0\n40\n1\n40"
+        "\n1\n40\n1\n"
+        "40\n1\n10\n200\n20\n50\n30\n0\n10\n200\n20\n65\n30\n0\n10\n200\n20\n85\n30\n0\n10\n200\n20\n100\n30"
+        "\n0\n";
+    const std::string drawing =
+        Drawing(Polyline(0x10, {0, 0, 200, 0, 200, 50}, false) + spline +
+                Polyline(0x11, {200, 100, 0, 100}, false, bulge) + Polyline(0x12, {0, 0, 0, 100}, false) +
+                Polyline(0x20, {20, 20, 60, 20, 60, 60, 20, 60}, true) +
+                Polyline(0x21, {100, 20, 150, 20, 150, 70, 100, 70}, true));
     DxfSkips skipped;
-    const auto sections = AnalyseProfiles(ReadDxfText(drawing, "plate.dxf", {}, &skipped), std::make_shared<UnitSetting>());
+    const auto sections =
+        AnalyseProfiles(ReadDxfText(drawing, "plate.dxf", {}, &skipped), std::make_shared<UnitSetting>());
     EXPECT_EQ(SkipSummary(skipped), "");
     ASSERT_EQ(sections.size(), 1u);
     EXPECT_EQ(sections[0].holes, 2);
@@ -144,8 +163,8 @@ TEST(DrawingEdges, ArcsWrapAroundAndMirroredArcsRunTheOtherWay) {
     ASSERT_EQ(wrapped.size(), 1u);
     EXPECT_NEAR(Area(wrapped[0]), M_PI * 50, 1e-9);
     // The same half disc mirrored: drawn with extrusion (0, 0, -1) its arc lies at negative x.
-    const auto mirrored = ReadDxfText(Drawing(Line(1, 0, 10, 0, -10) + Arc(2, 0, 0, 10, 270, 90, "210\n0\n220\n0\n230\n-1\n")),
-                                      "m.dxf");
+    const auto mirrored = ReadDxfText(
+        Drawing(Line(1, 0, 10, 0, -10) + Arc(2, 0, 0, 10, 270, 90, "210\n0\n220\n0\n230\n-1\n")), "m.dxf");
     ASSERT_EQ(mirrored.size(), 1u);
     const auto v = AnalyseProfile(mirrored[0], std::make_shared<UnitSetting>()).values;
     ASSERT_TRUE(v);
@@ -156,10 +175,11 @@ TEST(DrawingEdges, ArcsWrapAroundAndMirroredArcsRunTheOtherWay) {
 // outline they touch still closes; where three edges still meet, nothing is guessed.
 TEST(DrawingEdges, DanglingEdgesAreTakenAwayAndBranchesListed) {
     DxfSkips skipped;
-    const auto triangle = ReadDxfText(Drawing(Line(1, 0, 0, 10, 0) + Line(2, 10, 0, 0, 10) + Line(3, 0, 10, 0, 0) +
-                                              Line(4, 0, 0, -5, -5, "AXES") + Line(6, -5, -5, -8, -2, "AXES") +
-                                              Line(5, 20, 20, 30, 30, "AXES")),
-                                      "b.dxf", {}, &skipped);
+    const auto triangle =
+        ReadDxfText(Drawing(Line(1, 0, 0, 10, 0) + Line(2, 10, 0, 0, 10) + Line(3, 0, 10, 0, 0) +
+                            Line(4, 0, 0, -5, -5, "AXES") + Line(6, -5, -5, -8, -2, "AXES") +
+                            Line(5, 20, 20, 30, 30, "AXES")),
+                    "b.dxf", {}, &skipped);
     ASSERT_EQ(triangle.size(), 1u);
     EXPECT_NEAR(Area(triangle[0]), 50, 1e-12);
     EXPECT_EQ(SkipSummary(skipped), "3 LINE on layer AXES not part of a closed outline");
@@ -167,10 +187,10 @@ TEST(DrawingEdges, DanglingEdgesAreTakenAwayAndBranchesListed) {
     skipped.clear();
     // A square split by a line across it: two loops share that line, so no edge is taken as an
     // outline (the drawing is ambiguous), and all seven are listed.
-    const auto split = ReadDxfText(Drawing(Line(1, 0, 0, 5, 0) + Line(2, 5, 0, 10, 0) + Line(3, 10, 0, 10, 10) +
-                                           Line(4, 10, 10, 5, 10) + Line(5, 5, 10, 0, 10) + Line(6, 0, 10, 0, 0) +
-                                           Line(7, 5, 0, 5, 10)),
-                                   "s.dxf", {}, &skipped);
+    const auto split = ReadDxfText(
+        Drawing(Line(1, 0, 0, 5, 0) + Line(2, 5, 0, 10, 0) + Line(3, 10, 0, 10, 10) + Line(4, 10, 10, 5, 10) +
+                Line(5, 5, 10, 0, 10) + Line(6, 0, 10, 0, 0) + Line(7, 5, 0, 5, 10)),
+        "s.dxf", {}, &skipped);
     EXPECT_TRUE(split.empty());
     EXPECT_EQ(SkipSummary(skipped), "7 LINE on layer EDGES not part of a closed outline");
 }

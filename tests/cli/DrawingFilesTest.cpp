@@ -23,7 +23,8 @@ const std::string kDrawing =
     "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nRING\n70\n0\n10\n0\n20\n0\n30\n0\n"
     "0\nCIRCLE\n5\n2A\n8\n0\n10\n0\n20\n0\n30\n0\n40\n5\n0\nENDBLK\n0\nENDSEC\n"
     "0\nSECTION\n2\nENTITIES\n"
-    "0\nLWPOLYLINE\n5\n2F\n8\nPLATE\n90\n4\n70\n1\n10\n0\n20\n0\n10\n100\n20\n0\n42\n0.25\n10\n100\n20\n50\n10\n0\n20\n50\n"
+    "0\nLWPOLYLINE\n5\n2F\n8\nPLATE\n90\n4\n70\n1\n10\n0\n20\n0\n10\n100\n20\n0\n42\n0."
+    "25\n10\n100\n20\n50\n10\n0\n20\n50\n"
     "0\nINSERT\n5\n30\n8\nRINGS\n2\nRING\n10\n300\n20\n0\n30\n0\n41\n2\n42\n2\n43\n1\n50\n0\n"
     "0\nTEXT\n5\n31\n8\nNOTES\n10\n0\n20\n0\n40\n2.5\n1\nlabel\n"
     "0\nLWPOLYLINE\n5\n32\n8\nDIM\n90\n2\n70\n0\n10\n0\n20\n-10\n10\n100\n20\n-10\n"
@@ -93,12 +94,16 @@ TEST(DrawingFiles, FilesThatAreNotDrawingsOrAreCutShortSaySo) {
     };
     const Case cases[] = {
         {"", "f.dxf: the file is empty"},
-        {"hello world\nthis is not a drawing\n", "f.dxf: not a DXF file (its first line, 'hello world', is not a group code)"},
-        {kDrawing.substr(0, firstSequenceEnd), "f.dxf: section ENTITIES is not closed: the file ends without ENDSEC and EOF (it is cut short?)"},
+        {"hello world\nthis is not a drawing\n",
+         "f.dxf: not a DXF file (its first line, 'hello world', is not a group code)"},
+        {kDrawing.substr(0, firstSequenceEnd),
+         "f.dxf: section ENTITIES is not closed: the file ends without ENDSEC and EOF (it is cut short?)"},
         {kDrawing.substr(0, kDrawing.size() - 7), "f.dxf: the file ends without EOF (it is cut short?)"},
-        {"0\nSECTION\n2\nENTITIES\n0\n", "f.dxf:5: the file ends after group code 0, without its value (the file is cut short?)"},
+        {"0\nSECTION\n2\nENTITIES\n0\n",
+         "f.dxf:5: the file ends after group code 0, without its value (the file is cut short?)"},
         {"0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n10\nabc\n", "f.dxf:8: 'abc' is not a number (group 10)"},
-        {"0\nSECTION\n2\nENTITIES\n0\nSECTION\n2\nBLOCKS\n", "f.dxf:5: a section starts inside section ENTITIES (its ENDSEC is missing)"},
+        {"0\nSECTION\n2\nENTITIES\n0\nSECTION\n2\nBLOCKS\n",
+         "f.dxf:5: a section starts inside section ENTITIES (its ENDSEC is missing)"},
         {binary.substr(0, binary.size() / 2 + 3), ""},  // cut inside a group or between groups
         {std::string(kBinaryDxfSentinel), "f.dxf: the file ends without EOF (it is cut short?)"},
     };
@@ -135,10 +140,17 @@ TEST(DrawingFiles, TheCommandReportsEachFileAndGoesOn) {
     std::string out, err;
     EXPECT_EQ(run(args, out, err), 1) << "a file that cannot be read fails the run";
     EXPECT_NE(out.find(good + ": LWPOLYLINE handle 2F on layer PLATE"), std::string::npos) << out;
-    EXPECT_NE(out.find(binary + ": CIRCLE handle 2A on layer RINGS in block RING (INSERT handle 30)"), std::string::npos) << out;
-    EXPECT_NE(err.find(text + ": not a DXF file (its first line, 'These are my notes.', is not a group code)"), std::string::npos) << err;
+    EXPECT_NE(out.find(binary + ": CIRCLE handle 2A on layer RINGS in block RING (INSERT handle 30)"),
+              std::string::npos)
+        << out;
+    EXPECT_NE(
+        err.find(text + ": not a DXF file (its first line, 'These are my notes.', is not a group code)"),
+        std::string::npos)
+        << err;
     EXPECT_NE(err.find(cut + ": section ENTITIES is not closed"), std::string::npos) << err;
-    EXPECT_NE(err.find("tgp-section: " + good + ": skipped 1 TEXT, 1 open LWPOLYLINE on layer DIM\n"), std::string::npos) << err;
+    EXPECT_NE(err.find("tgp-section: " + good + ": skipped 1 TEXT, 1 open LWPOLYLINE on layer DIM\n"),
+              std::string::npos)
+        << err;
     args.push_back("--quiet");
     run(args, out, err);
     EXPECT_EQ(err.find("skipped"), std::string::npos) << err;

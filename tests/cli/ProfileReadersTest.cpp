@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <fstream>
-#include <clocale>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -42,12 +42,23 @@ TEST_P(TextProfiles, SplitIntoNamedProfiles) {
 
 INSTANTIATE_TEST_SUITE_P(
     Layouts, TextProfiles,
-    ::testing::Values(
-        TextCase{"blank_line", "0 0\n1 0\n1 1\n\n5 5\n6 5\n6 6\n", {"profile 1 (line 1)", "profile 2 (line 5)"}, {3, 3}},
-        TextCase{"end_and_names", "profile A\n0 0\n1 0\n0 1\nend\nprofile  B b \n0 0 1\n2 0 1\n", {"A", "B b"}, {3, 2}},
-        TextCase{"comments_inside", "# header\n0 0 # first\n# still the same profile\n1 0\n\t1 1\r\n\n\n", {"profile 1 (line 2)"}, {3}},
-        TextCase{"profile_starts_next", "0 0\n1 0\n1 1\nprofile next\n0 0\n2 0\n2 2\n", {"profile 1 (line 1)", "next"}, {3, 3}},
-        TextCase{"empty", "# nothing\n\nend\n", {}, {}}),
+    ::testing::Values(TextCase{"blank_line",
+                               "0 0\n1 0\n1 1\n\n5 5\n6 5\n6 6\n",
+                               {"profile 1 (line 1)", "profile 2 (line 5)"},
+                               {3, 3}},
+                      TextCase{"end_and_names",
+                               "profile A\n0 0\n1 0\n0 1\nend\nprofile  B b \n0 0 1\n2 0 1\n",
+                               {"A", "B b"},
+                               {3, 2}},
+                      TextCase{"comments_inside",
+                               "# header\n0 0 # first\n# still the same profile\n1 0\n\t1 1\r\n\n\n",
+                               {"profile 1 (line 2)"},
+                               {3}},
+                      TextCase{"profile_starts_next",
+                               "0 0\n1 0\n1 1\nprofile next\n0 0\n2 0\n2 2\n",
+                               {"profile 1 (line 1)", "next"},
+                               {3, 3}},
+                      TextCase{"empty", "# nothing\n\nend\n", {}, {}}),
     [](const auto& info) { return info.param.name; });
 
 TEST(TextProfiles, ReadsNumbersWithAPointAndBulgesDefaultingToZero) {
@@ -73,13 +84,18 @@ TEST_P(TextProfileErrors, NameTheSourceAndLine) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, TextProfileErrors,
-    ::testing::Values(BadLine{"0 0\n1,5 2\n", "in.txt:2: '1,5' is not a number"},
-                      BadLine{"0 0\n1 2 3 4\n", "in.txt:2: expected 'x y' or 'x y bulge', found '1 2 3 4'"},
-                      BadLine{"\n\n7\n", "in.txt:3: expected 'x y' or 'x y bulge', found '7'"},
-                      BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"},
-                      BadLine{"\x01\xff\x7f", "in.txt:1: expected 'x y' or 'x y bulge', found '?" "?" "?'"},
-                      BadLine{"0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18",
-                              "in.txt:1: expected 'x y' or 'x y bulge', found '0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 1...'"}));
+    ::testing::Values(
+        BadLine{"0 0\n1,5 2\n", "in.txt:2: '1,5' is not a number"},
+        BadLine{"0 0\n1 2 3 4\n", "in.txt:2: expected 'x y' or 'x y bulge', found '1 2 3 4'"},
+        BadLine{"\n\n7\n", "in.txt:3: expected 'x y' or 'x y bulge', found '7'"},
+        BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"},
+        BadLine{"\x01\xff\x7f",
+                "in.txt:1: expected 'x y' or 'x y bulge', found '?"
+                "?"
+                "?'"},
+        BadLine{
+            "0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18",
+            "in.txt:1: expected 'x y' or 'x y bulge', found '0 0 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 1...'"}));
 
 // The text read in any number of pieces gives what one piece gives: the same profiles, names,
 // groups and numbers, or the same first error with its line. Piece counts up to one a line put a
@@ -102,7 +118,8 @@ std::string ReadOutcome(const std::string& text, int pieces) {
 TEST(TextProfiles, ReadInPiecesAsInOne) {
     const std::vector<std::string> texts = {
         "0 0\n1 0\n1 1\n\n5 5\n6 5\n6 6\n",
-        "# header\n0 0 # first\n# same\n1 0\n\t1 1\r\n\n\nprofile P\n0 0 0.5\n2 0\nloop\n1 1\n1.5 1\n1 1.5\nend\n",
+        "# header\n0 0 # first\n# same\n1 0\n\t1 1\r\n\n\nprofile P\n0 0 0.5\n2 0\nloop\n1 1\n1.5 1\n1 "
+        "1.5\nend\n",
         "profile A\n0 0\n1 0\n0 1\nloop\nloop\n3 3\n4 3\n4 4\nprofile\n9 9\n8 9\n8 8\n",
         "0 0\n1 0\n1 1\nprofile B\n0 0\n2 0\n2 2\n\n\n\n7 7\n8 8\n9 7",
         "0 0\n1 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7 x\n8 8\n9 9\n",
@@ -166,7 +183,7 @@ TEST(TextProfiles, LargeTextReadInPiecesKeepsOrderAndLineNumbers) {
 // ---- DXF ----------------------------------------------------------------------------------------
 
 class DxfFile {
-public:
+  public:
     explicit DxfFile(const std::vector<std::string>& entities) {
         path_ = ::testing::TempDir() + "tgp_cli_" + std::to_string(counter_++) + ".dxf";
         std::ofstream out(path_);
@@ -177,12 +194,13 @@ public:
     ~DxfFile() { std::remove(path_.c_str()); }
     const std::string& path() const { return path_; }
 
-private:
+  private:
     static inline int counter_ = 0;
     std::string path_;
 };
 
-std::string LwPolyline(const std::string& handle, int flags, const std::vector<std::vector<double>>& vertices) {
+std::string LwPolyline(const std::string& handle, int flags,
+                       const std::vector<std::vector<double>>& vertices) {
     std::ostringstream e;
     e << "0\nLWPOLYLINE\n5\n" << handle << "\n8\nL1\n90\n" << vertices.size() << "\n70\n" << flags << "\n";
     for (const auto& v : vertices) {
@@ -195,7 +213,8 @@ std::string LwPolyline(const std::string& handle, int flags, const std::vector<s
 TEST(DxfProfiles, PolylinesCirclesAndTheirNames) {
     const std::string oldStyle =
         "0\nPOLYLINE\n5\nA1\n8\nL2\n66\n1\n70\n1\n"
-        "0\nVERTEX\n8\nL2\n10\n0\n20\n0\n42\n0.5\n0\nVERTEX\n8\nL2\n10\n4\n20\n0\n0\nVERTEX\n8\nL2\n10\n4\n20\n3\n"
+        "0\nVERTEX\n8\nL2\n10\n0\n20\n0\n42\n0."
+        "5\n0\nVERTEX\n8\nL2\n10\n4\n20\n0\n0\nVERTEX\n8\nL2\n10\n4\n20\n3\n"
         "0\nSEQEND\n";
     const DxfFile file({LwPolyline("2F", 1, {{0, 0}, {10, 0, -1}, {10, 5}}), oldStyle,
                         "0\nCIRCLE\n5\n3C\n8\n0\n10\n5\n20\n6\n40\n2\n",
@@ -224,10 +243,10 @@ TEST(DxfProfiles, DeclaredCountsAreNotTrusted) {
     for (const char* declared : {"2000000000", "99999999", "-5", "0", "2"}) {
         std::string polyline = LwPolyline("7A", 1, {{0, 0}, {10, 0}, {10, 5}, {0, 5}});
         polyline.replace(polyline.find("90\n4\n"), 5, std::string("90\n") + declared + "\n");
-        const std::string spline =
-            std::string("0\nSPLINE\n8\n0\n70\n8\n71\n3\n72\n") + declared + "\n73\n" + declared + "\n74\n" + declared +
-            "\n40\n0\n40\n1\n10\n0\n20\n0\n30\n0\n";
-        const std::string leader = std::string("0\nLEADER\n8\n0\n76\n") + declared + "\n10\n0\n20\n0\n30\n0\n";
+        const std::string spline = std::string("0\nSPLINE\n8\n0\n70\n8\n71\n3\n72\n") + declared + "\n73\n" +
+                                   declared + "\n74\n" + declared + "\n40\n0\n40\n1\n10\n0\n20\n0\n30\n0\n";
+        const std::string leader =
+            std::string("0\nLEADER\n8\n0\n76\n") + declared + "\n10\n0\n20\n0\n30\n0\n";
         const DxfFile file({polyline, spline, leader});
         const auto p = ReadDxfProfiles(file.path());
         ASSERT_EQ(p.size(), 2u) << declared;
@@ -312,7 +331,8 @@ TEST(DxfProfiles, MissingFileIsAFileError) {
 // naming the file for a folder or a missing file.
 TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
     const std::string path = ::testing::TempDir() + "tgp_mapped.txt";
-    const std::vector<std::string> contents = {std::string("0 0\r\n10 0\r\n10 5"), std::string("a\0b\n", 4), ""};
+    const std::vector<std::string> contents = {std::string("0 0\r\n10 0\r\n10 5"), std::string("a\0b\n", 4),
+                                               ""};
     for (const std::string& bytes : contents) {
         std::ofstream(path, std::ios::binary) << bytes;
         EXPECT_EQ(MappedFile(path).Text(), bytes);

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -55,14 +55,29 @@ TEST(RealDrawings, EllipsesWithARatioAboveOne) {
 
 TEST(RealDrawings, HatchBoundariesAtMapCoordinates) {
     const std::vector<std::vector<std::pair<double, double>>> boundaries = {
-        {{481167.286973555, 6757868.46229187}, {483012.242899119, 6758349.75514202}, {482771.596474045, 6754740.05876591},
-         {479964.054848188, 6752814.88736533}, {477156.513222331, 6755782.85994123}},
-        {{478259.476003918, 6765308.44760039}, {477697.967678746, 6763062.4142997}, {476534.843290891, 6763744.24583741},
-         {477256.782566112, 6765669.417238}, {483914.666993144, 6766591.89520078}, {487724.902056807, 6765990.2791381},
-         {487765.009794319, 6761297.67384917}, {484797.037218413, 6764987.58570029}, {482029.603330069, 6765629.30950049},
-         {481909.280117532, 6762059.7208619}, {480385.186092067, 6759573.04113614}, {475411.826640548, 6758008.83937316},
-         {467951.787463271, 6760455.41136141}, {466908.986287953, 6764746.93927522}, {474770.102840353, 6761337.78158668},
-         {478379.799216454, 6760335.08814887}, {479984.108716944, 6762661.33692458}, {480746.155729677, 6764787.04701273}},
+        {{481167.286973555, 6757868.46229187},
+         {483012.242899119, 6758349.75514202},
+         {482771.596474045, 6754740.05876591},
+         {479964.054848188, 6752814.88736533},
+         {477156.513222331, 6755782.85994123}},
+        {{478259.476003918, 6765308.44760039},
+         {477697.967678746, 6763062.4142997},
+         {476534.843290891, 6763744.24583741},
+         {477256.782566112, 6765669.417238},
+         {483914.666993144, 6766591.89520078},
+         {487724.902056807, 6765990.2791381},
+         {487765.009794319, 6761297.67384917},
+         {484797.037218413, 6764987.58570029},
+         {482029.603330069, 6765629.30950049},
+         {481909.280117532, 6762059.7208619},
+         {480385.186092067, 6759573.04113614},
+         {475411.826640548, 6758008.83937316},
+         {467951.787463271, 6760455.41136141},
+         {466908.986287953, 6764746.93927522},
+         {474770.102840353, 6761337.78158668},
+         {478379.799216454, 6760335.08814887},
+         {479984.108716944, 6762661.33692458},
+         {480746.155729677, 6764787.04701273}},
     };
     const Result r = Read("dxfparser_hatch.dxf");
     ASSERT_EQ(r.sections.size(), 2u);
@@ -88,11 +103,13 @@ TEST(RealDrawings, DrawingsWithoutOutlinesSayWhatTheyHold) {
         const char* file;
         const char* skipped;
     };
-    for (const Case& c : {Case{"dxfparser_arc1.dxf", "1 ARC on layer FG-Dtl-Dim not part of a closed outline"},
-                          Case{"dxfparser_splines.dxf", "2 SPLINE on layer PLOTLINES not part of a closed outline"},
-                          Case{"ezdxf_ASCII_R12_excerpt.dxf",
-                               "2 LINE on layer \\U+039B\\U+0391\\U+0393\\U+0395\\U+03A1ÄÜÖ not part of a closed outline, 1 TEXT"},
-                          Case{"ezdxf_Minimal_DXF_AC1009.dxf", ""}}) {
+    for (const Case& c :
+         {Case{"dxfparser_arc1.dxf", "1 ARC on layer FG-Dtl-Dim not part of a closed outline"},
+          Case{"dxfparser_splines.dxf", "2 SPLINE on layer PLOTLINES not part of a closed outline"},
+          Case{"ezdxf_ASCII_R12_excerpt.dxf",
+               "2 LINE on layer \\U+039B\\U+0391\\U+0393\\U+0395\\U+03A1ÄÜÖ not part of a closed outline, 1 "
+               "TEXT"},
+          Case{"ezdxf_Minimal_DXF_AC1009.dxf", ""}}) {
         const Result r = Read(c.file);
         EXPECT_TRUE(r.sections.empty()) << c.file;
         EXPECT_EQ(r.skipped, c.skipped) << c.file;
@@ -102,16 +119,32 @@ TEST(RealDrawings, DrawingsWithoutOutlinesSayWhatTheyHold) {
 // A release 1.4 part: an outline of 9 lines and 6 quarter arcs (4 convex, 2 concave fillets) with a
 // round hole drawn as two half arcs; its centre marks and a leader to a corner are not outlines.
 TEST(RealDrawings, ARelease14PartWithAHoleAndCentreMarks) {
-    const double chords = Shoelace({{0, 1.5}, {0, 1.125}, {0.125, 1}, {0.875, 1}, {1, 0.875}, {1, 0.5}, {1.5, 0}, {2, 0},
-                                    {2.5, 0.5}, {2.5, 0.875}, {2.625, 1}, {3.375, 1}, {3.5, 1.125}, {3.5, 1.3635}, {3.5, 1.5}});
+    const double chords = Shoelace({{0, 1.5},
+                                    {0, 1.125},
+                                    {0.125, 1},
+                                    {0.875, 1},
+                                    {1, 0.875},
+                                    {1, 0.5},
+                                    {1.5, 0},
+                                    {2, 0},
+                                    {2.5, 0.5},
+                                    {2.5, 0.875},
+                                    {2.625, 1},
+                                    {3.375, 1},
+                                    {3.5, 1.125},
+                                    {3.5, 1.3635},
+                                    {3.5, 1.5}});
     auto segment = [](double r) { return r * r / 2 * (M_PI / 2 - 1); };  // a quarter arc beyond its chord
-    const double expected = chords + 2 * segment(0.5) + 2 * segment(0.125) - 2 * segment(0.125) - M_PI * 0.3 * 0.3;
+    const double expected =
+        chords + 2 * segment(0.5) + 2 * segment(0.125) - 2 * segment(0.125) - M_PI * 0.3 * 0.3;
     const Result r = Read("ezdxf_AC1003_LINE_Example.dxf");
     ASSERT_EQ(r.sections.size(), 1u);
     ASSERT_TRUE(r.sections[0].values) << r.sections[0].error;
     EXPECT_EQ(r.sections[0].holes, 1);
     EXPECT_NEAR(r.sections[0].values->area, expected, 1e-12);
-    EXPECT_EQ(r.skipped, "4 LINE on layer 1 not part of a closed outline, 1 ARC on layer 1 not part of a closed outline");
+    EXPECT_EQ(
+        r.skipped,
+        "4 LINE on layer 1 not part of a closed outline, 1 ARC on layer 1 not part of a closed outline");
 }
 
 // Lines and arcs in metres that close into a loop which crosses itself where LINE 62 meets LINE 6C.
@@ -137,7 +170,8 @@ TEST(RealDrawings, ALoopThatCrossesItselfIsReportedWhereItDoes) {
 double SampledHatchArea(const std::string& file) {
     std::ifstream in(file);
     std::vector<std::pair<int, std::string>> tags;
-    for (std::string code, value; std::getline(in, code) && std::getline(in, value);) tags.emplace_back(std::stoi(code), value);
+    for (std::string code, value; std::getline(in, code) && std::getline(in, value);)
+        tags.emplace_back(std::stoi(code), value);
     struct Edge {
         int type = 0;
         std::map<int, double> g;
@@ -149,10 +183,14 @@ double SampledHatchArea(const std::string& file) {
         if (code == 91) inPaths = true;
         if (!inPaths) continue;
         if (code == 75) break;
-        if (code == 92) paths.emplace_back();
-        else if (code == 72) paths.back().push_back(Edge{std::stoi(value), {}, true});
-        else if (code == 73 && !paths.back().empty()) paths.back().back().ccw = std::stoi(value) != 0;
-        else if (!paths.empty() && !paths.back().empty()) paths.back().back().g[code] = std::stod(value);
+        if (code == 92)
+            paths.emplace_back();
+        else if (code == 72)
+            paths.back().push_back(Edge{std::stoi(value), {}, true});
+        else if (code == 73 && !paths.back().empty())
+            paths.back().back().ccw = std::stoi(value) != 0;
+        else if (!paths.empty() && !paths.back().empty())
+            paths.back().back().g[code] = std::stod(value);
     }
     double total = 0;
     for (const auto& path : paths) {
@@ -163,7 +201,8 @@ double SampledHatchArea(const std::string& file) {
             if (e.type == 1) {
                 points = {{g[10], g[20]}, {g[11], g[21]}};
             } else {
-                const double sweep = std::fmod(g[51] - g[50] + 360, 360) == 0 ? 360 : std::fmod(g[51] - g[50] + 360, 360);
+                const double sweep =
+                    std::fmod(g[51] - g[50] + 360, 360) == 0 ? 360 : std::fmod(g[51] - g[50] + 360, 360);
                 const double start = e.ccw ? g[50] : -g[50], step = (e.ccw ? sweep : -sweep) / 20000;
                 for (int k = 0; k <= 20000; ++k) {
                     const double a = (start + step * k) * M_PI / 180;
@@ -181,12 +220,14 @@ double SampledHatchArea(const std::string& file) {
             std::size_t best = 0;
             double nearest = HUGE_VAL;
             for (std::size_t k = 0; k < pieces.size(); ++k) {
-                const double d = std::min(distance(chain.back(), pieces[k].front()), distance(chain.back(), pieces[k].back()));
+                const double d = std::min(distance(chain.back(), pieces[k].front()),
+                                          distance(chain.back(), pieces[k].back()));
                 if (d < nearest) nearest = d, best = k;
             }
             auto piece = pieces[best];
             pieces.erase(pieces.begin() + static_cast<std::ptrdiff_t>(best));
-            if (distance(chain.back(), piece.back()) < distance(chain.back(), piece.front())) std::reverse(piece.begin(), piece.end());
+            if (distance(chain.back(), piece.back()) < distance(chain.back(), piece.front()))
+                std::reverse(piece.begin(), piece.end());
             chain.insert(chain.end(), piece.begin() + 1, piece.end());
         }
         total += Shoelace(chain);

@@ -21,7 +21,8 @@ namespace {
 
 std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID) {
     auto s = std::make_shared<UnitSetting>();
-    for (auto kind : {DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject}) s->UnitID(kind, length);
+    for (auto kind : {DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject})
+        s->UnitID(kind, length);
     s->UnitID(DAngleObject, angle);
     return s;
 }
@@ -97,26 +98,28 @@ TEST_P(RejectedProfiles, SayWhy) {
 
 INSTANTIATE_TEST_SUITE_P(
     Profiles, RejectedProfiles,
-    ::testing::Values(RejectCase{"open", Profile({0, 0, 1, 0, 1, 1}, {0, 0, 0}, false),
-                                 "is open: its last vertex does not meet the first"},
-                      RejectCase{"bow_tie", Profile({0, 0, 1, 1, 1, 0, 0, 1}, {0, 0, 0, 0}), "cuts itself at (0.5, 0.5)"},
-                      RejectCase{"one_point", Profile({3, 3}, {0}), "encloses no area"},
-                      RejectCase{"infinite", Profile({0, 0, 1, 0, 1, HUGE_VAL}, {0, 0, 0}),
-                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
-                      RejectCase{"not_a_number", Profile({0, 0, 1, 0, 1, 1}, {0, NAN, 0}),
-                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
-                      RejectCase{"huge", Profile({0, 0, 1e200, 0, 1, 1}, {0, 0, 0}),
-                                 "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
-                      // Found by fuzzing: a denormal bulge made the tool abort.
-                      RejectCase{"flattest_arc", Profile({0, 0, 10, 0, 10, 10}, {0, 0, 1e-320}),
-                                 "has an arc too flat to compute (its radius passes the number range; a bulge that "
-                                 "small is 0)"}),
+    ::testing::Values(
+        RejectCase{"open", Profile({0, 0, 1, 0, 1, 1}, {0, 0, 0}, false),
+                   "is open: its last vertex does not meet the first"},
+        RejectCase{"bow_tie", Profile({0, 0, 1, 1, 1, 0, 0, 1}, {0, 0, 0, 0}), "cuts itself at (0.5, 0.5)"},
+        RejectCase{"one_point", Profile({3, 3}, {0}), "encloses no area"},
+        RejectCase{"infinite", Profile({0, 0, 1, 0, 1, HUGE_VAL}, {0, 0, 0}),
+                   "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
+        RejectCase{"not_a_number", Profile({0, 0, 1, 0, 1, 1}, {0, NAN, 0}),
+                   "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
+        RejectCase{"huge", Profile({0, 0, 1e200, 0, 1, 1}, {0, 0, 0}),
+                   "has a coordinate or bulge out of range (not finite or beyond 1E+60)"},
+        // Found by fuzzing: a denormal bulge made the tool abort.
+        RejectCase{"flattest_arc", Profile({0, 0, 10, 0, 10, 10}, {0, 0, 1e-320}),
+                   "has an arc too flat to compute (its radius passes the number range; a bulge that "
+                   "small is 0)"}),
     [](const auto& info) { return info.param.name; });
 
 TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
     const ReportUnits units = ReportUnits::From(Units(cm_UnitID), 4);
-    std::vector<ProfileOutcome> outcomes{AnalyseProfile(Profile({0, 0, 0, 20, 10, 20, 10, 0}, {0, 0, 0, 0}), units.setting),
-                                         Rejected("bad \"one\"", "cuts itself")};
+    std::vector<ProfileOutcome> outcomes{
+        AnalyseProfile(Profile({0, 0, 0, 20, 10, 20, 10, 0}, {0, 0, 0, 0}), units.setting),
+        Rejected("bad \"one\"", "cuts itself")};
     const std::string table = FormatTable(outcomes, units);
     EXPECT_NE(table.find("area A"), std::string::npos);
     EXPECT_NE(table.find("2.000  cm²"), std::string::npos) << table;
@@ -125,7 +128,8 @@ TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
     const std::string json = FormatJson(outcomes, units);
     EXPECT_NE(json.find("\"area\": \"cm²\""), std::string::npos) << json;
     EXPECT_NE(json.find("\"area\": 2,"), std::string::npos) << json;
-    EXPECT_NE(json.find("\"name\": \"bad \\\"one\\\"\", \"file\": \"\", \"loops\": 1, \"holes\": 0, \"error\": \"cuts itself\""),
+    EXPECT_NE(json.find("\"name\": \"bad \\\"one\\\"\", \"file\": \"\", \"loops\": 1, \"holes\": 0, "
+                        "\"error\": \"cuts itself\""),
               std::string::npos)
         << json;
 }
@@ -142,7 +146,8 @@ CommandRun RunCommand(std::vector<std::string> args, double progressAfterSeconds
     std::vector<const char*> argv;
     for (const auto& a : args) argv.push_back(a.c_str());
     std::ostringstream out, err;
-    const int code = RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err, progressAfterSeconds);
+    const int code =
+        RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err, progressAfterSeconds);
     return {code, out.str(), err.str()};
 }
 
@@ -154,7 +159,8 @@ std::string TempText(const std::string& name, const std::string& text) {
 
 TEST(SectionCommand, ExitCodesAndMessages) {
     const std::string good = TempText("good.txt", "0 0\n10 0\n10 10\n0 10\n");
-    const std::string mixed = TempText("mixed.txt", "profile square\n0 0\n1 0\n1 1\n0 1\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
+    const std::string mixed =
+        TempText("mixed.txt", "profile square\n0 0\n1 0\n1 1\n0 1\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
     const std::string none = TempText("none.txt", "# nothing here\n");
     const std::string broken = TempText("broken.txt", "0 0\n1;0\n");
 
@@ -181,7 +187,8 @@ TEST(SectionCommand, ExitCodesAndMessages) {
 
     r = RunCommand({good, "--units", "furlong"});
     EXPECT_EQ(r.code, 1);
-    EXPECT_NE(r.err.find("unknown length unit 'furlong' (one of mm, cm, dm, m, in, ft)"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("unknown length unit 'furlong' (one of mm, cm, dm, m, in, ft)"), std::string::npos)
+        << r.err;
 
     r = RunCommand({});
     EXPECT_EQ(r.code, 1);
@@ -194,8 +201,9 @@ TEST(SectionCommand, ExitCodesAndMessages) {
 
 TEST(SectionCommand, ExamplesRun) {
     const std::string dir = TGP_EXAMPLES_DIR;
-    for (const char* name : {"ipe200.txt", "ipe200.dxf", "arcs.txt", "arcs.dxf", "rhs200x100x8.dxf", "chs168x8.dxf",
-                             "plate_girder.dxf", "box_girder_metres.dxf", "block_reference.dxf"}) {
+    for (const char* name :
+         {"ipe200.txt", "ipe200.dxf", "arcs.txt", "arcs.dxf", "rhs200x100x8.dxf", "chs168x8.dxf",
+          "plate_girder.dxf", "box_girder_metres.dxf", "block_reference.dxf"}) {
         const CommandRun r = RunCommand({dir + "/" + name, "--units", "cm"});
         EXPECT_EQ(r.code, 0) << name << r.err;
     }
@@ -246,19 +254,27 @@ std::vector<std::vector<std::string>> ReadCsv(const std::string& text) {
     bool quoted = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
-        if (quoted && c == '"' && i + 1 < text.size() && text[i + 1] == '"') rows.back().back() += text[++i];
-        else if (c == '"') quoted = !quoted;
-        else if (!quoted && c == ',') rows.back().emplace_back();
-        else if (!quoted && c == '\r') continue;
-        else if (!quoted && c == '\n') rows.emplace_back(1);
-        else rows.back().back() += c;
+        if (quoted && c == '"' && i + 1 < text.size() && text[i + 1] == '"')
+            rows.back().back() += text[++i];
+        else if (c == '"')
+            quoted = !quoted;
+        else if (!quoted && c == ',')
+            rows.back().emplace_back();
+        else if (!quoted && c == '\r')
+            continue;
+        else if (!quoted && c == '\n')
+            rows.emplace_back(1);
+        else
+            rows.back().back() += c;
     }
     if (rows.back() == std::vector<std::string>(1)) rows.pop_back();
     return rows;
 }
 
 TEST(SectionCommand, CsvRowsReadBackWithUnitsInTheHeader) {
-    const std::string file = TempText("csv, \"quoted\".txt", "profile plate, \"A\"\n0 0\n20 0\n20 10\n0 10\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
+    const std::string file =
+        TempText("csv, \"quoted\".txt",
+                 "profile plate, \"A\"\n0 0\n20 0\n20 10\n0 10\nend\nprofile bow\n0 0\n1 1\n1 0\n0 1\n");
     const CommandRun r = RunCommand({file, "--csv", "--units", "cm"});
     EXPECT_EQ(r.code, 2);
     ASSERT_EQ(r.out.rfind("\xEF\xBB\xBF", 0), 0u);
@@ -318,8 +334,10 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
     const test::Outline ipe = test::IpeOutline(200, 100, 5.6, 8.5, 12);
     const std::vector<Shape> shapes = {
         {"angle", {0, 0, 150, 0, 150, 10, 10, 10, 10, 90, 0, 90}, {0, 0, 0, 0, 0, 0}, NAN},
-        {"channel", {0, -100, 75, -100, 75, -88.5, 8.5, -88.5, 8.5, 88.5, 75, 88.5, 75, 100, 0, 100},
-         std::vector<double>(8, 0.0), 0},
+        {"channel",
+         {0, -100, 75, -100, 75, -88.5, 8.5, -88.5, 8.5, 88.5, 75, 88.5, 75, 100, 0, 100},
+         std::vector<double>(8, 0.0),
+         0},
         {"ipe", ipe.xy, ipe.bulges, 0}};
     std::ostringstream text;
     const double turns[] = {0, 30, 90, 135, -60, 180, -89};
@@ -328,7 +346,8 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
             text << "profile " << shape.name << ' ' << turn << "\n";
             const std::vector<double> xy = Turned(shape.xy, turn);
             for (std::size_t i = 0; i < shape.bulges.size(); ++i)
-                text << FormatNumber(xy[2 * i]) << ' ' << FormatNumber(xy[2 * i + 1]) << ' ' << FormatNumber(shape.bulges[i]) << "\n";
+                text << FormatNumber(xy[2 * i]) << ' ' << FormatNumber(xy[2 * i + 1]) << ' '
+                     << FormatNumber(shape.bulges[i]) << "\n";
             text << "end\n";
         }
     }
@@ -346,14 +365,16 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
     }
     for (const Shape& shape : shapes) {
         const std::string& first = lines[std::string(shape.name) + " 0"];
-        const double i1 = JsonNumber(first, "i1"), i2 = JsonNumber(first, "i2"), angle0 = JsonNumber(first, "principal_angle");
+        const double i1 = JsonNumber(first, "i1"), i2 = JsonNumber(first, "i2"),
+                     angle0 = JsonNumber(first, "principal_angle");
         if (!std::isnan(shape.angleUnturned)) {
             EXPECT_NEAR(angle0, shape.angleUnturned, 1e-9) << shape.name;
         }
         for (double turn : turns) {
             const std::string& line = lines[std::string(shape.name) + " " + FormatNumber(turn)];
             ASSERT_FALSE(line.empty()) << shape.name << ' ' << turn << r.out;
-            const double ix = JsonNumber(line, "ix"), iy = JsonNumber(line, "iy"), ixy = JsonNumber(line, "ixy");
+            const double ix = JsonNumber(line, "ix"), iy = JsonNumber(line, "iy"),
+                         ixy = JsonNumber(line, "ixy");
             const double got1 = JsonNumber(line, "i1"), got2 = JsonNumber(line, "i2");
             const double angle = JsonNumber(line, "principal_angle");
             EXPECT_GE(got1, got2) << shape.name << ' ' << turn;
@@ -368,7 +389,8 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
             EXPECT_NEAR(std::remainder(angle - expected, 180.0), 0, 1e-7) << shape.name << ' ' << turn;
             // The moment about the axis at that angle is I1.
             const double t = angle * M_PI / 180, c = std::cos(t), s = std::sin(t);
-            EXPECT_NEAR(ix * c * c + iy * s * s - 2 * ixy * s * c, got1, 1e-8 * i1) << shape.name << ' ' << turn;
+            EXPECT_NEAR(ix * c * c + iy * s * s - 2 * ixy * s * c, got1, 1e-8 * i1)
+                << shape.name << ' ' << turn;
         }
     }
     // The report that found the fault: the angle turned by +30 printed its minor moment as I1.
@@ -387,14 +409,15 @@ TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
         const test::Outline o = test::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
         text << "profile " << row.name << "\n";
         for (std::size_t i = 0; i < o.bulges.size(); ++i) {
-            text << FormatNumber(o.xy[2 * i]) << ' ' << FormatNumber(o.xy[2 * i + 1]) << ' ' << FormatNumber(o.bulges[i])
-                 << '\n';
+            text << FormatNumber(o.xy[2 * i]) << ' ' << FormatNumber(o.xy[2 * i + 1]) << ' '
+                 << FormatNumber(o.bulges[i]) << '\n';
         }
         text << "end\n";
     }
     const std::string input = TempText("european_i_sections.txt", text.str());
     const std::string output = ::testing::TempDir() + "european_i_sections.json";
-    const std::string command = std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
+    const std::string command =
+        std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
 
     std::ifstream json(output);

@@ -21,7 +21,9 @@ namespace {
 
 using test::Outline;
 
-std::shared_ptr<UnitSetting> Millimetres() { return std::make_shared<UnitSetting>(); }
+std::shared_ptr<UnitSetting> Millimetres() {
+    return std::make_shared<UnitSetting>();
+}
 
 DrawnProfile Outlined(const std::string& name, const Outline& o) {
     DrawnProfile p;
@@ -71,13 +73,16 @@ TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
     };
     const Case cases[] = {
         {"far from the origin",
-         {Outlined("a", test::Rectangle(far, far, 10, 10)), Outlined("b", test::Rectangle(far + 10, far, 10, 10))},
+         {Outlined("a", test::Rectangle(far, far, 10, 10)),
+          Outlined("b", test::Rectangle(far + 10, far, 10, 10))},
          1},
         {"at an arc's crown", {Outlined("dome", dome), Outlined("lid", test::Rectangle(5, 20, 10, 5))}, 1},
         {"within the tolerance",
          {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-7, 0, 10, 10))},
          1},
-        {"apart", {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-3, 0, 10, 10))}, 2},
+        {"apart",
+         {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-3, 0, 10, 10))},
+         2},
     };
     for (const Case& c : cases) {
         const auto sections = AnalyseProfiles(c.drawn, Millimetres());
@@ -99,9 +104,10 @@ TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
 }
 
 TEST(SectionGrouping, TheLoopsOfATextProfileAreOneSection) {
-    std::istringstream text("profile box\n0 0\n0 100\n200 100\n200 0\nloop\n10 10\n190 10\n190 90\n10 90\nend\n"
-                            "profile bars\n0 0\n0 10\n10 10\n10 0\nloop\n500 0\n500 10\n510 10\n510 0\n"
-                            "profile crossed\n0 0\n0 10\n10 10\n10 0\nloop\n5 5\n5 15\n15 15\n15 5\n");
+    std::istringstream text(
+        "profile box\n0 0\n0 100\n200 100\n200 0\nloop\n10 10\n190 10\n190 90\n10 90\nend\n"
+        "profile bars\n0 0\n0 10\n10 10\n10 0\nloop\n500 0\n500 10\n510 10\n510 0\n"
+        "profile crossed\n0 0\n0 10\n10 10\n10 0\nloop\n5 5\n5 15\n15 15\n15 5\n");
     const auto profiles = ReadTextProfiles(text, "in.txt");
     ASSERT_EQ(profiles.size(), 6u);
     EXPECT_EQ(profiles[1].name, "box, loop 2");
@@ -111,7 +117,8 @@ TEST(SectionGrouping, TheLoopsOfATextProfileAreOneSection) {
     EXPECT_NEAR(sections[0].values->area, 200 * 100 - 180 * 80, 1e-9);
     EXPECT_EQ(sections[1].name, "bars and 1 more part") << "loops apart in one profile are still one section";
     EXPECT_NEAR(sections[1].values->area, 200, 1e-9);
-    EXPECT_EQ(sections[2].error, "cannot be one section: crossed and crossed, loop 2 overlap (their interiors cross)");
+    EXPECT_EQ(sections[2].error,
+              "cannot be one section: crossed and crossed, loop 2 overlap (their interiors cross)");
 
     std::istringstream stray("loop\n");
     EXPECT_THROW(ReadTextProfiles(stray, "in.txt"), ProfileFileError);
@@ -123,7 +130,9 @@ std::string Lwpolyline(const std::string& handle, const Outline& o, double scale
     std::ostringstream e;
     e << "0\nLWPOLYLINE\n5\n" << handle << "\n8\nHOLLOW\n90\n" << o.bulges.size() << "\n70\n1\n";
     for (std::size_t i = 0; i < o.bulges.size(); ++i) {
-        e << "10\n" << FormatNumber(o.xy[2 * i] * scale) << "\n20\n" << FormatNumber(o.xy[2 * i + 1] * scale) << "\n42\n"
+        e << "10\n"
+          << FormatNumber(o.xy[2 * i] * scale) << "\n20\n"
+          << FormatNumber(o.xy[2 * i + 1] * scale) << "\n42\n"
           << FormatNumber(o.bulges[i]) << "\n";
     }
     return e.str();
@@ -142,7 +151,8 @@ std::string HollowDrawing(const std::vector<test::HollowRow>& rows, int insunits
         const double x = 1000.0 * static_cast<double>(i);
         const std::string handle = std::to_string(100 + i);
         if (row.Circular()) {
-            entities += CircleEntity(handle, x, row.B / 2, scale) + CircleEntity("F" + handle, x, row.B / 2 - row.t, scale);
+            entities += CircleEntity(handle, x, row.B / 2, scale) +
+                        CircleEntity("F" + handle, x, row.B / 2 - row.t, scale);
             continue;
         }
         auto [outer, inner] = test::HollowOutlines(row);
@@ -151,8 +161,8 @@ std::string HollowDrawing(const std::vector<test::HollowRow>& rows, int insunits
         }
         entities += Lwpolyline(handle, outer, scale) + Lwpolyline("F" + handle, inner, scale);
     }
-    return "0\nSECTION\n2\nHEADER\n9\n$INSUNITS\n70\n" + std::to_string(insunits) + "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
-           entities + "0\nENDSEC\n0\nEOF\n";
+    return "0\nSECTION\n2\nHEADER\n9\n$INSUNITS\n70\n" + std::to_string(insunits) +
+           "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
 }
 
 using test::JsonNumber;
@@ -168,13 +178,15 @@ TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
         const std::string input = ::testing::TempDir() + "hollow_" + std::to_string(d.insunits) + ".dxf";
         std::ofstream(input) << HollowDrawing(*rows, d.insunits, d.scale);
         const std::string output = input + ".json";
-        const std::string command = std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
+        const std::string command =
+            std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
         ASSERT_EQ(std::system(command.c_str()), 0) << command;
         std::ifstream json(output);
         std::map<std::string, std::string> byHandle;
         for (std::string line; std::getline(json, line);) {
             const auto at = line.find("\"handle\": \"");
-            if (at != std::string::npos) byHandle[line.substr(at + 11, line.find('"', at + 11) - at - 11)] = line;
+            if (at != std::string::npos)
+                byHandle[line.substr(at + 11, line.find('"', at + 11) - at - 11)] = line;
         }
         ASSERT_EQ(byHandle.size(), rows->size()) << "one section (outer with its hole) per row";
         for (std::size_t i = 0; i < rows->size(); ++i) {
@@ -186,8 +198,16 @@ TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
             EXPECT_LT(test::RelativeGap(JsonNumber(line, "area"), row.A), limit) << what;
             EXPECT_LT(test::RelativeGap(JsonNumber(line, "ix"), row.Ix), limit) << what;
             EXPECT_LT(test::RelativeGap(JsonNumber(line, "iy"), row.Iy), limit) << what;
-            EXPECT_LT(test::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")), row.Welx), limit) << what;
-            EXPECT_LT(test::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")), row.Wely), limit) << what;
+            EXPECT_LT(
+                test::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")),
+                                  row.Welx),
+                limit)
+                << what;
+            EXPECT_LT(
+                test::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")),
+                                  row.Wely),
+                limit)
+                << what;
             EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_x"), row.Wplx), limit) << what;
             EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_y"), row.Wply), limit) << what;
         }

@@ -22,12 +22,12 @@ std::vector<TestCase>& Tests();
 struct Registrar {
     Registrar(const char* name, void (*run)(), bool last = false) { Tests().push_back({name, run, last}); }
 };
-#define CLIENT_TEST(Name)                                  \
-    static void Name();                                    \
+#define CLIENT_TEST(Name)                                   \
+    static void Name();                                     \
     static client::Registrar Name##_registrar(#Name, Name); \
     static void Name()
-#define CLIENT_TEST_LAST(Name)                                   \
-    static void Name();                                          \
+#define CLIENT_TEST_LAST(Name)                                    \
+    static void Name();                                           \
     static client::Registrar Name##_registrar(#Name, Name, true); \
     static void Name()
 
@@ -39,13 +39,32 @@ std::string Narrow(const std::wstring& text);
 struct Var {
     VARIANT v;
     Var() { VariantInit(&v); }
-    explicit Var(double d) : Var() { V_VT(&v) = VT_R8; V_R8(&v) = d; }
-    explicit Var(int i) : Var() { V_VT(&v) = VT_I4; V_I4(&v) = i; }
-    explicit Var(bool b) : Var() { V_VT(&v) = VT_BOOL; V_BOOL(&v) = b ? VARIANT_TRUE : VARIANT_FALSE; }
-    explicit Var(const wchar_t* s) : Var() { V_VT(&v) = VT_BSTR; V_BSTR(&v) = SysAllocString(s); }
-    explicit Var(IDispatch* d) : Var() { V_VT(&v) = VT_DISPATCH; V_DISPATCH(&v) = d; if (d) d->AddRef(); }
+    explicit Var(double d) : Var() {
+        V_VT(&v) = VT_R8;
+        V_R8(&v) = d;
+    }
+    explicit Var(int i) : Var() {
+        V_VT(&v) = VT_I4;
+        V_I4(&v) = i;
+    }
+    explicit Var(bool b) : Var() {
+        V_VT(&v) = VT_BOOL;
+        V_BOOL(&v) = b ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    explicit Var(const wchar_t* s) : Var() {
+        V_VT(&v) = VT_BSTR;
+        V_BSTR(&v) = SysAllocString(s);
+    }
+    explicit Var(IDispatch* d) : Var() {
+        V_VT(&v) = VT_DISPATCH;
+        V_DISPATCH(&v) = d;
+        if (d) d->AddRef();
+    }
     Var(const Var& other) : Var() { VariantCopy(&v, const_cast<VARIANT*>(&other.v)); }
-    Var& operator=(const Var& other) { if (this != &other) VariantCopy(&v, const_cast<VARIANT*>(&other.v)); return *this; }
+    Var& operator=(const Var& other) {
+        if (this != &other) VariantCopy(&v, const_cast<VARIANT*>(&other.v));
+        return *this;
+    }
     ~Var() { VariantClear(&v); }
     double AsDouble() const;
     std::wstring AsText() const;
@@ -75,14 +94,17 @@ struct Object {
     explicit Object(const wchar_t* className) : p(Create(className)) {}
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
-    ~Object() { if (p) p->Release(); }
+    ~Object() {
+        if (p) p->Release();
+    }
     IDispatch* operator->() const { return p; }
     operator IDispatch*() const { return p; }
 };
 
 // The elements of a one-dimensional array of any numeric type, read from its lower bound; the
 // element type and the lower bound are reported through the out parameters.
-std::vector<double> Elements(const VARIANT& array, VARTYPE* elementType = nullptr, LONG* lowerBound = nullptr);
+std::vector<double> Elements(const VARIANT& array, VARTYPE* elementType = nullptr,
+                             LONG* lowerBound = nullptr);
 // A zero-based VT_ARRAY|VT_R8 (or VT_VARIANT) argument.
 Var DoubleArray(const std::vector<double>& values);
 Var VariantArray(const std::vector<double>& values);

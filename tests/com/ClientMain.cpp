@@ -29,9 +29,11 @@ void CheckNear(double actual, double expected, const std::string& name, double t
 }
 
 std::string Narrow(const std::wstring& text) {
-    int bytes = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+    int bytes = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0,
+                                    nullptr, nullptr);
     std::string result(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), result.data(), bytes, nullptr, nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), result.data(), bytes,
+                        nullptr, nullptr);
     return result;
 }
 
@@ -66,10 +68,12 @@ Outcome Call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Var
     }
     EXCEPINFO info{};
     UINT argError = 0;
-    outcome.hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, &outcome.result.v, &info, &argError);
+    outcome.hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, &outcome.result.v, &info,
+                                &argError);
     if (outcome.hr == DISP_E_EXCEPTION) {
         HRESULT code = info.scode;
-        outcome.number = HRESULT_FACILITY(code) == FACILITY_CONTROL ? HRESULT_CODE(code) : static_cast<int>(code);
+        outcome.number =
+            HRESULT_FACILITY(code) == FACILITY_CONTROL ? HRESULT_CODE(code) : static_cast<int>(code);
         if (info.bstrDescription) outcome.description = info.bstrDescription;
     } else if (FAILED(outcome.hr)) {
         outcome.number = static_cast<int>(outcome.hr);
@@ -95,7 +99,8 @@ IDispatch* Create(const wchar_t* className) {
     CLSID clsid{};
     IDispatch* object = nullptr;
     if (FAILED(CLSIDFromProgID(progId.c_str(), &clsid)) ||
-        FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object)))) {
+        FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                reinterpret_cast<void**>(&object)))) {
         std::printf("FATAL cannot create %s\n", Narrow(progId).c_str());
         std::exit(1);
     }
@@ -130,14 +135,19 @@ static Var MakeArray(const std::vector<double>& values, VARTYPE type) {
     SAFEARRAY* sa = SafeArrayCreateVector(type, 0, static_cast<ULONG>(values.size()));
     for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
         Var element(values[static_cast<std::size_t>(i)]);
-        SafeArrayPutElement(sa, &i, type == VT_R8 ? static_cast<void*>(&V_R8(&element.v)) : static_cast<void*>(&element.v));
+        SafeArrayPutElement(
+            sa, &i, type == VT_R8 ? static_cast<void*>(&V_R8(&element.v)) : static_cast<void*>(&element.v));
     }
     V_VT(&result.v) = VT_ARRAY | type;
     V_ARRAY(&result.v) = sa;
     return result;
 }
-Var DoubleArray(const std::vector<double>& values) { return MakeArray(values, VT_R8); }
-Var VariantArray(const std::vector<double>& values) { return MakeArray(values, VT_VARIANT); }
+Var DoubleArray(const std::vector<double>& values) {
+    return MakeArray(values, VT_R8);
+}
+Var VariantArray(const std::vector<double>& values) {
+    return MakeArray(values, VT_VARIANT);
+}
 
 std::wstring ServerPath() {
     CLSID clsid{};

@@ -58,14 +58,17 @@ void Type(HWND dialog, const wchar_t* name, const wchar_t* text) {
 // A user's pick: the entry selected, then the notification the box sends its form.
 void Pick(HWND dialog, const wchar_t* name, const wchar_t* entry) {
     HWND combo = Control(dialog, name);
-    const LRESULT index = SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(entry));
+    const LRESULT index =
+        SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(entry));
     SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(combo));
 }
 
 void Press(HWND dialog, const wchar_t* name) {
     HWND button = Control(dialog, name);
-    PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED), reinterpret_cast<LPARAM>(button));
+    PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED),
+                 reinterpret_cast<LPARAM>(button));
 }
 
 void PressKey(HWND target, WPARAM key) {
@@ -106,7 +109,8 @@ void Screenshot(HWND window, const char* name) {
     HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     HGDIOBJ old = SelectObject(memory, bitmap);
     BitBlt(memory, 0, 0, width, height, screen, r.left, r.top, SRCCOPY);
-    const DWORD stride = ((static_cast<DWORD>(width) * 3 + 3) / 4) * 4, size = stride * static_cast<DWORD>(height);
+    const DWORD stride = ((static_cast<DWORD>(width) * 3 + 3) / 4) * 4,
+                size = stride * static_cast<DWORD>(height);
     BITMAPFILEHEADER file{};
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof file + sizeof info.bmiHeader;
@@ -127,7 +131,7 @@ void Screenshot(HWND window, const char* name) {
 // Runs `actions` on the first visible window of the class from another thread, within a time limit:
 // a dialog still open 10 s after the actions is closed (as Cancel) so that nothing can hang.
 class Driver {
-public:
+  public:
     Driver(const wchar_t* windowClass, std::function<void(HWND)> actions)
         : windowClass_(windowClass), actions_(std::move(actions)) {
         thread_ = CreateThread(nullptr, 0, &Driver::Main, this, 0, nullptr);
@@ -140,7 +144,7 @@ public:
     Driver& operator=(const Driver&) = delete;
     std::atomic<bool> found{false}, timedOut{false};
 
-private:
+  private:
     static DWORD WINAPI Main(void* self) {
         static_cast<Driver*>(self)->Drive();
         return 0;
@@ -149,8 +153,10 @@ private:
         HWND dialog = nullptr;
         for (int i = 0; i < 200 && !dialog; ++i) {
             HWND w = FindWindowW(windowClass_, nullptr);
-            if (w && IsWindowVisible(w)) dialog = w;
-            else Sleep(50);
+            if (w && IsWindowVisible(w))
+                dialog = w;
+            else
+                Sleep(50);
         }
         if (!dialog) return;
         found = true;
@@ -212,11 +218,15 @@ CLIENT_TEST(EditQuantityOfALength) {
         outcome = Method(exe, L"EditQuantity", {RefTo(value), Var(3), Var(L""), Var(L""), returnRef});
         CheckDriven(driver, "EditQuantity");
     }
-    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_TRUE, "OK returns True", Narrow(outcome.description));
-    Check(caption == L"Edit Value as Length", "the caption names the kind", Narrow(caption) + " result " + std::to_string(outcome.number) + " " + Narrow(outcome.description) + " vt " + std::to_string(V_VT(&outcome.result.v)));
+    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_TRUE, "OK returns True",
+          Narrow(outcome.description));
+    Check(caption == L"Edit Value as Length", "the caption names the kind",
+          Narrow(caption) + " result " + std::to_string(outcome.number) + " " + Narrow(outcome.description) +
+              " vt " + std::to_string(V_VT(&outcome.result.v)));
     Check(shownInMetres == L"1", "1000 mm shown in metres reads 1", Narrow(shownInMetres));
     Check(shownInMm == L"1000", "switching to mm shows 1000", Narrow(shownInMm));
-    CheckNear(Get(length, L"Value", {Var(0)}).result.AsDouble(), 2500, "the object holds the confirmed 2500 mm");
+    CheckNear(Get(length, L"Value", {Var(0)}).result.AsDouble(), 2500,
+              "the object holds the confirmed 2500 mm");
     Check(returnUnit == 0, "ReturnUnitID is the unit chosen in the dialog", std::to_string(returnUnit));
     VariantClear(&value);
 }
@@ -237,7 +247,8 @@ CLIENT_TEST(EditQuantityOfNumbersWithEnterAndCancel) {
         outcome = Method(exe, L"EditQuantity", {RefTo(value)});
         CheckDriven(driver, "EditQuantity with Enter");
     }
-    Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "Enter in the text box confirms", Narrow(outcome.description) + " " + std::to_string(outcome.number));
+    Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "Enter in the text box confirms",
+          Narrow(outcome.description) + " " + std::to_string(outcome.number));
     Check(V_VT(&value) == VT_R8 && V_R8(&value) == 7.25, "a Double receives the typed number");
 
     V_VT(&value) = VT_I2;
@@ -274,7 +285,8 @@ CLIENT_TEST(EditEnumPicksFromTheList) {
         CheckDriven(driver, "EditEnum");
     }
     Check(selected == L"Steel", "the current value is chosen", Narrow(selected));
-    Check(description == L"Select Value from the List", "the description asks for a pick", Narrow(description));
+    Check(description == L"Select Value from the List", "the description asks for a pick",
+          Narrow(description));
     Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "EditEnum confirms");
     Check(V_VT(&value) == VT_BSTR && std::wstring(V_BSTR(&value)) == L"Timber", "the pick comes back");
     VariantClear(&value);
@@ -351,7 +363,8 @@ CLIENT_TEST(EditUnitSettingOfNothingGivesANewSetting) {
         outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true)});
         CheckDriven(driver, "EditUnitSetting of Nothing");
     }
-    Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE && us != nullptr, "the caller's variable receives the setting");
+    Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE && us != nullptr,
+          "the caller's variable receives the setting");
     if (us) {
         Check(Get(us, L"UnitID", {Var(0)}).result.AsDouble() == 1, "with the angle in degrees");
         us->Release();
@@ -405,8 +418,8 @@ CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
             Drag(Control(dialog, L"Label1"), 60, 40);
             GetWindowRect(dialog, &after);
             // Another window of the user's becomes active.
-            HWND other = CreateWindowExW(0, L"STATIC", L"another window", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 200,
-                                         100, nullptr, nullptr, nullptr, nullptr);
+            HWND other = CreateWindowExW(0, L"STATIC", L"another window", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                         10, 10, 200, 100, nullptr, nullptr, nullptr, nullptr);
             SetForegroundWindow(other);
             SetActiveWindow(other);
             for (int i = 0; i < 40 && IsWindowVisible(dialog); ++i) Sleep(50);
@@ -417,11 +430,13 @@ CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
         CheckDriven(driver, "EditUnitSetting left for another window");
     }
     const int centreX = (before.left + before.right) / 2, centreY = (before.top + before.bottom) / 2;
-    Check(std::abs(centreX - (area.left + area.right) / 2) <= 1 && std::abs(centreY - (area.top + area.bottom) / 2) <= 1,
+    Check(std::abs(centreX - (area.left + area.right) / 2) <= 1 &&
+              std::abs(centreY - (area.top + area.bottom) / 2) <= 1,
           "ShowCenterScreen centres the dialog on the screen",
           std::to_string(centreX) + "," + std::to_string(centreY));
     Check(after.left - before.left == 60 && after.top - before.top == 40, "a drag on Label1 moves the dialog",
-          "moved by " + std::to_string(after.left - before.left) + "," + std::to_string(after.top - before.top));
+          "moved by " + std::to_string(after.left - before.left) + "," +
+              std::to_string(after.top - before.top));
     Check(closedByTimer, "the dialog closes when another window is active");
     Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "and the call returns False");
     Check(Get(setting, L"UnitID", {Var(1)}).result.AsDouble() == 0, "leaving the caller's setting as it was");
@@ -431,21 +446,22 @@ namespace {
 
 // A form of the caller's, as VB6 forms offer it: an object whose hWnd is its window.
 class FormWithWindow final : public StackDispatch {
-public:
+  public:
     explicit FormWithWindow(HWND window) : window_(window) {}
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
         if (_wcsicmp(names[0], L"hWnd") != 0) return DISP_E_UNKNOWNNAME;
         ids[0] = 1;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                     UINT*) override {
         if (id != 1 || !result) return DISP_E_MEMBERNOTFOUND;
         V_VT(result) = VT_I4;
         V_I4(result) = static_cast<LONG>(reinterpret_cast<INT_PTR>(window_));
         return S_OK;
     }
 
-private:
+  private:
     HWND window_;
 };
 
@@ -454,8 +470,8 @@ private:
 // OwnerForm's window owns the value editor and is disabled while it shows; Esc cancels.
 CLIENT_TEST(EditQuantityOwnedByTheCallersFormAndCancelledByEsc) {
     Object exe(L"Geometry_EXE");
-    HWND owner = CreateWindowExW(0, L"STATIC", L"the caller's form", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 400, 300,
-                                 nullptr, nullptr, nullptr, nullptr);
+    HWND owner = CreateWindowExW(0, L"STATIC", L"the caller's form", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100,
+                                 100, 400, 300, nullptr, nullptr, nullptr, nullptr);
     FormWithWindow form(owner);
     VARIANT value;
     VariantInit(&value);
@@ -471,13 +487,16 @@ CLIENT_TEST(EditQuantityOwnedByTheCallersFormAndCancelledByEsc) {
             Type(dialog, L"Textbox", L"99");
             PressKey(Control(dialog, L"Textbox"), VK_ESCAPE);
         });
-        outcome = Method(exe, L"EditQuantity", {RefTo(value), Var(), Var(L"Factor"), Var(L""), Var(), Var(static_cast<IDispatch*>(&form))});
+        outcome = Method(
+            exe, L"EditQuantity",
+            {RefTo(value), Var(), Var(L"Factor"), Var(L""), Var(), Var(static_cast<IDispatch*>(&form))});
         CheckDriven(driver, "EditQuantity with an owner form");
     }
     Check(seenOwner == owner, "the caller's form owns the dialog");
     Check(ownerDisabled, "and is disabled while the dialog shows");
     Check(IsWindowEnabled(owner), "and enabled again afterwards");
-    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "Esc cancels", Narrow(outcome.description));
+    Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "Esc cancels",
+          Narrow(outcome.description));
     Check(V_VT(&value) == VT_R8 && V_R8(&value) == 1.5, "leaving the value");
     DestroyWindow(owner);
 }

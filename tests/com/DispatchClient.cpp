@@ -18,18 +18,19 @@ Lookup IdsOf(IDispatch* object, std::vector<const wchar_t*> names) {
     Lookup found{S_OK, std::vector<DISPID>(names.size(), 12345)};
     std::vector<LPOLESTR> list;
     for (const wchar_t* n : names) list.push_back(const_cast<LPOLESTR>(n));
-    found.hr = object->GetIDsOfNames(IID_NULL, list.data(), static_cast<UINT>(list.size()), LOCALE_USER_DEFAULT,
-                                     found.ids.data());
+    found.hr = object->GetIDsOfNames(IID_NULL, list.data(), static_cast<UINT>(list.size()),
+                                     LOCALE_USER_DEFAULT, found.ids.data());
     return found;
 }
 
 // Invoke with the arguments as given (rgvarg order: named first, then positional last-first).
-HRESULT RawInvoke(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT> rgvarg, std::vector<DISPID> named,
-                  VARIANT* result) {
+HRESULT RawInvoke(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT> rgvarg,
+                  std::vector<DISPID> named, VARIANT* result) {
     DISPPARAMS params{rgvarg.empty() ? nullptr : rgvarg.data(), named.empty() ? nullptr : named.data(),
                       static_cast<UINT>(rgvarg.size()), static_cast<UINT>(named.size())};
     EXCEPINFO info{};
-    const HRESULT hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &info, nullptr);
+    const HRESULT hr =
+        object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &info, nullptr);
     SysFreeString(info.bstrSource);
     SysFreeString(info.bstrDescription);
     SysFreeString(info.bstrHelpFile);
@@ -42,10 +43,12 @@ CLIENT_TEST(DispatchNamesAndNamedArguments) {
     Object vector(L"Vector");
     // vRotate(v, r): the member and its parameters by name, in any case.
     const Lookup ids = IdsOf(vector, {L"VROTATE", L"R", L"v"});
-    Check(ids.hr == S_OK && ids.ids[1] == 1 && ids.ids[2] == 0, "member and parameter names in any case give their ids");
+    Check(ids.hr == S_OK && ids.ids[1] == 1 && ids.ids[2] == 0,
+          "member and parameter names in any case give their ids");
     const Lookup unknown = IdsOf(vector, {L"vRotate", L"angle"});
-    Check(unknown.hr == DISP_E_UNKNOWNNAME && unknown.ids[0] == ids.ids[0] && unknown.ids[1] == DISPID_UNKNOWN,
-          "an unknown parameter name is DISPID_UNKNOWN, the member's id still given");
+    Check(
+        unknown.hr == DISP_E_UNKNOWNNAME && unknown.ids[0] == ids.ids[0] && unknown.ids[1] == DISPID_UNKNOWN,
+        "an unknown parameter name is DISPID_UNKNOWN, the member's id still given");
     const Lookup missing = IdsOf(vector, {L"NoSuchMember"});
     Check(missing.hr == DISP_E_UNKNOWNNAME && missing.ids[0] == DISPID_UNKNOWN, "an unknown member name");
 
@@ -86,8 +89,8 @@ CLIENT_TEST(DispatchArgumentCountsAndMalformedCalls) {
         Check(hr == c.expected, c.name, "HRESULT " + std::to_string(static_cast<unsigned long>(hr)));
     }
     DISPPARAMS broken{nullptr, nullptr, 1, 0};
-    Check(geometry->Invoke(degToRad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &broken, &result.v, nullptr,
-                           nullptr) == E_INVALIDARG,
+    Check(geometry->Invoke(degToRad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &broken, &result.v,
+                           nullptr, nullptr) == E_INVALIDARG,
           "an argument count without arguments is refused");
 }
 
@@ -103,7 +106,8 @@ CLIENT_TEST(DispatchByReferenceOutputs) {
     V_VT(&doubleRef) = VT_BYREF | VT_R8;
     V_R8REF(&doubleRef) = &asDouble;
     Var result;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {doubleRef}, {}, &result.v) == S_OK && std::fabs(asDouble - (7 - twoPi)) < 1e-12,
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {doubleRef}, {}, &result.v) == S_OK &&
+              std::fabs(asDouble - (7 - twoPi)) < 1e-12,
           "a Double variable receives the result in place");
 
     Var variable(L"-1");
@@ -118,12 +122,13 @@ CLIENT_TEST(DispatchByReferenceOutputs) {
     VARIANT longRef;
     V_VT(&longRef) = VT_BYREF | VT_I4;
     V_I4REF(&longRef) = &asLong;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {longRef}, {}, &result.v) == S_OK && asLong == 1,  // 14 - 2 (2 pi) = 1.43, rounded
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {longRef}, {}, &result.v) == S_OK &&
+              asLong == 1,  // 14 - 2 (2 pi) = 1.43, rounded
           "a Long variable keeps its type");
 
     Var value(20.0);
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {value.v}, {}, &result.v) == S_OK && V_VT(&value.v) == VT_R8 &&
-              V_R8(&value.v) == 20,
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {value.v}, {}, &result.v) == S_OK &&
+              V_VT(&value.v) == VT_R8 && V_R8(&value.v) == 20,
           "a value passed by value is left as it was");
 }
 

@@ -42,7 +42,7 @@ ITypeInfo* ComboInfo() {
 
 // The one connection point of a box, as an enumeration.
 class PointEnumeration final : public IEnumConnectionPoints {
-public:
+  public:
     explicit PointEnumeration(IConnectionPoint* point) : point_(point) { point_->AddRef(); }
     ~PointEnumeration() { point_->Release(); }
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
@@ -81,7 +81,7 @@ public:
         return S_OK;
     }
 
-private:
+  private:
     IConnectionPoint* point_;
     bool done_ = false;
     ULONG references_ = 1;
@@ -127,7 +127,8 @@ HRESULT FakeComboBox::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, D
 
 HRESULT FakeComboBox::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                              EXCEPINFO* exception, UINT* argError) {
-    return DispInvoke(static_cast<IFakeComboBox*>(this), ComboInfo(), member, flags, params, result, exception, argError);
+    return DispInvoke(static_cast<IFakeComboBox*>(this), ComboInfo(), member, flags, params, result,
+                      exception, argError);
 }
 
 HRESULT FakeComboBox::get_Text(BSTR* result) {
@@ -141,8 +142,10 @@ HRESULT FakeComboBox::put_Text(BSTR rhs) {
     const bool changed = given != text;
     text = given;
     index = found == items.end() ? -1 : static_cast<long>(found - items.begin());
-    if (kind_ == Kind::VbForm) Notify(L"Change");
-    else if (changed) Notify(L"Change");
+    if (kind_ == Kind::VbForm)
+        Notify(L"Change");
+    else if (changed)
+        Notify(L"Change");
     if (index >= 0 && kind_ != Kind::ChangeOnly) Notify(L"Click");
     return S_OK;
 }
@@ -167,7 +170,8 @@ HRESULT FakeComboBox::get_ListIndex(LONG* result) {
 }
 
 HRESULT FakeComboBox::put_ListIndex(LONG rhs) {
-    if (rhs < -1 || rhs >= static_cast<LONG>(items.size())) return DISP_E_OVERFLOW;  // the form's "Invalid argument"
+    if (rhs < -1 || rhs >= static_cast<LONG>(items.size()))
+        return DISP_E_OVERFLOW;  // the form's "Invalid argument"
     Select(rhs, false);
     return S_OK;
 }
@@ -237,9 +241,12 @@ HRESULT FakeComboBox::FindConnectionPoint(REFIID iid, IConnectionPoint** point) 
 
 const IID& FakeComboBox::Events() const {
     switch (kind_) {
-        case Kind::UserForm: return DIID_FormsComboEvents;
-        case Kind::VbForm: return DIID_VbComboEvents;
-        default: return DIID_ChangeOnlyEvents;
+        case Kind::UserForm:
+            return DIID_FormsComboEvents;
+        case Kind::VbForm:
+            return DIID_VbComboEvents;
+        default:
+            return DIID_ChangeOnlyEvents;
     }
 }
 
@@ -254,9 +261,13 @@ HRESULT FakeComboBox::GetConnectionPointContainer(IConnectionPointContainer** co
     return S_OK;
 }
 
-HRESULT FakeComboBox::Advise(IUnknown* sink, DWORD* cookie) { return sinks_.Advise(sink, Events(), cookie); }
+HRESULT FakeComboBox::Advise(IUnknown* sink, DWORD* cookie) {
+    return sinks_.Advise(sink, Events(), cookie);
+}
 
-HRESULT FakeComboBox::Unadvise(DWORD cookie) { return sinks_.Unadvise(cookie); }
+HRESULT FakeComboBox::Unadvise(DWORD cookie) {
+    return sinks_.Unadvise(cookie);
+}
 
 HRESULT FakeComboBox::EnumConnections(IEnumConnections** connections) {
     *connections = nullptr;

@@ -19,7 +19,7 @@ class FakeComboBox final : public IFakeComboBox,
                            public IProvideClassInfo,
                            public IConnectionPointContainer,
                            public IConnectionPoint {
-public:
+  public:
     enum class Kind {
         UserForm,    // Change for every new text, Click for every selection; class information given
         VbForm,      // Click for a selection, Change for a text set; no class information
@@ -49,8 +49,8 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override;
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override;
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                                     EXCEPINFO* exception, UINT* argError) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argError) override;
     // IFakeComboBox
     HRESULT STDMETHODCALLTYPE get_Text(BSTR* result) override;
     HRESULT STDMETHODCALLTYPE put_Text(BSTR rhs) override;
@@ -72,7 +72,7 @@ public:
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
 
-private:
+  private:
     const IID& Events() const;
     // A new selection (or text) and the notifications this kind of box sends for it.
     void Select(long position, bool byText);

@@ -16,8 +16,11 @@ namespace client {
 
 // An object of the host: its dual interface answered from the type library, one event source.
 template <class Itf>
-class FakeHostObject : public Itf, public IProvideClassInfo, public IConnectionPointContainer, public IConnectionPoint {
-public:
+class FakeHostObject : public Itf,
+                       public IProvideClassInfo,
+                       public IConnectionPointContainer,
+                       public IConnectionPoint {
+  public:
     FakeHostObject(const IID& own, const CLSID& coclass, const IID& events)
         : own_(own), coclass_(coclass), events_(events) {}
     virtual ~FakeHostObject() = default;
@@ -26,7 +29,8 @@ public:
     void Fire(DISPID member, std::vector<Var> args = {}) {
         std::vector<VARIANT> reversed;
         for (auto it = args.rbegin(); it != args.rend(); ++it) reversed.push_back(it->v);
-        DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+        DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr,
+                          static_cast<UINT>(reversed.size()), 0};
         sinks_.Fire(member, params);
     }
     std::size_t Sinks() const { return sinks_.Count(); }
@@ -34,9 +38,12 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         *result = nullptr;
-        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == own_) *result = static_cast<Itf*>(this);
-        else if (iid == IID_IProvideClassInfo) *result = static_cast<IProvideClassInfo*>(this);
-        else if (iid == IID_IConnectionPointContainer) *result = static_cast<IConnectionPointContainer*>(this);
+        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == own_)
+            *result = static_cast<Itf*>(this);
+        else if (iid == IID_IProvideClassInfo)
+            *result = static_cast<IProvideClassInfo*>(this);
+        else if (iid == IID_IConnectionPointContainer)
+            *result = static_cast<IConnectionPointContainer*>(this);
         if (!*result) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -47,7 +54,9 @@ public:
         *count = 1;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override { return TypeInfoOf(own_, info); }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        return TypeInfoOf(own_, info);
+    }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         ITypeInfo* info = nullptr;
         if (FAILED(TypeInfoOf(own_, &info))) return DISP_E_UNKNOWNNAME;
@@ -55,11 +64,12 @@ public:
         info->Release();
         return hr;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                                     EXCEPINFO* exception, UINT* argError) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* params,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argError) override {
         ITypeInfo* info = nullptr;
         if (FAILED(TypeInfoOf(own_, &info))) return DISP_E_MEMBERNOTFOUND;
-        const HRESULT hr = DispInvoke(static_cast<Itf*>(this), info, member, flags, params, result, exception, argError);
+        const HRESULT hr =
+            DispInvoke(static_cast<Itf*>(this), info, member, flags, params, result, exception, argError);
         info->Release();
         return hr;
     }
@@ -84,37 +94,49 @@ public:
         AddRef();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override { return sinks_.Advise(sink, IID_IDispatch, cookie); }
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
+        return sinks_.Advise(sink, IID_IDispatch, cookie);
+    }
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override { return sinks_.Unadvise(cookie); }
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
         *connections = nullptr;
         return E_NOTIMPL;
     }
 
-private:
+  private:
     IID own_, coclass_, events_;
     std::atomic<ULONG> references_{1};
     SinkList sinks_;
 };
 
 class TestDrawing final : public FakeHostObject<IFakeDocument> {
-public:
+  public:
     enum Event : DISPID { kActivate = 1, kDeactivate = 2, kBeginClose = 3, kObjectModified = 4 };
     explicit TestDrawing(std::wstring name)
-        : FakeHostObject(IID_IFakeDocument, CLSID_FakeDocument, DIID_FakeDocumentEvents), name_(std::move(name)) {}
+        : FakeHostObject(IID_IFakeDocument, CLSID_FakeDocument, DIID_FakeDocumentEvents),
+          name_(std::move(name)) {}
     HRESULT STDMETHODCALLTYPE get_Name(BSTR* result) override {
         *result = SysAllocString(name_.c_str());
         return S_OK;
     }
 
-private:
+  private:
     std::wstring name_;
 };
 
 class TestHost final : public FakeHostObject<IFakeHostApplication> {
-public:
-    enum Event : DISPID { kBeginModal = 1, kEndModal = 2, kWindowChanged = 3, kBeginQuit = 4, kEndOpen = 5, kSysVarChanged = 6 };
-    TestHost() : FakeHostObject(IID_IFakeHostApplication, CLSID_FakeHostApplication, DIID_FakeHostApplicationEvents) {}
+  public:
+    enum Event : DISPID {
+        kBeginModal = 1,
+        kEndModal = 2,
+        kWindowChanged = 3,
+        kBeginQuit = 4,
+        kEndOpen = 5,
+        kSysVarChanged = 6
+    };
+    TestHost()
+        : FakeHostObject(IID_IFakeHostApplication, CLSID_FakeHostApplication,
+                         DIID_FakeHostApplicationEvents) {}
     HWND window = nullptr;
     TestDrawing* active = nullptr;
     HRESULT STDMETHODCALLTYPE get_HWND(LONG* result) override {

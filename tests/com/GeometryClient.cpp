@@ -32,7 +32,7 @@ Var RefTo(VARIANT& variable) {
 
 // A CAD entity that records its Move calls.
 class RecordingEntity final : public StackDispatch {
-public:
+  public:
     int moves = 0;
     std::vector<double> lastTo;
     VARTYPE argumentType = VT_EMPTY;
@@ -41,7 +41,8 @@ public:
         *ids = 7;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
         if (id != 7 || params->cArgs != 2) return DISP_E_BADPARAMCOUNT;
         ++moves;
         argumentType = V_VT(&params->rgvarg[0]);
@@ -61,15 +62,24 @@ CLIENT_TEST(ArraysOfDouble) {
         std::vector<double> expected;
     };
     const Case cases[] = {
-        {"vplusv", Method(vector, L"vplusv", {VariantArray({1, 2, 3}), DoubleArray({1, 1})}), VT_R8, {2, 3, 0}},
+        {"vplusv",
+         Method(vector, L"vplusv", {VariantArray({1, 2, 3}), DoubleArray({1, 1})}),
+         VT_R8,
+         {2, 3, 0}},
         {"vxv", Method(vector, L"vxv", {DoubleArray({1, 0, 0}), DoubleArray({0, 1, 0})}), VT_R8, {0, 0, 1}},
         {"UnitVec", Method(vector, L"UnitVec", {DoubleArray({3, 4})}), VT_R8, {0.6, 0.8}},
-        {"vRotate is a Variant array", Method(vector, L"vRotate", {DoubleArray({1, 0}), Var(0.0)}), VT_VARIANT, {1, 0}},
-        {"vProjectTo is a Variant array", Method(vector, L"vProjectTo", {DoubleArray({3, 4}), DoubleArray({1, 0})}),
-         VT_VARIANT, {3, 0}},
-        {"lower bound 1 is read from its first element", Method(vector, L"VectorAB",
-                                                                 {DoubleArrayFrom(1, {1, 1}), DoubleArrayFrom(-5, {4, 5})}),
-         VT_R8, {3, 4}},
+        {"vRotate is a Variant array",
+         Method(vector, L"vRotate", {DoubleArray({1, 0}), Var(0.0)}),
+         VT_VARIANT,
+         {1, 0}},
+        {"vProjectTo is a Variant array",
+         Method(vector, L"vProjectTo", {DoubleArray({3, 4}), DoubleArray({1, 0})}),
+         VT_VARIANT,
+         {3, 0}},
+        {"lower bound 1 is read from its first element",
+         Method(vector, L"VectorAB", {DoubleArrayFrom(1, {1, 1}), DoubleArrayFrom(-5, {4, 5})}),
+         VT_R8,
+         {3, 4}},
     };
     for (const Case& c : cases) {
         VARTYPE type = VT_EMPTY;
@@ -146,8 +156,9 @@ CLIENT_TEST(TypedByReferenceVariables) {
 
     VARIANT returned;
     VariantInit(&returned);
-    Method(geometry, L"RotatePoint", {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}), DoubleArray({0, 0, 1}),
-                                      Var(1.5707963267949), RefTo(returned)});
+    Method(geometry, L"RotatePoint",
+           {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}), DoubleArray({0, 0, 1}), Var(1.5707963267949),
+            RefTo(returned)});
     VARTYPE type = VT_EMPTY;
     std::vector<double> point = Elements(returned, &type);
     Check(type == VT_R8 && point.size() == 3, "RotatePoint's ReturnPoint is an array of three Double");
@@ -162,7 +173,8 @@ CLIENT_TEST(TypedByReferenceVariables) {
     VariantInit(&gauss);
     Outcome det = Method(matrix, L"Det", {Var(), RefTo(gauss)});
     Check(det.result.AsDouble() == 6, "Det");
-    Check(V_VT(&gauss) == (VT_ARRAY | VT_R8) && SafeArrayGetDim(V_ARRAY(&gauss)) == 2, "GaussMatrix receives a 2-D array");
+    Check(V_VT(&gauss) == (VT_ARRAY | VT_R8) && SafeArrayGetDim(V_ARRAY(&gauss)) == 2,
+          "GaussMatrix receives a 2-D array");
     VariantClear(&gauss);
     V_VT(&det.result.v) = VT_EMPTY;
 }
@@ -196,8 +208,9 @@ struct TypedArrayVariable {
 CLIENT_TEST(ResultPointsInTheCallersVariable) {
     Object geometry(L"Geometry");
     auto rotate = [&](Var target) {
-        return Method(geometry, L"RotatePoint", {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}),
-                                                 DoubleArray({0, 0, 1}), Var(1.5707963267949), target});
+        return Method(geometry, L"RotatePoint",
+                      {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}), DoubleArray({0, 0, 1}),
+                       Var(1.5707963267949), target});
     };
     // A Variant receives an array of Double whatever it held, a Variant array included.
     VARIANT variable;
@@ -210,7 +223,8 @@ CLIENT_TEST(ResultPointsInTheCallersVariable) {
     Var variants = VariantArray({9, 9, 9});
     VariantCopy(&variable, &variants.v);
     rotate(RefTo(variable));
-    Check(V_VT(&variable) == (VT_ARRAY | VT_R8), "a Variant holding a Variant array receives an array of Double");
+    Check(V_VT(&variable) == (VT_ARRAY | VT_R8),
+          "a Variant holding a Variant array receives an array of Double");
     VariantClear(&variable);
 
     // A typed array variable is filled in its own type, its bounds kept.
@@ -219,17 +233,20 @@ CLIENT_TEST(ResultPointsInTheCallersVariable) {
     float y = 0;
     LONG at = 2;
     SafeArrayGetElement(singles.array, &at, &y);
-    Check(singles.SafeArrayElementType() == VT_R4 && std::fabs(y - 1) < 1e-6, "the Single array holds the point from its lower bound 1");
+    Check(singles.SafeArrayElementType() == VT_R4 && std::fabs(y - 1) < 1e-6,
+          "the Single array holds the point from its lower bound 1");
     TypedArrayVariable integers(VT_I2, 0, 3);
     rotate(integers.Ref());
     short yInteger = 0;
     at = 1;
     SafeArrayGetElement(integers.array, &at, &yInteger);
-    Check(integers.SafeArrayElementType() == VT_I2 && yInteger == 1, "an Integer array variable receives rounded coordinates");
+    Check(integers.SafeArrayElementType() == VT_I2 && yInteger == 1,
+          "an Integer array variable receives rounded coordinates");
     // A dynamic array of another length is given a new one of its type; a fixed-size one cannot be.
     TypedArrayVariable dynamic(VT_R8, 0, 1);
     rotate(dynamic.Ref());
-    Check(dynamic.array && dynamic.array->rgsabound[0].cElements == 3, "a dynamic Double array variable is redimensioned");
+    Check(dynamic.array && dynamic.array->rgsabound[0].cElements == 3,
+          "a dynamic Double array variable is redimensioned");
     TypedArrayVariable fixed(VT_R8, 0, 5, FADF_FIXEDSIZE | FADF_STATIC);
     Check(rotate(fixed.Ref()).number == 9, "a fixed-size array variable of another length raises 9");
 
@@ -289,13 +306,15 @@ CLIENT_TEST(HostileArrays) {
     };
     for (const Case& c : cases) {
         Outcome outcome = Method(vector, L"vLength", {c.argument});
-        Check(outcome.number == c.number, std::string("vLength of ") + c.name, "got " + std::to_string(outcome.number));
+        Check(outcome.number == c.number, std::string("vLength of ") + c.name,
+              "got " + std::to_string(outcome.number));
     }
     Object ucs(L"UCS");
     Outcome nothingUcs = Method(ucs, L"ParallelTo", {nothing});
     Check(nothingUcs.number == 424, "Nothing where a UCS is needed raises 424");
     Object matrix(L"Matrix");
     Check(Put(matrix, L"Array2D", {DoubleArray({1, 2})}).number == 13, "a one-dimensional Array2D raises 13");
-    Check(Method(matrix, L"LetItem", {Var(0), Var(0), Var(std::nan(""))}).number != 0, "NaN into a matrix raises an error");
+    Check(Method(matrix, L"LetItem", {Var(0), Var(0), Var(std::nan(""))}).number != 0,
+          "NaN into a matrix raises an error");
     Check(Method(Object(L"Geometry"), L"DegToRad", {Var(HUGE_VAL)}).number == 6, "infinite angle raises 6");
 }

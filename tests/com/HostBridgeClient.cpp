@@ -16,7 +16,7 @@ namespace {
 
 // A sink for a bridge's events: the ids in order, with the one argument each carried (if any).
 class BridgeEvents final : public StackDispatch {
-public:
+  public:
     BridgeEvents() : StackDispatch(DIID___HostBridge) {}
     struct Event {
         DISPID id;
@@ -24,25 +24,29 @@ public:
         long number;
     };
     std::vector<Event> events;
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
         Event event{id, nullptr, -1};
         if (params && params->cArgs == 1) {
             VARIANT& argument = params->rgvarg[0];
-            if (V_VT(&argument) == VT_DISPATCH) event.object = V_DISPATCH(&argument);
-            else if (V_VT(&argument) == VT_I4) event.number = V_I4(&argument);
+            if (V_VT(&argument) == VT_DISPATCH)
+                event.object = V_DISPATCH(&argument);
+            else if (V_VT(&argument) == VT_I4)
+                event.number = V_I4(&argument);
         }
         events.push_back(event);
         return S_OK;
     }
 };
 
-constexpr DISPID kWindowChanged = 1, kEnterModal = 2, kLeaveModal = 3, kDrawingActivated = 4, kDrawingClosing = 5,
-                 kObjectModified = 6, kHostClosing = 7;
+constexpr DISPID kWindowChanged = 1, kEnterModal = 2, kLeaveModal = 3, kDrawingActivated = 4,
+                 kDrawingClosing = 5, kObjectModified = 6, kHostClosing = 7;
 
 // An object with no members of its own (every call fails as a script's would).
 class Memberless final : public StackDispatch {
-public:
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+  public:
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
         return DISP_E_MEMBERNOTFOUND;
     }
 };
@@ -51,7 +55,9 @@ bool SetApplication(IDispatch* bridge, IDispatch* application) {
     return Call(bridge, L"Application", DISPATCH_PROPERTYPUTREF, {Var(application)}).number == 0;
 }
 
-IDispatch* ApplicationOf(IDispatch* bridge) { return Get(bridge, L"Application").result.AsObject(); }
+IDispatch* ApplicationOf(IDispatch* bridge) {
+    return Get(bridge, L"Application").result.AsObject();
+}
 
 }  // namespace
 
@@ -63,8 +69,10 @@ CLIENT_TEST(HostBridgeSharesTheApplicationAndRelaysEvents) {
         Object one(L"HostBridge"), two(L"HostBridge");
         Check(ApplicationOf(two) == nullptr, "no application before one is set");
         Check(SetApplication(one, &host), "Set Application");
-        Check(ApplicationOf(two) == static_cast<IDispatch*>(&host), "the other bridge has the same application");
-        Check(host.Sinks() == 1 && first.Sinks() == 1, "one connection to the host and to its drawing, however many bridges");
+        Check(ApplicationOf(two) == static_cast<IDispatch*>(&host),
+              "the other bridge has the same application");
+        Check(host.Sinks() == 1 && first.Sinks() == 1,
+              "one connection to the host and to its drawing, however many bridges");
 
         BridgeEvents seenByOne, seenByTwo;
         Connection c1(one, seenByOne, DIID___HostBridge), c2(two, seenByTwo, DIID___HostBridge);
@@ -76,11 +84,14 @@ CLIENT_TEST(HostBridgeSharesTheApplicationAndRelaysEvents) {
         host.Fire(TestHost::kSysVarChanged, {Var(L"OSMODE"), Var(1)});  // not relayed
         Object modified(L"Vector");  // any object stands for the drawing's object
         first.Fire(TestDrawing::kObjectModified, {Var(static_cast<IDispatch*>(modified))});
-        Check(seenByOne.events.size() == 4 && seenByTwo.events.size() == 4, "both bridges relay the four events",
+        Check(seenByOne.events.size() == 4 && seenByTwo.events.size() == 4,
+              "both bridges relay the four events",
               std::to_string(seenByOne.events.size()) + " and " + std::to_string(seenByTwo.events.size()));
         if (seenByOne.events.size() == 4) {
-            Check(seenByOne.events[0].id == kEnterModal && seenByOne.events[1].id == kLeaveModal, "modal state");
-            Check(seenByOne.events[2].id == kWindowChanged && seenByOne.events[2].number == 3, "WindowChanged with its state");
+            Check(seenByOne.events[0].id == kEnterModal && seenByOne.events[1].id == kLeaveModal,
+                  "modal state");
+            Check(seenByOne.events[2].id == kWindowChanged && seenByOne.events[2].number == 3,
+                  "WindowChanged with its state");
             Check(seenByOne.events[3].id == kObjectModified && seenByOne.events[3].object == modified.p,
                   "ObjectModified with the object");
         }
@@ -95,7 +106,8 @@ CLIENT_TEST(HostBridgeSharesTheApplicationAndRelaysEvents) {
         first.Fire(TestDrawing::kObjectModified, {Var(static_cast<IDispatch*>(modified))});
         Check(seenByOne.events.back().id == kDrawingActivated, "the old drawing's events no longer arrive");
         second.Fire(TestDrawing::kBeginClose);
-        Check(seenByOne.events.back().id == kDrawingClosing && seenByOne.events.back().object == static_cast<IDispatch*>(&second),
+        Check(seenByOne.events.back().id == kDrawingClosing &&
+                  seenByOne.events.back().object == static_cast<IDispatch*>(&second),
               "DrawingClosing with the drawing");
 
         // The host quits: the bridges say so and let it go.
@@ -118,11 +130,13 @@ CLIENT_TEST(HostBridgeLetsTheHostGoWithItsLastBridge) {
         SetApplication(bridge, &host);
         {
             Object other(L"HostBridge");
-            Check(ApplicationOf(other) == static_cast<IDispatch*>(&host), "a bridge made later finds the application");
+            Check(ApplicationOf(other) == static_cast<IDispatch*>(&host),
+                  "a bridge made later finds the application");
         }
         Check(host.Sinks() == 1, "one bridge still lives: the connection stays");
         Check(SetApplication(bridge, nullptr), "Set Application = Nothing");
-        Check(host.Sinks() == 0 && drawing.Sinks() == 0 && host.References() == 1, "Nothing drops the connection");
+        Check(host.Sinks() == 0 && drawing.Sinks() == 0 && host.References() == 1,
+              "Nothing drops the connection");
         SetApplication(bridge, &host);
         Check(SetApplication(bridge, &host), "setting the same application again");
         Check(host.Sinks() == 1, "... connects once");
@@ -142,7 +156,7 @@ namespace {
 
 // A form object of the caller's: Show (modal) and hWnd, as a VB form answers them.
 class ShowableForm final : public StackDispatch {
-public:
+  public:
     HWND owner = nullptr;
     int shows = 0;
     short modal = -1;
@@ -152,17 +166,20 @@ public:
         ids[0] = 1;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
         if (id != 1) return DISP_E_MEMBERNOTFOUND;
         ++shows;
-        if (params && params->cArgs == 1 && V_VT(&params->rgvarg[0]) == VT_I2) modal = V_I2(&params->rgvarg[0]);
+        if (params && params->cArgs == 1 && V_VT(&params->rgvarg[0]) == VT_I2)
+            modal = V_I2(&params->rgvarg[0]);
         ownerWasEnabled = IsWindowEnabled(owner) != FALSE;
         return S_OK;
     }
 };
 
 HWND TopWindow(const wchar_t* title, DWORD style = WS_OVERLAPPEDWINDOW) {
-    return CreateWindowExW(0, L"STATIC", title, style, 100, 100, 400, 300, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    return CreateWindowExW(0, L"STATIC", title, style, 100, 100, 400, 300, nullptr, nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
 }
 
 bool ownerDisabledWhileShown = false;
@@ -185,7 +202,8 @@ CLIENT_TEST(HostBridgeShowsFormsModallyOverTheHost) {
         KillTimer(window, 1);
         DestroyWindow(window);
     });
-    const Outcome shown = Method(bridge, L"ShowModal", {Var(static_cast<int>(reinterpret_cast<intptr_t>(form)))});
+    const Outcome shown =
+        Method(bridge, L"ShowModal", {Var(static_cast<int>(reinterpret_cast<intptr_t>(form)))});
     Check(shown.number == 0, "ShowModal of a window handle", Narrow(shown.description));
     Check(!IsWindow(form), "ShowModal returned when the form closed");
     Check(ownerDisabledWhileShown, "the host window was disabled while the form showed");
@@ -195,13 +213,15 @@ CLIENT_TEST(HostBridgeShowsFormsModallyOverTheHost) {
     // A form object: asked to Show itself modally, with the host disabled meanwhile.
     ShowableForm object;
     object.owner = host.window;
-    Check(Method(bridge, L"ShowModal", {Var(static_cast<IDispatch*>(&object))}).number == 0, "ShowModal of a form object");
+    Check(Method(bridge, L"ShowModal", {Var(static_cast<IDispatch*>(&object))}).number == 0,
+          "ShowModal of a form object");
     Check(object.shows == 1 && object.modal == 1, "the form was shown once, modally (Show 1)");
     Check(!object.ownerWasEnabled, "the host window was disabled during Show");
     Check(IsWindowEnabled(host.window) != FALSE, "and enabled afterwards");
 
     Memberless noShow;
-    Check(Method(bridge, L"ShowModal", {Var(static_cast<IDispatch*>(&noShow))}).number == 438, "an object without Show: 438");
+    Check(Method(bridge, L"ShowModal", {Var(static_cast<IDispatch*>(&noShow))}).number == 438,
+          "an object without Show: 438");
     Check(Method(bridge, L"ShowModal", {Var(12345)}).number == 5, "a number that is no window: 5");
     Check(IsWindowEnabled(host.window) != FALSE, "the host window stays enabled after failures");
 

@@ -39,7 +39,9 @@ std::vector<Member> MembersOf(IDispatch* object) {
             info->GetDocumentation(desc->memid, &name, nullptr, nullptr, nullptr);
             UINT arguments = 0;
             for (SHORT p = 0; p < desc->cParams; ++p)
-                if (!(desc->lprgelemdescParam[p].paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) ++arguments;
+                if (!(desc->lprgelemdescParam[p].paramdesc.wParamFlags &
+                      (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)))
+                    ++arguments;
             WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
             if (desc->invkind == INVOKE_PROPERTYPUT) flags = DISPATCH_PROPERTYPUT;
             if (desc->invkind == INVOKE_PROPERTYPUTREF) flags = DISPATCH_PROPERTYPUTREF;
@@ -74,7 +76,8 @@ struct Hostile {
     IDispatch* wrongObject;
 
     explicit Hostile(IDispatch* wrong) : wrongObject(wrong) {
-        const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+        const double nan = std::numeric_limits<double>::quiet_NaN(),
+                     inf = std::numeric_limits<double>::infinity();
         Add("NaN", Var(nan));
         Add("+infinity", Var(inf));
         Add("-infinity", Var(-inf));
@@ -167,15 +170,17 @@ struct Hostile {
 // Calls by dispatch id; arguments in published order. `touched` tells whether the callee changed
 // an argument passed by value: those belong to the caller (a callee that writes an in/out result
 // into one frees the caller's array under its feet).
-HRESULT Invoke(IDispatch* object, const Member& member, std::vector<VARIANT> args, VARIANT* result, EXCEPINFO& info,
-               bool& touched) {
+HRESULT Invoke(IDispatch* object, const Member& member, std::vector<VARIANT> args, VARIANT* result,
+               EXCEPINFO& info, bool& touched) {
     std::vector<VARIANT> reversed(args.rbegin(), args.rend());
     const std::vector<VARIANT> before = reversed;
     DISPID put = DISPID_PROPERTYPUT;
     const bool isPut = member.flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
-    DISPPARAMS params{reversed.data(), isPut ? &put : nullptr, static_cast<UINT>(reversed.size()), isPut ? 1u : 0u};
+    DISPPARAMS params{reversed.data(), isPut ? &put : nullptr, static_cast<UINT>(reversed.size()),
+                      isPut ? 1u : 0u};
     UINT argError = 0;
-    const HRESULT hr = object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, member.flags, &params, result, &info, &argError);
+    const HRESULT hr = object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, member.flags, &params, result,
+                                      &info, &argError);
     touched = false;
     for (std::size_t a = 0; a < before.size(); ++a)
         touched = touched || std::memcmp(&before[a], &reversed[a], sizeof(VARIANT)) != 0;
@@ -195,8 +200,9 @@ bool AllFinite(const VARIANT& value) {
 // a description.
 std::string Unclean(HRESULT hr, const EXCEPINFO& info, const VARIANT& result) {
     if (SUCCEEDED(hr)) return AllFinite(result) ? "" : "a result that is not finite";
-    static const std::set<HRESULT> runtimeErrors = {DISP_E_TYPEMISMATCH, DISP_E_BADPARAMCOUNT, DISP_E_PARAMNOTOPTIONAL,
-                                                    DISP_E_OVERFLOW,     DISP_E_MEMBERNOTFOUND, DISP_E_PARAMNOTFOUND};
+    static const std::set<HRESULT> runtimeErrors = {DISP_E_TYPEMISMATCH,     DISP_E_BADPARAMCOUNT,
+                                                    DISP_E_PARAMNOTOPTIONAL, DISP_E_OVERFLOW,
+                                                    DISP_E_MEMBERNOTFOUND,   DISP_E_PARAMNOTFOUND};
     if (runtimeErrors.count(hr)) return "";
     if (hr != DISP_E_EXCEPTION) return "HRESULT " + std::to_string(static_cast<unsigned long>(hr));
     static const std::set<int> numbers = {5, 6, 7, 9, 11, 13, 91, 94, 424, 438, 450, 713, 2411, 24111};
@@ -207,15 +213,16 @@ std::string Unclean(HRESULT hr, const EXCEPINFO& info, const VARIANT& result) {
     return "";
 }
 
-const wchar_t* kClasses[] = {L"DLength",  L"DArea",     L"DVolume",       L"DMomentOfInertia", L"DForce",
-                             L"DForceMoment", L"DPressure", L"DAngle",   L"DForceDensity", L"DForcePerLine",
-                             L"DForcePerArea", L"UnitSetting", L"Geometry_EXE", L"Vector", L"Geometry",
-                             L"Matrix",   L"UCS",       L"Loop7",         L"InertiaBlock"};
+const wchar_t* kClasses[] = {L"DLength",       L"DArea",         L"DVolume",       L"DMomentOfInertia",
+                             L"DForce",        L"DForceMoment",  L"DPressure",     L"DAngle",
+                             L"DForceDensity", L"DForcePerLine", L"DForcePerArea", L"UnitSetting",
+                             L"Geometry_EXE",  L"Vector",        L"Geometry",      L"Matrix",
+                             L"UCS",           L"Loop7",         L"InertiaBlock"};
 
 // Dialogs would wait for a person, and the placeholders only show their message: not swept here.
 bool Swept(const std::wstring& name) {
-    return name.rfind(L"Edit", 0) != 0 && name != L"InverseWithExcelMethod" && name != L"DisplayOnExcelWorksheet" &&
-           name != L"PrintToTextFile";
+    return name.rfind(L"Edit", 0) != 0 && name != L"InverseWithExcelMethod" &&
+           name != L"DisplayOnExcelWorksheet" && name != L"PrintToTextFile";
 }
 
 }  // namespace
@@ -239,18 +246,23 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
                     std::vector<VARIANT> args;
                     Var one(1.0);
                     for (UINT a = 0; a < member.arguments; ++a)
-                        args.push_back(a == position || position == member.arguments ? hostile.values[v].v : one.v);
+                        args.push_back(a == position || position == member.arguments ? hostile.values[v].v
+                                                                                     : one.v);
                     Var result;
                     EXCEPINFO info{};
-                    if (std::getenv("TGP_TRACE")) std::fprintf(stderr, "%ls.%ls %s %u\n", className, member.name.c_str(), hostile.names[v].c_str(), position);
+                    if (std::getenv("TGP_TRACE"))
+                        std::fprintf(stderr, "%ls.%ls %s %u\n", className, member.name.c_str(),
+                                     hostile.names[v].c_str(), position);
                     bool touched = false;
                     const HRESULT hr = Invoke(object, member, args, &result.v, info, touched);
-                    const std::string fault = touched ? "an argument passed by value was changed"
-                                                      : Unclean(hr, info, result.v);
+                    const std::string fault =
+                        touched ? "an argument passed by value was changed" : Unclean(hr, info, result.v);
                     ++calls;
                     if (!fault.empty() && ++unclean <= 40) {
-                        Check(false, Narrow(className) + "." + Narrow(member.name) + " given " + hostile.names[v] +
-                                         (position == member.arguments ? " everywhere" : " at " + std::to_string(position)),
+                        Check(false,
+                              Narrow(className) + "." + Narrow(member.name) + " given " + hostile.names[v] +
+                                  (position == member.arguments ? " everywhere"
+                                                                : " at " + std::to_string(position)),
                               fault);
                     }
                     SysFreeString(info.bstrSource);
@@ -262,7 +274,8 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
     }
     std::printf("hostile sweep: %d calls, %d unclean, %lu ms\n", calls, unclean, GetTickCount() - started);
     Check(calls > 5000, "the sweep made " + std::to_string(calls) + " calls");
-    Check(unclean == 0, std::to_string(unclean) + " unclean outcomes of " + std::to_string(calls) + " hostile calls");
+    Check(unclean == 0,
+          std::to_string(unclean) + " unclean outcomes of " + std::to_string(calls) + " hostile calls");
 }
 
 namespace {
@@ -270,7 +283,8 @@ namespace {
 SIZE_T PrivateBytes() {
     PROCESS_MEMORY_COUNTERS_EX counters{};
     counters.cb = sizeof counters;
-    K32GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
+    K32GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                            sizeof counters);
     // The commit charge: Windows reports it in both fields, Wine only in PagefileUsage.
     return counters.PrivateUsage ? counters.PrivateUsage : counters.PagefileUsage;
 }
@@ -287,7 +301,8 @@ IClassFactory* FactoryOf(const wchar_t* className) {
     CLSID clsid{};
     CLSIDFromProgID((std::wstring(L"Tessary_Geometry_Pro.") + className).c_str(), &clsid);
     IClassFactory* factory = nullptr;
-    CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                     reinterpret_cast<void**>(&factory));
     return factory;
 }
 
@@ -296,7 +311,8 @@ void MakeAndDrop(int count) {
     IClassFactory* lengths = FactoryOf(L"DLength");
     for (int i = 0; i < count; ++i) {
         Object loop(Make(loops));
-        Method(loop, L"InitFromCoordinates", {VariantArray({0, 0, 10, 0, 10, 10}), VariantArray({0, 0.5, 0})});
+        Method(loop, L"InitFromCoordinates",
+               {VariantArray({0, 0, 10, 0, 10, 10}), VariantArray({0, 0.5, 0})});
         Outcome got = Method(loop, L"InertiaBlock");
         IDispatch* held = got.result.AsObject();
         if (held) held->AddRef();  // a reference of our own, released by Object
@@ -332,7 +348,8 @@ CLIENT_TEST(TenThousandObjectsLeaveNoMemoryBehind) {
                 static_cast<long long>(PrivateBytes()) - static_cast<long long>(small));
     Method(matrix, L"Reset", {Var(1), Var(1)});
     const long long kept = static_cast<long long>(PrivateBytes()) - static_cast<long long>(small);
-    Check(kept < 16 * 1024 * 1024, "Reset(1, 1) gives the 8 GB back", "kept " + std::to_string(kept) + " bytes");
+    Check(kept < 16 * 1024 * 1024, "Reset(1, 1) gives the 8 GB back",
+          "kept " + std::to_string(kept) + " bytes");
 }
 
 // Hosts that ask for the class object on every CreateObject and never release it: one cached
@@ -342,18 +359,21 @@ CLIENT_TEST_LAST(ClassObjectsAreCachedNotLeaked) {
     CLSIDFromProgID(L"Tessary_Geometry_Pro.DLength", &clsid);
     std::vector<IClassFactory*> held;
     IClassFactory* first = nullptr;
-    CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, reinterpret_cast<void**>(&first));
+    CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                     reinterpret_cast<void**>(&first));
     const SIZE_T before = PrivateBytes();
     for (int i = 0; i < 10000; ++i) {
         IClassFactory* factory = nullptr;
-        CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+        CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                         reinterpret_cast<void**>(&factory));
         held.push_back(factory);
     }
     const long long growth = static_cast<long long>(PrivateBytes()) - static_cast<long long>(before);
     bool same = first != nullptr;
     for (IClassFactory* f : held) same = same && f == first;
     Check(same, "every request gets the one class object of DLength");
-    Check(growth < 256 * 1024, "10,000 unreleased class objects cost nothing", "grew " + std::to_string(growth) + " bytes");
+    Check(growth < 256 * 1024, "10,000 unreleased class objects cost nothing",
+          "grew " + std::to_string(growth) + " bytes");
     for (IClassFactory* f : held)
         if (f) f->Release();
     if (first) first->Release();

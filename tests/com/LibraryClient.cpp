@@ -17,7 +17,8 @@ std::set<std::wstring> MemberNames(ITypeInfo* info) {
     if (FAILED(info->GetTypeAttr(&attributes))) return names;
     auto add = [&](MEMBERID id) {
         BSTR name = nullptr;
-        if (SUCCEEDED(info->GetDocumentation(id, &name, nullptr, nullptr, nullptr)) && name) names.insert(name);
+        if (SUCCEEDED(info->GetDocumentation(id, &name, nullptr, nullptr, nullptr)) && name)
+            names.insert(name);
         SysFreeString(name);
     };
     for (UINT i = 0; i < attributes->cFuncs; ++i) {
@@ -42,7 +43,8 @@ std::set<std::wstring> MemberNames(ITypeInfo* info) {
 
 CLIENT_TEST(TypeLibraryContents) {
     ITypeLib* library = nullptr;
-    Check(SUCCEEDED(LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library)), "type library loads from the DLL");
+    Check(SUCCEEDED(LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library)),
+          "type library loads from the DLL");
     if (!library) return;
     BSTR libraryName = nullptr;
     library->GetDocumentation(-1, &libraryName, nullptr, nullptr, nullptr);
@@ -64,76 +66,223 @@ CLIENT_TEST(TypeLibraryContents) {
     const std::pair<const wchar_t*, std::vector<const wchar_t*>> expected[] = {
         {L"DimensionObjectType", {L"DAngleObject", L"DForcePerareaObject", L"DForceDensityObject"}},
         {L"UnitIDAngle", {L"Radian_UnitID", L"Degree_UnitID"}},
-        {L"UnitIDLength", {L"mm_UnitID", L"cm_UnitID", L"dm_UnitID", L"m_UnitID", L"in_UnitID", L"ft_UnitID"}},
-        {L"UnitIDForce", {L"KN_unitID", L"daN_unitID", L"KG_unitID", L"ton_unitID", L"lb_unitID", L"kip_unitID", L"N_unitID"}},
-        {L"UnitIDForceLength", {L"KN_mm_unitID", L"kG_cm_unitID", L"atm_unitID", L"Pa_unitID", L"KPa_unitID", L"MPa_unitID"}},
+        {L"UnitIDLength",
+         {L"mm_UnitID", L"cm_UnitID", L"dm_UnitID", L"m_UnitID", L"in_UnitID", L"ft_UnitID"}},
+        {L"UnitIDForce",
+         {L"KN_unitID", L"daN_unitID", L"KG_unitID", L"ton_unitID", L"lb_unitID", L"kip_unitID",
+          L"N_unitID"}},
+        {L"UnitIDForceLength",
+         {L"KN_mm_unitID", L"kG_cm_unitID", L"atm_unitID", L"Pa_unitID", L"KPa_unitID", L"MPa_unitID"}},
         {L"LoopRelationShip", {L"FriendLoop", L"ChildLoop", L"SiblingLoop", L"ParentLoop"}},
-        {L"_DAngle", {L"DimensionType", L"Radians", L"Degrees", L"Value", L"ValueToString", L"ValueFromString", L"Copy"}},
-        {L"_DLength", {L"Millimetres", L"Centimetres", L"Decimetres", L"Metres", L"Inches", L"Feet", L"Value"}},
+        {L"_DAngle",
+         {L"DimensionType", L"Radians", L"Degrees", L"Value", L"ValueToString", L"ValueFromString", L"Copy"}},
+        {L"_DLength",
+         {L"Millimetres", L"Centimetres", L"Decimetres", L"Metres", L"Inches", L"Feet", L"Value"}},
         {L"_DArea", {L"Millimetres", L"Feet", L"ValueToString"}},
         {L"_DVolume", {L"Millimetres", L"Centimetres", L"Litres", L"Metres", L"Inches", L"Feet", L"Copy"}},
         {L"_DMomentOfInertia", {L"Millimetres", L"Inches", L"Decimetres"}},
         {L"_DForce", {L"KN", L"daN", L"KG", L"tons", L"pound", L"kip", L"Newtons"}},
-        {L"_DPressure", {L"KN_mm2", L"daN_cm2", L"KG_m2", L"ton_m2", L"psi", L"ksi", L"N_mm2", L"KN_m2", L"KN_cm2",
-                         L"KG_cm2", L"atm", L"PA", L"KPa", L"MPa"}},
+        {L"_DPressure",
+         {L"KN_mm2", L"daN_cm2", L"KG_m2", L"ton_m2", L"psi", L"ksi", L"N_mm2", L"KN_m2", L"KN_cm2",
+          L"KG_cm2", L"atm", L"PA", L"KPa", L"MPa"}},
         {L"_DForcePerArea", {L"KN_mm2", L"MPa"}},
         {L"_DForceMoment", {L"KNmm", L"KGm", L"tm", L"lbin", L"kipin", L"KNm"}},
         {L"_DForcePerLine", {L"KN_mm", L"KG_m", L"tons_m", L"lbin", L"kipin", L"KN_m"}},
         {L"_DForceDensity", {L"KN_mm3", L"KG_m3", L"tons_m3", L"pci", L"kci", L"KN_m3"}},
         {L"_UnitSetting", {L"FreezeEvents", L"Copy", L"UnitIDs", L"CopyTo", L"UnitID", L"UnitString"}},
         {L"__UnitSetting", {L"Modified"}},
-        {L"_Geometry_EXE", {L"EditEnum", L"EditQuantity", L"EditUnitSetting", L"GetUnitString", L"GetUnitID",
-                            L"GetDAngle", L"GetDLength", L"GetDArea", L"GetDVolume", L"GetDForce", L"GetDForceDensity",
-                            L"GetDForceMoment", L"GetDForcePerArea", L"GetDForcePerLine", L"GetDMomentOfInertia",
-                            L"GetDPressure"}},
-        {L"_Vector", {L"vplusv", L"vminusv", L"vxr", L"vAngle", L"vLength", L"vRotate", L"vxv", L"vxxv", L"vProjectTo",
-                      L"vAngle3D", L"UnitVec", L"RoundZeroVector", L"AssocVector", L"VectorAB", L"ConvertVariantToArray",
-                      L"IsParallel", L"IsVertical", L"Fix_NegativeVector"}},
-        {L"_Geometry", {L"pi", L"DegToRad", L"DegFromRad", L"FixAngle360", L"FixAngle180", L"FixAngle90",
-                        L"FixAngle180180", L"FixAngle9090", L"ASin", L"ACos", L"Area_3Distances", L"Area_3Points",
-                        L"NormalVector", L"Volume_4Points", L"RotatePoint", L"Analyse_TriPoints",
-                        L"Analyse_Point_Line", L"Analyse_Point_Plane", L"Analyse_Line_Plane", L"Analyse_Line_Line",
-                        L"Analyse_Plane_Plane", L"Intersect_Line_Circle", L"Intersect_Circle_Circle",
-                        L"Circle_3Points", L"Interpolate_Point", L"Interpolate_Table", L"Points_BoundingBox",
-                        L"Points_Centroid", L"Points_ConvexHull", L"Points_Nearest", L"Points_SortAlong",
-                        L"Move_Points", L"Scale_Points", L"Mirror_Points", L"Rotate_Points", L"Transform_Points"}},
+        {L"_Geometry_EXE",
+         {L"EditEnum", L"EditQuantity", L"EditUnitSetting", L"GetUnitString", L"GetUnitID", L"GetDAngle",
+          L"GetDLength", L"GetDArea", L"GetDVolume", L"GetDForce", L"GetDForceDensity", L"GetDForceMoment",
+          L"GetDForcePerArea", L"GetDForcePerLine", L"GetDMomentOfInertia", L"GetDPressure"}},
+        {L"_Vector",
+         {L"vplusv", L"vminusv", L"vxr", L"vAngle", L"vLength", L"vRotate", L"vxv", L"vxxv", L"vProjectTo",
+          L"vAngle3D", L"UnitVec", L"RoundZeroVector", L"AssocVector", L"VectorAB", L"ConvertVariantToArray",
+          L"IsParallel", L"IsVertical", L"Fix_NegativeVector"}},
+        {L"_Geometry",
+         {L"pi",
+          L"DegToRad",
+          L"DegFromRad",
+          L"FixAngle360",
+          L"FixAngle180",
+          L"FixAngle90",
+          L"FixAngle180180",
+          L"FixAngle9090",
+          L"ASin",
+          L"ACos",
+          L"Area_3Distances",
+          L"Area_3Points",
+          L"NormalVector",
+          L"Volume_4Points",
+          L"RotatePoint",
+          L"Analyse_TriPoints",
+          L"Analyse_Point_Line",
+          L"Analyse_Point_Plane",
+          L"Analyse_Line_Plane",
+          L"Analyse_Line_Line",
+          L"Analyse_Plane_Plane",
+          L"Intersect_Line_Circle",
+          L"Intersect_Circle_Circle",
+          L"Circle_3Points",
+          L"Interpolate_Point",
+          L"Interpolate_Table",
+          L"Points_BoundingBox",
+          L"Points_Centroid",
+          L"Points_ConvexHull",
+          L"Points_Nearest",
+          L"Points_SortAlong",
+          L"Move_Points",
+          L"Scale_Points",
+          L"Mirror_Points",
+          L"Rotate_Points",
+          L"Transform_Points"}},
         {L"A3P_Result", {L"A3P_Triangle", L"A3P_Collinear", L"A3P_TwoCoincident", L"A3P_AllCoincident"}},
         {L"A2L_Result", {L"A2L_Intersecting", L"A2L_Parallel", L"A2L_SameLine", L"A2L_Skew"}},
-        {L"APlane_Result", {L"APlane_PointOnPlane", L"APlane_PointInFront", L"APlane_PointBehind",
-                            L"APlane_LineCrossing", L"APlane_LineParallel", L"APlane_LineInPlane",
-                            L"APlane_PlanesCrossing", L"APlane_PlanesParallel", L"APlane_PlanesSame"}},
-        {L"_Matrix", {L"Reset", L"RowCount", L"ColumnCount", L"Array2D", L"Array2DPaste", L"LetRow", L"LetColumn", L"Row",
-                      L"Column", L"Item", L"LetItem", L"Copy", L"Transpose", L"GetSubMatrix",
-                      L"GetSubMatrixByRemoveRowCol", L"RoundUp", L"Product", L"MultiplyWithVector",
-                      L"MultiplyWithNumber", L"PlusWithMatrix", L"PlusWithNumber", L"IsSquareMatrix", L"Det", L"Inverse",
-                      L"SolveWithGaussMethod", L"Solve", L"InverseWithExcelMethod", L"DisplayOnExcelWorksheet",
-                      L"PrintToTextFile"}},
-        {L"_UCS", {L"Label", L"Origin", L"Parent", L"Matrix", L"Ux", L"Uy", L"Uz", L"SetUCS", L"TranslateFromUCS",
-                   L"TranslateToUCS", L"UnitID", L"Reverse", L"Move", L"Rotate", L"Copy", L"ParallelTo", L"U1", L"U2",
-                   L"U3", L"Normal", L"TranslateMyUCSToWorld", L"RetrieveUCS_SeeMeAs"}},
-        {L"_Loop7", {L"InitFromCoordinates", L"InitFromPoints", L"Reverse", L"Count", L"AcadEntity", L"Handle", L"Vertex",
-                     L"Coordinates", L"MiddlePoint", L"Bulges", L"IsVoid", L"InitInertiaDone", L"InertiaBlock", L"Length",
-                     L"Area", L"AreaAbs", L"MomentOfInertiaX", L"MomentOfInertiaY", L"ProductOfInertiaXY", L"Centroid",
-                     L"PointIsInside", L"IntersectWithLine", L"IntersectWithLoop", L"IsSelfIntersect", L"IsChildOF",
-                     L"RelationshipTo", L"GetTopBottomPoints", L"Move", L"Transformation", L"PointAnalysis"}},
-        {L"_InertiaBlock", {L"Init", L"Copy", L"Centroid", L"OCS", L"Ux", L"Uy", L"Normal", L"Area", L"Perimeter",
-                            L"IsVoid", L"MomentOfInertiaX", L"MomentOfInertiaY", L"ProductOfInertiaXY",
-                            L"RadiusOfGyrationX", L"RadiusOfGyrationY", L"PMomentOfInertiaX", L"PMomentOfInertiaY",
-                            L"PrincipalAngle", L"PCS", L"GetPrincipalIP", L"ElasticModulus", L"HasNoMaterial",
-                            L"RotateOCS", L"RotateAll", L"Move", L"Inverse", L"Transformation", L"Join", L"Union",
-                            L"SaveToText", L"InitFromText"}},
-        {L"_Loop7s", {L"Add", L"Item", L"Count", L"Remove", L"Clear", L"_NewEnum", L"Parent", L"Depth", L"IsHole",
-                      L"InertiaBlock", L"Area", L"Length", L"Centroid", L"MomentOfInertiaX", L"MomentOfInertiaY",
-                      L"ProductOfInertiaXY", L"Split", L"Sort"}},
+        {L"APlane_Result",
+         {L"APlane_PointOnPlane", L"APlane_PointInFront", L"APlane_PointBehind", L"APlane_LineCrossing",
+          L"APlane_LineParallel", L"APlane_LineInPlane", L"APlane_PlanesCrossing", L"APlane_PlanesParallel",
+          L"APlane_PlanesSame"}},
+        {L"_Matrix",
+         {L"Reset",
+          L"RowCount",
+          L"ColumnCount",
+          L"Array2D",
+          L"Array2DPaste",
+          L"LetRow",
+          L"LetColumn",
+          L"Row",
+          L"Column",
+          L"Item",
+          L"LetItem",
+          L"Copy",
+          L"Transpose",
+          L"GetSubMatrix",
+          L"GetSubMatrixByRemoveRowCol",
+          L"RoundUp",
+          L"Product",
+          L"MultiplyWithVector",
+          L"MultiplyWithNumber",
+          L"PlusWithMatrix",
+          L"PlusWithNumber",
+          L"IsSquareMatrix",
+          L"Det",
+          L"Inverse",
+          L"SolveWithGaussMethod",
+          L"Solve",
+          L"InverseWithExcelMethod",
+          L"DisplayOnExcelWorksheet",
+          L"PrintToTextFile"}},
+        {L"_UCS",
+         {L"Label",
+          L"Origin",
+          L"Parent",
+          L"Matrix",
+          L"Ux",
+          L"Uy",
+          L"Uz",
+          L"SetUCS",
+          L"TranslateFromUCS",
+          L"TranslateToUCS",
+          L"UnitID",
+          L"Reverse",
+          L"Move",
+          L"Rotate",
+          L"Copy",
+          L"ParallelTo",
+          L"U1",
+          L"U2",
+          L"U3",
+          L"Normal",
+          L"TranslateMyUCSToWorld",
+          L"RetrieveUCS_SeeMeAs"}},
+        {L"_Loop7",
+         {L"InitFromCoordinates",
+          L"InitFromPoints",
+          L"Reverse",
+          L"Count",
+          L"AcadEntity",
+          L"Handle",
+          L"Vertex",
+          L"Coordinates",
+          L"MiddlePoint",
+          L"Bulges",
+          L"IsVoid",
+          L"InitInertiaDone",
+          L"InertiaBlock",
+          L"Length",
+          L"Area",
+          L"AreaAbs",
+          L"MomentOfInertiaX",
+          L"MomentOfInertiaY",
+          L"ProductOfInertiaXY",
+          L"Centroid",
+          L"PointIsInside",
+          L"IntersectWithLine",
+          L"IntersectWithLoop",
+          L"IsSelfIntersect",
+          L"IsChildOF",
+          L"RelationshipTo",
+          L"GetTopBottomPoints",
+          L"Move",
+          L"Transformation",
+          L"PointAnalysis"}},
+        {L"_InertiaBlock",
+         {L"Init",
+          L"Copy",
+          L"Centroid",
+          L"OCS",
+          L"Ux",
+          L"Uy",
+          L"Normal",
+          L"Area",
+          L"Perimeter",
+          L"IsVoid",
+          L"MomentOfInertiaX",
+          L"MomentOfInertiaY",
+          L"ProductOfInertiaXY",
+          L"RadiusOfGyrationX",
+          L"RadiusOfGyrationY",
+          L"PMomentOfInertiaX",
+          L"PMomentOfInertiaY",
+          L"PrincipalAngle",
+          L"PCS",
+          L"GetPrincipalIP",
+          L"ElasticModulus",
+          L"HasNoMaterial",
+          L"RotateOCS",
+          L"RotateAll",
+          L"Move",
+          L"Inverse",
+          L"Transformation",
+          L"Join",
+          L"Union",
+          L"SaveToText",
+          L"InitFromText"}},
+        {L"_Loop7s",
+         {L"Add", L"Item", L"Count", L"Remove", L"Clear", L"_NewEnum", L"Parent", L"Depth", L"IsHole",
+          L"InertiaBlock", L"Area", L"Length", L"Centroid", L"MomentOfInertiaX", L"MomentOfInertiaY",
+          L"ProductOfInertiaXY", L"Split", L"Sort"}},
         {L"Loop7sSortKey", {L"SortByArea", L"SortByCentroidX", L"SortByCentroidY", L"SortByDepth"}},
         {L"_UnitComboBox", {L"Init", L"Combo", L"DimensionType", L"UnitSetting", L"UnitString", L"UnitID"}},
         {L"__UnitComboBox", {L"Change"}},
         {L"_HostBridge", {L"Application", L"ShowModal"}},
-        {L"__HostBridge", {L"WindowChanged", L"EnterModal", L"LeaveModal", L"DrawingActivated", L"DrawingClosing",
-                           L"ObjectModified", L"HostClosing"}},
-        {L"DLength", {}}, {L"DAngle", {}}, {L"DForceDensity", {}}, {L"UnitSetting", {}}, {L"Geometry_EXE", {}},
-        {L"Vector", {}}, {L"Geometry", {}}, {L"Matrix", {}}, {L"UCS", {}}, {L"Loop7", {}}, {L"InertiaBlock", {}},
-        {L"UnitComboBox", {}}, {L"Loop7s", {}}, {L"HostBridge", {}},
+        {L"__HostBridge",
+         {L"WindowChanged", L"EnterModal", L"LeaveModal", L"DrawingActivated", L"DrawingClosing",
+          L"ObjectModified", L"HostClosing"}},
+        {L"DLength", {}},
+        {L"DAngle", {}},
+        {L"DForceDensity", {}},
+        {L"UnitSetting", {}},
+        {L"Geometry_EXE", {}},
+        {L"Vector", {}},
+        {L"Geometry", {}},
+        {L"Matrix", {}},
+        {L"UCS", {}},
+        {L"Loop7", {}},
+        {L"InertiaBlock", {}},
+        {L"UnitComboBox", {}},
+        {L"Loop7s", {}},
+        {L"HostBridge", {}},
     };
     for (const auto& [type, members] : expected) {
         auto found = types.find(type);
@@ -142,7 +291,8 @@ CLIENT_TEST(TypeLibraryContents) {
         for (const wchar_t* member : members)
             Check(found->second.count(member) == 1, Narrow(type) + "." + Narrow(member) + " present");
     }
-    Check(types.find(L"LoopDLine") == types.end() && types.find(L"_LoopDLine") == types.end(), "LoopDLine stays private");
+    Check(types.find(L"LoopDLine") == types.end() && types.find(L"_LoopDLine") == types.end(),
+          "LoopDLine stays private");
 }
 
 // The published order of accessors: UnitSetting and DAngle list a property's let before its get.
@@ -176,7 +326,8 @@ CLIENT_TEST(PublishedAccessorOrder) {
             info->ReleaseTypeAttr(attributes);
         }
         if (info) info->Release();
-        Check(let >= 0 && get > let, Narrow(interfaceName) + "." + Narrow(property) + " lists its let before its get");
+        Check(let >= 0 && get > let,
+              Narrow(interfaceName) + "." + Narrow(property) + " lists its let before its get");
     }
     library->Release();
 }
@@ -200,7 +351,7 @@ CLIENT_TEST(DialogMemberSignatures) {
     struct Expected {
         const wchar_t* member;
         int parameter;
-        VARTYPE type;      // VT_PTR | x for by reference
+        VARTYPE type;       // VT_PTR | x for by reference
         bool defaultFalse;  // optional with a default of 0 / False
     };
     const Expected expected[] = {{L"EditUnitSetting", 1, VT_BOOL, true},
@@ -220,15 +371,19 @@ CLIENT_TEST(DialogMemberSignatures) {
             if (name && std::wstring(name) == e.member && e.parameter < desc->cParams) {
                 const ELEMDESC& p = desc->lprgelemdescParam[e.parameter];
                 VARTYPE type = p.tdesc.vt;
-                if (type == VT_PTR && p.tdesc.lptdesc) type = static_cast<VARTYPE>(VT_PTR | p.tdesc.lptdesc->vt);
+                if (type == VT_PTR && p.tdesc.lptdesc)
+                    type = static_cast<VARTYPE>(VT_PTR | p.tdesc.lptdesc->vt);
                 const USHORT flags = p.paramdesc.wParamFlags;
-                bool defaultZero = (flags & PARAMFLAG_FOPT) && (flags & PARAMFLAG_FHASDEFAULT) && p.paramdesc.pparamdescex;
+                bool defaultZero =
+                    (flags & PARAMFLAG_FOPT) && (flags & PARAMFLAG_FHASDEFAULT) && p.paramdesc.pparamdescex;
                 if (defaultZero) {  // 0, False or Nothing
                     VARIANT& given = p.paramdesc.pparamdescex->varDefaultValue;
                     VARIANT zero;
                     VariantInit(&zero);
-                    const bool nothing = (V_VT(&given) == VT_DISPATCH || V_VT(&given) == VT_UNKNOWN) && !V_UNKNOWN(&given);
-                    defaultZero = nothing || (SUCCEEDED(VariantChangeType(&zero, &given, 0, VT_I4)) && V_I4(&zero) == 0);
+                    const bool nothing =
+                        (V_VT(&given) == VT_DISPATCH || V_VT(&given) == VT_UNKNOWN) && !V_UNKNOWN(&given);
+                    defaultZero = nothing ||
+                                  (SUCCEEDED(VariantChangeType(&zero, &given, 0, VT_I4)) && V_I4(&zero) == 0);
                 }
                 ok = type == e.type && defaultZero == e.defaultFalse;
                 seen = "type " + std::to_string(type) + " flags " + std::to_string(flags);
@@ -236,7 +391,10 @@ CLIENT_TEST(DialogMemberSignatures) {
             SysFreeString(name);
             info->ReleaseFuncDesc(desc);
         }
-        Check(ok, Narrow(e.member) + " parameter " + std::to_string(e.parameter) + " has its published type and default", seen);
+        Check(ok,
+              Narrow(e.member) + " parameter " + std::to_string(e.parameter) +
+                  " has its published type and default",
+              seen);
     }
     if (attributes) info->ReleaseTypeAttr(attributes);
     info->Release();
@@ -255,7 +413,9 @@ CLIENT_TEST(PublishedParameterNames) {
     };
     const Expected expected[] = {
         {L"_Geometry_EXE", L"EditEnum", {L"Value", L"EnumString", L"Title", L"Desc"}},
-        {L"_Geometry_EXE", L"EditQuantity", {L"Value", L"UnitID", L"Title", L"Desc", L"ReturnUnitID", L"OwnerForm"}},
+        {L"_Geometry_EXE",
+         L"EditQuantity",
+         {L"Value", L"UnitID", L"Title", L"Desc", L"ReturnUnitID", L"OwnerForm"}},
         {L"_Geometry_EXE", L"EditUnitSetting", {L"US", L"ShowModal", L"ShowCenterScreen"}},
         {L"_UnitComboBox", L"Init", {L"Combo", L"DType", L"UnitS"}},
         {L"__UnitComboBox", L"Change", {L"oldUnitID", L"newUnitID"}},
@@ -278,7 +438,8 @@ CLIENT_TEST(PublishedParameterNames) {
                 info->GetNames(desc->memid, names, 16, &count);
                 if (count > 0 && std::wstring(names[0]) == e.member) {
                     for (UINT n = 1; n < count && n <= e.parameters.size(); ++n) seen.emplace_back(names[n]);
-                    for (SHORT p = 0; p < desc->cParams; ++p) byReference = byReference && desc->lprgelemdescParam[p].tdesc.vt == VT_PTR;
+                    for (SHORT p = 0; p < desc->cParams; ++p)
+                        byReference = byReference && desc->lprgelemdescParam[p].tdesc.vt == VT_PTR;
                 }
                 for (UINT n = 0; n < count; ++n) SysFreeString(names[n]);
                 info->ReleaseFuncDesc(desc);
@@ -288,7 +449,8 @@ CLIENT_TEST(PublishedParameterNames) {
         if (info) info->Release();
         std::wstring shown;
         for (const auto& name : seen) shown += name + L" ";
-        Check(seen == e.parameters, Narrow(e.type) + "." + Narrow(e.member) + " parameter names", Narrow(shown));
+        Check(seen == e.parameters, Narrow(e.type) + "." + Narrow(e.member) + " parameter names",
+              Narrow(shown));
         if (std::wstring(e.member) == L"Change") Check(byReference, "Change passes both ids by reference");
     }
     library->Release();
@@ -299,8 +461,11 @@ CLIENT_TEST(GlobalClasses) {
     LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, &library);
     if (!library) return;
     // Vector, Geometry and Geometry_EXE are application objects; the others are plain classes.
-    const std::pair<const wchar_t*, bool> classes[] = {
-        {L"Vector", true}, {L"Geometry", true}, {L"Geometry_EXE", true}, {L"DLength", false}, {L"Loop7", false}};
+    const std::pair<const wchar_t*, bool> classes[] = {{L"Vector", true},
+                                                       {L"Geometry", true},
+                                                       {L"Geometry_EXE", true},
+                                                       {L"DLength", false},
+                                                       {L"Loop7", false}};
     for (const auto& [name, global] : classes) {
         ITypeInfo* info = nullptr;
         MEMBERID id = 0;
@@ -314,7 +479,8 @@ CLIENT_TEST(GlobalClasses) {
             info->ReleaseTypeAttr(attributes);
         }
         if (info) info->Release();
-        Check(found && isGlobal == global, Narrow(name) + (global ? " is" : " is not") + " an application object");
+        Check(found && isGlobal == global,
+              Narrow(name) + (global ? " is" : " is not") + " an application object");
     }
     library->Release();
 }
@@ -325,8 +491,10 @@ CLIENT_TEST(LifetimeAndUnloading) {
     if (!server) return;
     using CanUnload = HRESULT(STDAPICALLTYPE*)();
     using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    auto canUnload = reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")));
-    auto getClassObject = reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")));
+    auto canUnload =
+        reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")));
+    auto getClassObject = reinterpret_cast<GetClassObject>(
+        reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")));
     Check(canUnload && getClassObject, "entry points exported");
     if (!canUnload || !getClassObject) return;
     CoFreeUnusedLibraries();
@@ -348,7 +516,8 @@ CLIENT_TEST(LifetimeAndUnloading) {
     factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&object));
     IUnknown* outer = reinterpret_cast<IUnknown*>(object);
     IUnknown* aggregated = nullptr;
-    Check(factory->CreateInstance(outer, IID_IUnknown, reinterpret_cast<void**>(&aggregated)) == CLASS_E_NOAGGREGATION,
+    Check(factory->CreateInstance(outer, IID_IUnknown, reinterpret_cast<void**>(&aggregated)) ==
+              CLASS_E_NOAGGREGATION,
           "aggregation refused");
     factory->Release();
     Check(canUnload() == S_FALSE, "a lock keeps the DLL");
@@ -371,7 +540,8 @@ CLIENT_TEST(LifetimeAndUnloading) {
     Check(canUnload() == S_FALSE, "a copy keeps the DLL");
     copied = Outcome{};
     Check(canUnload() == S_OK, "everything released: can unload");
-    Check(getClassObject(IID_IDispatch, IID_IClassFactory, reinterpret_cast<void**>(&factory)) == CLASS_E_CLASSNOTAVAILABLE,
+    Check(getClassObject(IID_IDispatch, IID_IClassFactory, reinterpret_cast<void**>(&factory)) ==
+              CLASS_E_CLASSNOTAVAILABLE,
           "unknown class refused");
     FreeLibrary(server);
 }
@@ -405,16 +575,20 @@ CLIENT_TEST_LAST(UnregisterAndRegisterAgain) {
     };
     HMODULE server = LoadLibraryW(path.c_str());
     using Entry = HRESULT(STDAPICALLTYPE*)();
-    auto unregister = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllUnregisterServer")));
-    auto reregister = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllRegisterServer")));
+    auto unregister =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllUnregisterServer")));
+    auto reregister =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(server, "DllRegisterServer")));
     Check(unregister && reregister, "registration entry points");
     if (!unregister || !reregister) return;
     for (const auto& key : keys) Check(KeyExists(HKEY_LOCAL_MACHINE, key), "registered: " + Narrow(key));
     Check(unregister() == S_OK, "DllUnregisterServer");
     for (const auto& key : keys) {
-        Check(!KeyExists(HKEY_LOCAL_MACHINE, key) && !KeyExists(HKEY_CURRENT_USER, key), "removed: " + Narrow(key));
+        Check(!KeyExists(HKEY_LOCAL_MACHINE, key) && !KeyExists(HKEY_CURRENT_USER, key),
+              "removed: " + Narrow(key));
     }
     Check(reregister() == S_OK, "DllRegisterServer");
-    for (const auto& key : keys) Check(KeyExists(HKEY_LOCAL_MACHINE, key), "registered again: " + Narrow(key));
+    for (const auto& key : keys)
+        Check(KeyExists(HKEY_LOCAL_MACHINE, key), "registered again: " + Narrow(key));
     FreeLibrary(server);
 }

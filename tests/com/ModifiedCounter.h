@@ -8,10 +8,11 @@ namespace client {
 
 // A sink for UnitSetting's Modified event that counts the calls.
 class ModifiedCounter final : public StackDispatch {
-public:
+  public:
     ModifiedCounter() : StackDispatch(DIID___UnitSetting) {}
     int count = 0;
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
         if (id == 1 && params && params->cArgs == 0) ++count;
         return S_OK;
     }
@@ -20,10 +21,11 @@ public:
 // Connects a sink to an object's events (by default a counter to a UnitSetting's Modified) for the
 // lifetime of the connection.
 class Connection {
-public:
+  public:
     Connection(IDispatch* source, IDispatch& sink, const IID& events = DIID___UnitSetting) {
         IConnectionPointContainer* container = nullptr;
-        ok = SUCCEEDED(source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))) &&
+        ok = SUCCEEDED(source->QueryInterface(IID_IConnectionPointContainer,
+                                              reinterpret_cast<void**>(&container))) &&
              SUCCEEDED(container->FindConnectionPoint(events, &point_)) &&
              SUCCEEDED(point_->Advise(&sink, &cookie_));
         if (container) container->Release();
@@ -38,7 +40,7 @@ public:
     Connection& operator=(const Connection&) = delete;
     bool ok = false;
 
-private:
+  private:
     IConnectionPoint* point_ = nullptr;
     DWORD cookie_ = 0;
 };

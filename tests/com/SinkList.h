@@ -8,7 +8,7 @@
 namespace client {
 
 class SinkList {
-public:
+  public:
     SinkList() = default;
     ~SinkList() {
         for (auto& sink : sinks_) sink.second->Release();
@@ -39,13 +39,14 @@ public:
         auto sinks = sinks_;  // a sink may disconnect while it runs
         for (auto& sink : sinks) sink.second->AddRef();
         for (auto& sink : sinks) {
-            sink.second->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
+            sink.second->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
+                                nullptr, nullptr);
             sink.second->Release();
         }
     }
     std::size_t Count() const { return sinks_.size(); }
 
-private:
+  private:
     std::vector<std::pair<DWORD, IDispatch*>> sinks_;
     DWORD nextCookie_ = 1;
 };

@@ -6,12 +6,13 @@
 namespace client {
 
 class StackDispatch : public IDispatch {
-public:
+  public:
     explicit StackDispatch(const IID& own = IID_IDispatch) : own_(own) {}
     virtual ~StackDispatch() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == own_) ? static_cast<IDispatch*>(this) : nullptr;
+        *result = (iid == IID_IUnknown || iid == IID_IDispatch || iid == own_) ? static_cast<IDispatch*>(this)
+                                                                               : nullptr;
         if (!*result) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -23,10 +24,12 @@ public:
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return E_NOTIMPL;
+    }
     ULONG references() const { return references_; }
 
-private:
+  private:
     IID own_;
     ULONG references_ = 1;
 };

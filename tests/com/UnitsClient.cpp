@@ -5,9 +5,7 @@
 
 using namespace client;
 
-namespace {
-
-}  // namespace
+namespace {}  // namespace
 
 CLIENT_TEST(ModifiedEvent) {
     Object setting(L"UnitSetting");
@@ -25,24 +23,42 @@ CLIENT_TEST(ModifiedEvent) {
         V_VT(&byRefTrue.v) = VT_BYREF | VT_BOOL;
         V_BOOLREF(&byRefTrue.v) = &flag;
         const Step steps[] = {
-            {"UnitID let to a new value", [&] { Put(setting, L"UnitID", {Var(1), Var(3)}); }, 1},
-            {"UnitID let to the same value", [&] { Put(setting, L"UnitID", {Var(1), Var(3)}); }, 0},
-            {"UnitID let of an unknown kind", [&] { Put(setting, L"UnitID", {Var(42), Var(3)}); }, 0},
+            {"UnitID let to a new value",
+             [&] {
+                 Put(setting, L"UnitID", {Var(1), Var(3)});
+             },
+             1},
+            {"UnitID let to the same value",
+             [&] {
+                 Put(setting, L"UnitID", {Var(1), Var(3)});
+             },
+             0},
+            {"UnitID let of an unknown kind",
+             [&] {
+                 Put(setting, L"UnitID", {Var(42), Var(3)});
+             },
+             0},
             {"FreezeEvents(True) by reference", [&] { Method(setting, L"FreezeEvents", {byRefTrue}); }, 0},
-            {"three changes while frozen", [&] {
+            {"three changes while frozen",
+             [&] {
                  for (int kind : {0, 2, 5}) Put(setting, L"UnitID", {Var(kind), Var(1)});
-             }, 0},
+             },
+             0},
             {"FreezeEvents(False) raises once", [&] { Method(setting, L"FreezeEvents", {Var(false)}); }, 1},
-            {"FreezeEvents(False) again still raises", [&] { Method(setting, L"FreezeEvents", {Var(false)}); }, 1},
-            {"UnitIDs let raises nothing", [&] {
+            {"FreezeEvents(False) again still raises",
+             [&] { Method(setting, L"FreezeEvents", {Var(false)}); }, 1},
+            {"UnitIDs let raises nothing",
+             [&] {
                  Put(setting, L"UnitIDs", {VariantArray({1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1})});
-             }, 0},
+             },
+             0},
         };
         for (const Step& step : steps) {
             int before = sink.count;
             step.action();
             Check(sink.count - before == step.events, step.name,
-                  "expected " + std::to_string(step.events) + " events, got " + std::to_string(sink.count - before));
+                  "expected " + std::to_string(step.events) + " events, got " +
+                      std::to_string(sink.count - before));
         }
         Object target(L"UnitSetting");
         ModifiedCounter targetSink;
@@ -67,7 +83,8 @@ CLIENT_TEST(UnitIdsArray) {
     Check(lower == 0, "UnitIDs is zero-based");
     // Storage order: Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForceMoment,
     // ForcePerLine, ForcePerArea, ForceDensity, with the creation defaults.
-    Check(values == std::vector<double>{0, 0, 0, 0, 0, 0, 6, 7, 7, 7, 7}, "UnitIDs defaults in storage order");
+    Check(values == std::vector<double>{0, 0, 0, 0, 0, 0, 6, 7, 7, 7, 7},
+          "UnitIDs defaults in storage order");
     Put(setting, L"UnitIDs", {DoubleArray({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10})});
     const int kindOfSlot[] = {0, 1, 2, 3, 4, 5, 6, 8, 9, 7, 10};
     for (int slot = 0; slot < 11; ++slot) {
@@ -79,11 +96,13 @@ CLIENT_TEST(UnitIdsArray) {
 CLIENT_TEST(ErrorInfoAfterVtableCall) {
     Object object(L"DLength");
     _DLength* length = nullptr;
-    Check(SUCCEEDED(object->QueryInterface(IID__DLength, reinterpret_cast<void**>(&length))), "QueryInterface _DLength");
+    Check(SUCCEEDED(object->QueryInterface(IID__DLength, reinterpret_cast<void**>(&length))),
+          "QueryInterface _DLength");
     if (!length) return;
     ISupportErrorInfo* support = nullptr;
     object->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(&support));
-    Check(support && support->InterfaceSupportsErrorInfo(IID__DLength) == S_OK, "ISupportErrorInfo for _DLength");
+    Check(support && support->InterfaceSupportsErrorInfo(IID__DLength) == S_OK,
+          "ISupportErrorInfo for _DLength");
     if (support) support->Release();
 
     Var unit(7);
@@ -97,14 +116,17 @@ CLIENT_TEST(ErrorInfoAfterVtableCall) {
         BSTR source = nullptr;
         error->GetDescription(&description);
         error->GetSource(&source);
-        Check(description && std::wstring(description) == L"7 is an invalid UnitID for Length", "description");
+        Check(description && std::wstring(description) == L"7 is an invalid UnitID for Length",
+              "description");
         Check(!source || SysStringLen(source) == 0, "no source");
         SysFreeString(description);
         SysFreeString(source);
         error->Release();
     }
-    Check(length->put_Millimetres(std::nan("")) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6), "NaN refused with 6");
-    Check(length->put_Millimetres(HUGE_VAL) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6), "infinity refused with 6");
+    Check(length->put_Millimetres(std::nan("")) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6),
+          "NaN refused with 6");
+    Check(length->put_Millimetres(HUGE_VAL) == MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 6),
+          "infinity refused with 6");
     Check(length->get_Millimetres(nullptr) != S_OK, "null out pointer refused");
     length->Release();
 }
@@ -114,7 +136,8 @@ CLIENT_TEST(DefaultMembersAndText) {
     DISPID put = DISPID_PROPERTYPUT;
     Var twelve(12.0);
     DISPPARAMS params{&twelve.v, &put, 1, 1};
-    HRESULT hr = length->Invoke(DISPID_VALUE, IID_NULL, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
+    HRESULT hr =
+        length->Invoke(DISPID_VALUE, IID_NULL, 0, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
     Check(hr == S_OK, "default member let");
     Check(Get(length, L"Millimetres").result.AsDouble() == 12, "default member let sets Millimetres");
     Var result;
@@ -128,7 +151,8 @@ CLIENT_TEST(DefaultMembersAndText) {
     Check(text.result.AsText() == L"90 \u00BA", "degree symbol is U+00BA", Narrow(text.result.AsText()));
     Object area(L"DArea");
     Put(area, L"Centimetres", {Var(2.0)});
-    Check(Method(area, L"ValueToString", {Var(1)}).result.AsText() == L"2 (cm\u00B2)", "area symbol cm\u00B2");
+    Check(Method(area, L"ValueToString", {Var(1)}).result.AsText() == L"2 (cm\u00B2)",
+          "area symbol cm\u00B2");
 }
 
 CLIENT_TEST(HostileArguments) {

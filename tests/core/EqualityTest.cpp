@@ -25,20 +25,20 @@ TEST_P(NumberEquality, FollowsTheRule) {
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, NumberEquality,
-    testing::Values(NumberCase{1, 1, 1e-6, true},                  // identical
-                    NumberCase{kInf, kInf, 1e-6, true},            // identical infinities
-                    NumberCase{5e-7, -5e-7, 1e-6, true},           // both below the tolerance
-                    NumberCase{1e-6, 0, 1e-6, false},              // "below" is strict
-                    NumberCase{0, 1e-7, 0, true},                  // 0 selects the default
-                    NumberCase{1.0000005, 1, 1e-6, true},          // ratio within
-                    NumberCase{1.000002, 1, 1e-6, false},          // ratio outside
-                    NumberCase{-1.0000005, -1, 1e-6, true},        // ratio of negatives
-                    NumberCase{1, -1, 1e-6, false},                // opposite signs
-                    NumberCase{5, 0, 1e-6, false},                 // no ratio with a zero divisor
-                    NumberCase{100, 101, -0.02, true},             // the magnitude of the tolerance counts
-                    NumberCase{std::nan(""), std::nan(""), 1e-6, false}));
+INSTANTIATE_TEST_SUITE_P(Cases, NumberEquality,
+                         testing::Values(NumberCase{1, 1, 1e-6, true},            // identical
+                                         NumberCase{kInf, kInf, 1e-6, true},      // identical infinities
+                                         NumberCase{5e-7, -5e-7, 1e-6, true},     // both below the tolerance
+                                         NumberCase{1e-6, 0, 1e-6, false},        // "below" is strict
+                                         NumberCase{0, 1e-7, 0, true},            // 0 selects the default
+                                         NumberCase{1.0000005, 1, 1e-6, true},    // ratio within
+                                         NumberCase{1.000002, 1, 1e-6, false},    // ratio outside
+                                         NumberCase{-1.0000005, -1, 1e-6, true},  // ratio of negatives
+                                         NumberCase{1, -1, 1e-6, false},          // opposite signs
+                                         NumberCase{5, 0, 1e-6, false},  // no ratio with a zero divisor
+                                         NumberCase{100, 101, -0.02,
+                                                    true},  // the magnitude of the tolerance counts
+                                         NumberCase{std::nan(""), std::nan(""), 1e-6, false}));
 
 TEST(NumberEquality, ZeroToleranceIsReplacedByTheDefaultAndWrittenBack) {
     double tolerance = 0;

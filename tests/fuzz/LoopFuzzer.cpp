@@ -12,7 +12,8 @@ namespace {
 std::shared_ptr<tgp::Loop7> SomeLoop(FuzzedDataProvider& data) {
     const std::size_t vertices = data.ConsumeIntegralInRange<std::size_t>(0, 12);
     const std::vector<double> xy = tgp::fuzz::SomeDoubles(data, 2 * vertices);
-    const std::vector<double> bulges = tgp::fuzz::SomeDoubles(data, data.ConsumeIntegralInRange<std::size_t>(0, vertices));
+    const std::vector<double> bulges =
+        tgp::fuzz::SomeDoubles(data, data.ConsumeIntegralInRange<std::size_t>(0, vertices));
     auto loop = tgp::Loop7::Create();
     try {
         loop->InitFromCoordinates(xy, bulges, data.ConsumeBool());
@@ -44,8 +45,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Try([&] {
         auto block = loop->InertiaBlock();
         // What the library computes from finite input is finite (an overflow raises instead).
-        for (double v : {loop->Area(), loop->MomentOfInertiaX(), loop->MomentOfInertiaY(), loop->ProductOfInertiaXY(),
-                         loop->Length(), loop->Centroid()[0], loop->Centroid()[1]}) {
+        for (double v :
+             {loop->Area(), loop->MomentOfInertiaX(), loop->MomentOfInertiaY(), loop->ProductOfInertiaXY(),
+              loop->Length(), loop->Centroid()[0], loop->Centroid()[1]}) {
             if (!std::isfinite(v)) std::abort();
         }
         (void)block->PMomentOfInertiaX();

@@ -15,9 +15,15 @@ using test::RaisesError;
 
 const double kPi = std::acos(-1.0);
 
-double Dot(const Point& u, const Point& v) { return u[0] * v[0] + u[1] * v[1] + u[2] * v[2]; }
-Point Minus(const Point& u, const Point& v) { return {u[0] - v[0], u[1] - v[1], u[2] - v[2]}; }
-double Distance(const Point& u, const Point& v) { return std::sqrt(Dot(Minus(u, v), Minus(u, v))); }
+double Dot(const Point& u, const Point& v) {
+    return u[0] * v[0] + u[1] * v[1] + u[2] * v[2];
+}
+Point Minus(const Point& u, const Point& v) {
+    return {u[0] - v[0], u[1] - v[1], u[2] - v[2]};
+}
+double Distance(const Point& u, const Point& v) {
+    return std::sqrt(Dot(Minus(u, v), Minus(u, v)));
+}
 
 struct TriCase {
     const char* name;
@@ -53,12 +59,21 @@ TEST(AnalyseTriPoints, NormalFollowsTheRightHandAndDescribes) {
     EXPECT_TRUE(PointsNear(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).normal, {0, 0, -1}, 0));
     EXPECT_EQ(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).desc, "The three points form a triangle");
     EXPECT_EQ(Analysis::TriPoints({0, 0}, {1, 1}, {2, 2}).desc, "The three points lie on one line");
-    EXPECT_TRUE(RaisesError([] { Analysis::TriPoints({0}, {1, 1}, {2, 2}); }, 2411,
-                            "Analyse_TriPoints fails: a point needs two or three coordinates"));
-    EXPECT_TRUE(RaisesError([] { Analysis::TriPoints({0, 0, 0, 0}, {1, 1}, {2, 2}); }, 2411,
-                            "Analyse_TriPoints fails: a point needs two or three coordinates"));
-    EXPECT_TRUE(RaisesError([] { Analysis::TriPoints({NAN, 0}, {1, 1}, {2, 2}); }, 5,
-                            "Invalid procedure call or argument"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::TriPoints({0}, {1, 1}, {2, 2});
+        },
+        2411, "Analyse_TriPoints fails: a point needs two or three coordinates"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::TriPoints({0, 0, 0, 0}, {1, 1}, {2, 2});
+        },
+        2411, "Analyse_TriPoints fails: a point needs two or three coordinates"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::TriPoints({NAN, 0}, {1, 1}, {2, 2});
+        },
+        5, "Invalid procedure call or argument"));
 }
 
 struct PointLineCase {
@@ -88,10 +103,14 @@ TEST(AnalysePointLine, DistanceFootParameterAndBetween) {
         EXPECT_EQ(r.between, c.between) << c.name;
         EXPECT_NEAR(r.foot[0], 2 * c.parameter, 1E-15) << c.name;
     }
-    EXPECT_EQ(Analysis::PointLine({3, 1}, a, b).desc, "The point lies off the line; its foot lies outside the two points");
+    EXPECT_EQ(Analysis::PointLine({3, 1}, a, b).desc,
+              "The point lies off the line; its foot lies outside the two points");
     EXPECT_EQ(Analysis::PointLine({1, 0}, a, b).desc, "The point lies on the line, between the two points");
-    EXPECT_TRUE(RaisesError([] { Analysis::PointLine({1, 1}, {2, 2}, {2, 2}); }, 2411,
-                            "Analyse_Point_Line fails: the line's two points coincide"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::PointLine({1, 1}, {2, 2}, {2, 2});
+        },
+        2411, "Analyse_Point_Line fails: the line's two points coincide"));
 }
 
 TEST(AnalysePointLine, FootLiesOnTheLineAndIsTheNearestPoint) {
@@ -131,7 +150,8 @@ TEST(AnalysePointPlane, SidesOfThePlane) {
         EXPECT_NEAR(r.distance, c.distance, 1E-15) << c.name;
         EXPECT_NEAR(r.foot[2], 0, 1E-15) << c.name;
     }
-    EXPECT_EQ(Analysis::PointPlane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}).desc, "The point lies in front of the plane");
+    EXPECT_EQ(Analysis::PointPlane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}).desc,
+              "The point lies in front of the plane");
 }
 
 struct LinePlaneCase {
@@ -158,8 +178,11 @@ TEST(AnalyseLinePlane, CrossingParallelAndInPlane) {
         EXPECT_NEAR(r.parameter, c.parameter, 1E-7 * (1 + std::fabs(c.parameter))) << c.name;
         EXPECT_TRUE(PointsNear(r.crossPoint, c.cross, 1E-7 * (1 + std::fabs(c.parameter)))) << c.name;
     }
-    EXPECT_TRUE(RaisesError([] { Analysis::LinePlane({0, 0}, {1, 1}, {0, 0}, {1, 0}, {2, 0}); }, 2411,
-                            "Vector unitvec(u) = u = 0"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::LinePlane({0, 0}, {1, 1}, {0, 0}, {1, 0}, {2, 0});
+        },
+        2411, "Vector unitvec(u) = u = 0"));
 }
 
 struct LineLineCase {
@@ -173,15 +196,50 @@ TEST(AnalyseLineLine, EveryRelation) {
     const double root3 = std::sqrt(3.0);
     const LineLineCase cases[] = {
         {"crossing square", {0, 0, 0}, {1, 0, 0}, {0, -1, 0}, {0, 1, 0}, A2L_Intersecting, 0, kPi / 2},
-        {"crossing at 60 degrees", {0, 0}, {1, 0}, {5, 5 * root3}, {6, 6 * root3}, A2L_Intersecting, 0, kPi / 3},
-        {"reversed direction, same angle", {1, 0}, {0, 0}, {5, 5 * root3}, {6, 6 * root3}, A2L_Intersecting, 0, kPi / 3},
+        {"crossing at 60 degrees",
+         {0, 0},
+         {1, 0},
+         {5, 5 * root3},
+         {6, 6 * root3},
+         A2L_Intersecting,
+         0,
+         kPi / 3},
+        {"reversed direction, same angle",
+         {1, 0},
+         {0, 0},
+         {5, 5 * root3},
+         {6, 6 * root3},
+         A2L_Intersecting,
+         0,
+         kPi / 3},
         {"skew", {0, 0, 0}, {1, 0, 0}, {0, 0, 1}, {0, 1, 1}, A2L_Skew, 1, kPi / 2},
-        {"1E-10 apart meet", {0, 0, 0}, {1, 0, 0}, {0, -1, 1E-10}, {0, 1, 1E-10}, A2L_Intersecting, 1E-10, kPi / 2},
-        {"1E-08 apart are skew", {0, 0, 0}, {1, 0, 0}, {0, -1, 1E-08}, {0, 1, 1E-08}, A2L_Skew, 1E-08, kPi / 2},
+        {"1E-10 apart meet",
+         {0, 0, 0},
+         {1, 0, 0},
+         {0, -1, 1E-10},
+         {0, 1, 1E-10},
+         A2L_Intersecting,
+         1E-10,
+         kPi / 2},
+        {"1E-08 apart are skew",
+         {0, 0, 0},
+         {1, 0, 0},
+         {0, -1, 1E-08},
+         {0, 1, 1E-08},
+         A2L_Skew,
+         1E-08,
+         kPi / 2},
         {"parallel", {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {5, 1, 0}, A2L_Parallel, 1, 0},
         {"opposite and parallel", {0, 0, 0}, {1, 0, 0}, {5, 1, 0}, {0, 1, 0}, A2L_Parallel, 1, 0},
         {"the same line", {0, 0, 0}, {1, 0, 0}, {3, 0, 0}, {7, 0, 0}, A2L_SameLine, 0, 0},
-        {"nearly parallel (sine 1E-12)", {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1 + 1E-12, 0}, A2L_Parallel, 1, 1E-12},
+        {"nearly parallel (sine 1E-12)",
+         {0, 0, 0},
+         {1, 0, 0},
+         {0, 1, 0},
+         {1, 1 + 1E-12, 0},
+         A2L_Parallel,
+         1,
+         1E-12},
     };
     for (const LineLineCase& c : cases) {
         const LineLineAnalysis r = Analysis::LineLine(c.a, c.b, c.c, c.d);
@@ -193,9 +251,13 @@ TEST(AnalyseLineLine, EveryRelation) {
     const LineLineAnalysis skew = Analysis::LineLine({0, 0, 0}, {1, 0, 0}, {3, 0, 1}, {3, 1, 1});
     EXPECT_TRUE(PointsNear(skew.onFirst, {3, 0, 0}, 1E-15));
     EXPECT_TRUE(PointsNear(skew.onSecond, {3, 0, 1}, 1E-15));
-    EXPECT_TRUE(PointsNear(Analysis::LineLine({0, 0}, {2, 2}, {0, 2}, {2, 0}).intersection, {1, 1, 0}, 1E-15));
-    EXPECT_TRUE(RaisesError([] { Analysis::LineLine({0, 0}, {1, 1}, {3, 3}, {3, 3}); }, 2411,
-                            "Analyse_Line_Line fails: the line's two points coincide"));
+    EXPECT_TRUE(
+        PointsNear(Analysis::LineLine({0, 0}, {2, 2}, {0, 2}, {2, 0}).intersection, {1, 1, 0}, 1E-15));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Analysis::LineLine({0, 0}, {1, 1}, {3, 3}, {3, 3});
+        },
+        2411, "Analyse_Line_Line fails: the line's two points coincide"));
 }
 
 TEST(AnalyseLineLine, ClosestPointsJoinAtRightAngles) {
@@ -228,7 +290,13 @@ TEST(AnalysePlanePlane, CrossingParallelAndSame) {
         {"parallel 2 above", {0, 0, 2}, {1, 0, 2}, {0, 1, 2}, APlane_PlanesParallel, 0, 2},
         {"parallel, turned the other way", {0, 0, 2}, {0, 1, 2}, {1, 0, 2}, APlane_PlanesParallel, 0, 2},
         {"the same plane by other points", {5, 5, 0}, {7, 1, 0}, {-3, 2, 0}, APlane_PlanesSame, 0, 0},
-        {"1E-10 above is the same", {5, 5, 1E-10}, {7, 1, 1E-10}, {-3, 2, 1E-10}, APlane_PlanesSame, 0, 1E-10},
+        {"1E-10 above is the same",
+         {5, 5, 1E-10},
+         {7, 1, 1E-10},
+         {-3, 2, 1E-10},
+         APlane_PlanesSame,
+         0,
+         1E-10},
     };
     const Point a1{0, 0, 0}, b1{1, 0, 0}, c1{0, 1, 0};
     for (const PlanePlaneCase& c : cases) {

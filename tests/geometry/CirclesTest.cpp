@@ -37,10 +37,16 @@ TEST(IntersectLineCircle, NoneTangentAndTwoInTheLinesDirection) {
         EXPECT_TRUE(PointsNear(r.p1, c.p1, 1E-12)) << c.name;
         EXPECT_TRUE(PointsNear(r.p2, c.p2, 1E-12)) << c.name;
     }
-    EXPECT_TRUE(RaisesError([] { Circles::LineCircle({0, 0}, {1, 0}, {0, 0}, 0); }, 2411,
-                            "Intersect_Line_Circle fails: the radius must be positive"));
-    EXPECT_TRUE(RaisesError([] { Circles::LineCircle({0, 0}, {0, 0, 5}, {0, 0}, 1); }, 2411,
-                            "Intersect_Line_Circle fails: the line's two points coincide"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Circles::LineCircle({0, 0}, {1, 0}, {0, 0}, 0);
+        },
+        2411, "Intersect_Line_Circle fails: the radius must be positive"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Circles::LineCircle({0, 0}, {0, 0, 5}, {0, 0}, 1);
+        },
+        2411, "Intersect_Line_Circle fails: the line's two points coincide"));
 }
 
 struct CircleCircleCase {
@@ -72,8 +78,11 @@ TEST(IntersectCircleCircle, EveryArrangement) {
         EXPECT_TRUE(PointsNear(r.p1, c.p1, 1E-8)) << c.name;
         EXPECT_TRUE(PointsNear(r.p2, c.p2, 1E-8)) << c.name;
     }
-    EXPECT_TRUE(RaisesError([] { Circles::CircleCircle({0, 0}, 1, {1, 0}, -1); }, 2411,
-                            "Intersect_Circle_Circle fails: the radius must be positive"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Circles::CircleCircle({0, 0}, 1, {1, 0}, -1);
+        },
+        2411, "Intersect_Circle_Circle fails: the radius must be positive"));
 }
 
 TEST(IntersectCircleCircle, PointsLieOnBothCircles) {

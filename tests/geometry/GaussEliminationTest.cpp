@@ -12,9 +12,9 @@
 #include <random>
 #include <vector>
 
+#include "MatrixTestSupport.h"
 #include "geometry/GaussElimination.h"
 #include "geometry/Matrix.h"
-#include "MatrixTestSupport.h"
 
 namespace tgp {
 namespace {
@@ -66,7 +66,8 @@ struct Reference {
 };
 
 bool SameBits(const Vec& a, const Vec& b) {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }
 
 using test::SameBits;
@@ -79,12 +80,14 @@ Vec MakeMatrix(Kind kind, int n, std::mt19937& random) {
     Vec a(static_cast<std::size_t>(n) * n);
     std::uniform_real_distribution<double> uniform(-1.0, 1.0);
     std::uniform_int_distribution<int> small(-2, 2);
-    for (double& v : a) v = kind == Kind::Dense ? uniform(random) : small(random) * (small(random) == 0 ? 1 : 0);
+    for (double& v : a)
+        v = kind == Kind::Dense ? uniform(random) : small(random) * (small(random) == 0 ? 1 : 0);
     if (kind == Kind::SparseIntegers)
         for (double& v : a)
             if (v == 0 && small(random) > 0) v = -0.0;
     if (kind == Kind::RepeatedRows && n > 2)
-        for (int j = 0; j < n; ++j) a[static_cast<std::size_t>(n - 1) * n + j] = a[j] + a[static_cast<std::size_t>(n) + j];
+        for (int j = 0; j < n; ++j)
+            a[static_cast<std::size_t>(n - 1) * n + j] = a[j] + a[static_cast<std::size_t>(n) + j];
     if (kind == Kind::ZeroLeadingColumn)
         for (int i = 0; i < n; ++i) a[static_cast<std::size_t>(i) * n] = i == n / 2 ? 1 : 0;
     for (int i = 0; i < n; i += 3) a[static_cast<std::size_t>(i) * n + i] = 0;  // zero pivots forced in
@@ -95,9 +98,9 @@ const Kind kKinds[] = {Kind::Dense, Kind::SparseIntegers, Kind::RepeatedRows, Ki
 
 TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
     // Both tile kinds (AVX where this processor has it, and SSE2).
-    const GaussElimination::Blocking blockings[] = {{1, 1, true}, {1, 2, false}, {2, 3, true}, {1, 4, false},
-                                                    {5, 5, true}, {1, 8, false}, {1, 8, true}, {9, 32, true},
-                                                    {9, 32, false}, GaussElimination::kMachineBlocking};
+    const GaussElimination::Blocking blockings[] = {
+        {1, 1, true},  {1, 2, false}, {2, 3, true},  {1, 4, false},  {5, 5, true},
+        {1, 8, false}, {1, 8, true},  {9, 32, true}, {9, 32, false}, GaussElimination::kMachineBlocking};
     std::mt19937 random(7);
     int eliminations = 0;
     for (const Kind kind : kKinds) {
@@ -111,8 +114,10 @@ TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
                 ++eliminations;
                 ASSERT_EQ(result.completed, reference.completed) << n << " " << blocking.panelWidth;
                 if (!result.completed) continue;  // the half-eliminated state is never shown
-                ASSERT_TRUE(SameBits(result.determinant, reference.determinant)) << n << " " << blocking.panelWidth;
-                ASSERT_TRUE(SameBits(work, reference.a)) << "kind " << int(kind) << " n " << n << " width " << blocking.panelWidth;
+                ASSERT_TRUE(SameBits(result.determinant, reference.determinant))
+                    << n << " " << blocking.panelWidth;
+                ASSERT_TRUE(SameBits(work, reference.a))
+                    << "kind " << int(kind) << " n " << n << " width " << blocking.panelWidth;
                 ASSERT_TRUE(SameBits(rhs, reference.y)) << n << " " << blocking.panelWidth;
             }
         }
@@ -188,7 +193,8 @@ TEST(GaussElimination, CofactorInverseMatchesTheReference) {
                     for (int q = 0; q < n; ++q)
                         if (p != i && q != j) minor.push_back(a[static_cast<std::size_t>(p) * n + q]);
                 const Reference part(minor, {}, n - 1);
-                const double expected = std::pow(-1.0, i + j) * (part.completed ? part.determinant : 0.0) / whole.determinant;
+                const double expected =
+                    std::pow(-1.0, i + j) * (part.completed ? part.determinant : 0.0) / whole.determinant;
                 EXPECT_TRUE(SameBits(got(j, i), expected)) << n << " " << i << " " << j;
             }
         }

@@ -89,8 +89,8 @@ TEST(GeometryFixAngle360, MatchesTheLoopBitForBitAtAnySize) {
         EXPECT_EQ(fixed, LoopedFixAngle360(a)) << a;
     }
     // Exact halves of the spacing (ties) and binade edges.
-    for (double a : {std::ldexp(1.0, 20), std::ldexp(1.0, 21) - std::ldexp(1.0, -32), std::ldexp(3.0, 19), 4.0, 8.0,
-                     kShortTwoPi * 3, -kShortTwoPi, -kShortTwoPi * 1000}) {
+    for (double a : {std::ldexp(1.0, 20), std::ldexp(1.0, 21) - std::ldexp(1.0, -32), std::ldexp(3.0, 19),
+                     4.0, 8.0, kShortTwoPi * 3, -kShortTwoPi, -kShortTwoPi * 1000}) {
         double fixed = a;
         Geometry::FixAngle360(fixed);
         EXPECT_EQ(fixed, LoopedFixAngle360(a)) << a;
@@ -98,7 +98,8 @@ TEST(GeometryFixAngle360, MatchesTheLoopBitForBitAtAnySize) {
 }
 
 TEST(GeometryFixAngle360, MatchesTheLoopBitForBitUpToAMillionTurns) {
-    const std::vector<double> angles = {12345.678, -98765.4321, 1e5 + 0.1, -3.3e6, 6.28e6, -6.28e6, 1e-300, -1e-300};
+    const std::vector<double> angles = {12345.678, -98765.4321, 1e5 + 0.1, -3.3e6,
+                                        6.28e6,    -6.28e6,     1e-300,    -1e-300};
     for (double a : angles) {
         double angle = a;
         Geometry::FixAngle360(angle);
@@ -142,10 +143,18 @@ struct FlagCase {
 
 void Apply(Normaliser which, double& angle, bool* rotate, bool* mirror) {
     switch (which) {
-        case Normaliser::Fix180: Geometry::FixAngle180(angle, rotate, mirror); break;
-        case Normaliser::Fix90: Geometry::FixAngle90(angle, rotate, mirror); break;
-        case Normaliser::Fix180180: Geometry::FixAngle180180(angle); break;
-        case Normaliser::Fix9090: Geometry::FixAngle9090(angle, rotate, mirror); break;
+        case Normaliser::Fix180:
+            Geometry::FixAngle180(angle, rotate, mirror);
+            break;
+        case Normaliser::Fix90:
+            Geometry::FixAngle90(angle, rotate, mirror);
+            break;
+        case Normaliser::Fix180180:
+            Geometry::FixAngle180180(angle);
+            break;
+        case Normaliser::Fix9090:
+            Geometry::FixAngle9090(angle, rotate, mirror);
+            break;
     }
 }
 
@@ -202,7 +211,7 @@ TEST(GeometryFixAngle, RangesHoldOverManyTurns) {
         EXPECT_TRUE(a180180 > -kShortPi && a180180 <= kShortPi) << a;
         EXPECT_TRUE(a9090 > -kShortPi / 2 && a9090 <= kShortPi / 2) << a;
         EXPECT_NEAR(std::tan(a90), std::tan(a), 1e-6 * (1 + std::fabs(std::tan(a))));  // same line
-        EXPECT_NEAR(std::cos(a180180), std::cos(a), 1e-9);  // same direction
+        EXPECT_NEAR(std::cos(a180180), std::cos(a), 1e-9);                             // same direction
         EXPECT_NEAR(std::sin(a180180), std::sin(a), 1e-9);
     }
 }
@@ -217,12 +226,9 @@ struct InverseTrigCase {
 
 TEST(GeometryInverseTrig, ASinSnapsNearOneAndZero) {
     const std::vector<InverseTrigCase> cases = {
-        {1.0000005, 1, kShortPi / 2},
-        {0.9999995, 1, kShortPi / 2},
-        {-1.0000005, -1, -kShortPi / 2},
-        {1e-7, 0, 0},
-        {0.5, 0.5, std::asin(0.5)},
-        {-0.8, -0.8, std::asin(-0.8)},
+        {1.0000005, 1, kShortPi / 2},    {0.9999995, 1, kShortPi / 2},
+        {-1.0000005, -1, -kShortPi / 2}, {1e-7, 0, 0},
+        {0.5, 0.5, std::asin(0.5)},      {-0.8, -0.8, std::asin(-0.8)},
     };
     for (const auto& c : cases) {
         double x = c.x;

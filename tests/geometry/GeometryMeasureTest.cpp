@@ -23,20 +23,17 @@ struct SidesCase {
 
 TEST(GeometryArea, HeronWithRoundedFactors) {
     const std::vector<SidesCase> cases = {
-        {3, 4, 5, 6},
-        {5, 4, 3, 6},
-        {2, 2, 2, std::sqrt(3.0)},
-        {1, 2, 3, 0},            // flat
+        {3, 4, 5, 6},           {5, 4, 3, 6},     {2, 2, 2, std::sqrt(3.0)}, {1, 2, 3, 0},  // flat
         {1, 1, 2.000000001, 0},  // slightly impossible, rounded to flat
-        {0, 0, 0, 0},
-        {10, 10, 12, 48},
+        {0, 0, 0, 0},           {10, 10, 12, 48},
     };
     for (const auto& c : cases) EXPECT_DOUBLE_EQ(Geometry::Area_3Distances(c.a, c.b, c.c), c.expected) << c.c;
 }
 
 TEST(GeometryArea, LengthsThatFormNoTriangle) {
     for (const auto& sides : std::vector<std::vector<double>>{{1, 1, 3}, {1, 1, 2.0000001}, {5, 1, 1}}) {
-        EXPECT_TRUE(RaisesError([&] { Geometry::Area_3Distances(sides[0], sides[1], sides[2]); }, 2411, kNoTriangle))
+        EXPECT_TRUE(
+            RaisesError([&] { Geometry::Area_3Distances(sides[0], sides[1], sides[2]); }, 2411, kNoTriangle))
             << sides[2];
     }
 }
@@ -62,9 +59,21 @@ TEST(GeometryNormal, FollowsTheRightHandRule) {
 }
 
 TEST(GeometryNormal, DegenerateTrianglesFail) {
-    EXPECT_TRUE(RaisesError([] { Geometry::NormalVector({0, 0, 0}, {1, 1, 1}, {2, 2, 2}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([] { Geometry::NormalVector({1, 2, 3}, {1, 2, 3}, {0, 0, 1}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([] { Geometry::NormalVector({0, 0}, {1, 0}, {1, 1}); }, 9, "Subscript out of range"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Geometry::NormalVector({0, 0, 0}, {1, 1, 1}, {2, 2, 2});
+        },
+        2411, kZeroUnitVec));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Geometry::NormalVector({1, 2, 3}, {1, 2, 3}, {0, 0, 1});
+        },
+        2411, kZeroUnitVec));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Geometry::NormalVector({0, 0}, {1, 0}, {1, 1});
+        },
+        9, "Subscript out of range"));
 }
 
 TEST(GeometryVolume, TetrahedraAgainstTheTripleProduct) {
@@ -99,14 +108,16 @@ TEST(GeometryPointPlane, DistanceFootAndDescription) {
     double distance = -1;
     Point foot;
     std::string desc;
-    EXPECT_EQ(Geometry::Analyse_Point_Plane({1, 2, -3}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
-              APlane_PointBehind);
+    EXPECT_EQ(
+        Geometry::Analyse_Point_Plane({1, 2, -3}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
+        APlane_PointBehind);
     EXPECT_DOUBLE_EQ(distance, 3);
     EXPECT_TRUE(PointsNear(foot, {1, 2, 0}, 1e-15));
     EXPECT_EQ(desc, "The point lies behind the plane");
 
-    EXPECT_EQ(Geometry::Analyse_Point_Plane({4, 5, 0}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
-              APlane_PointOnPlane);
+    EXPECT_EQ(
+        Geometry::Analyse_Point_Plane({4, 5, 0}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, distance, &foot, &desc),
+        APlane_PointOnPlane);
     EXPECT_EQ(distance, 0);
     EXPECT_EQ(foot, (Point{4, 5, 0}));
     EXPECT_EQ(desc, "The point lies on the plane");
@@ -117,8 +128,11 @@ TEST(GeometryPointPlane, DistanceFootAndDescription) {
     EXPECT_NEAR(distance, 1 / std::sqrt(3.0), 1e-15);
     EXPECT_TRUE(PointsNear(foot, {1.0 / 3, 1.0 / 3, 1.0 / 3}, 1e-15));
 
-    EXPECT_TRUE(RaisesError([&] { Geometry::Analyse_Point_Plane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, distance); },
-                            2411, kZeroUnitVec));
+    EXPECT_TRUE(RaisesError(
+        [&] {
+            Geometry::Analyse_Point_Plane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, distance);
+        },
+        2411, kZeroUnitVec));
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "MatrixTestSupport.h"
 #include "core/Error.h"
 #include "geometry/Matrix.h"
-#include "MatrixTestSupport.h"
 
 namespace tgp {
 namespace {
@@ -56,7 +56,8 @@ Array2DData RandomWellConditioned(int n, std::mt19937& random) {
 
 void ExpectNear(const Vec& actual, const Vec& expected, double tolerance) {
     ASSERT_EQ(actual.size(), expected.size());
-    for (std::size_t k = 0; k < actual.size(); ++k) EXPECT_NEAR(actual[k], expected[k], tolerance) << "element " << k;
+    for (std::size_t k = 0; k < actual.size(); ++k)
+        EXPECT_NEAR(actual[k], expected[k], tolerance) << "element " << k;
 }
 
 // --- Determinant -----------------------------------------------------------------------------
@@ -75,7 +76,10 @@ TEST(MatrixDet, EliminationWithExactZeroPivotsOnly) {
         {"zero pivot exchanged, zero last pivot", {{0, 0}, {1, 2}}, 0, Array2DData{{1, 2}, {0, 0}}},
         {"zero last pivot completes", {{1, 2}, {2, 4}}, 0, Array2DData{{1, 2}, {0, 0}}},
         {"plain elimination", {{2, 1}, {4, 3}}, 2, Array2DData{{2, 1}, {0, 1}}},
-        {"three by three", {{1, 2, 3}, {4, 5, 6}, {7, 8, 10}}, -3, Array2DData{{1, 2, 3}, {0, -3, -6}, {0, 0, 1}}},
+        {"three by three",
+         {{1, 2, 3}, {4, 5, 6}, {7, 8, 10}},
+         -3,
+         Array2DData{{1, 2, 3}, {0, -3, -6}, {0, 0, 1}}},
         {"diagonal", {{2, 0, 0}, {0, 3, 0}, {0, 0, 4}}, 24, Array2DData{{2, 0, 0}, {0, 3, 0}, {0, 0, 4}}},
         {"one by one", {{5}}, 5, Array2DData{{5}}},
         {"one by one zero", {{0}}, 0, Array2DData{{0}}},
@@ -135,10 +139,26 @@ TEST(MatrixCaches, EveryElementChangeIsSeenByDetInverseAndSolve) {
     };
     const std::vector<Case> cases{
         {"Reset", [](Matrix& m) { m.Reset(2, 2); }, 0, 0, 0, 0},
-        {"Array2D", [](Matrix& m) { m.Array2D({{4, 7}, {2, 6}}); }, 4, 7, 2, 6},
-        {"Array2DPaste", [](Matrix& m) { m.Array2DPaste({{4, 7}, {2, 6}}); }, 4, 7, 2, 6},
-        {"LetRow", [](Matrix& m) { m.LetRow({4, 7}, 0); }, 4, 7, 1, 3},
-        {"LetColumn", [](Matrix& m) { m.LetColumn({5, 0}, 0); }, 5, 1, 0, 3},
+        {"Array2D",
+         [](Matrix& m) {
+             m.Array2D({{4, 7}, {2, 6}});
+         },
+         4, 7, 2, 6},
+        {"Array2DPaste",
+         [](Matrix& m) {
+             m.Array2DPaste({{4, 7}, {2, 6}});
+         },
+         4, 7, 2, 6},
+        {"LetRow",
+         [](Matrix& m) {
+             m.LetRow({4, 7}, 0);
+         },
+         4, 7, 1, 3},
+        {"LetColumn",
+         [](Matrix& m) {
+             m.LetColumn({5, 0}, 0);
+         },
+         5, 1, 0, 3},
         {"LetItem", [](Matrix& m) { m.LetItem(1, 0, 0); }, 2, 1, 0, 3},
     };
     const Vec y{1, 1};
@@ -201,8 +221,8 @@ TEST(MatrixInverse, ResultIsAnIndependentCopyOfTheCache) {
 // --- Solvers ---------------------------------------------------------------------------------
 
 TEST(MatrixSolve, SingularGivesNullAndEmpty) {
-    for (const Array2DData& singular :
-         {Array2DData{{1, 2}, {2, 4}}, Array2DData{{0, 1}, {0, 2}}, Array2DData{{0, 0}, {1, 2}}, Array2DData{{0}}}) {
+    for (const Array2DData& singular : {Array2DData{{1, 2}, {2, 4}}, Array2DData{{0, 1}, {0, 2}},
+                                        Array2DData{{0, 0}, {1, 2}}, Array2DData{{0}}}) {
         auto m = Make(singular);
         const Vec y(static_cast<std::size_t>(singular.rows), 1.0);
         EXPECT_FALSE(m->SolveWithGaussMethod(y));
@@ -222,7 +242,9 @@ TEST(MatrixSolve, RightHandSideLength) {
     auto m = Make({{2, 1}, {1, 3}});
     std::string text;
     EXPECT_EQ(ErrorNumberOf([&] { m->Solve({1, 2, 3}); }, &text), 2411);
-    EXPECT_EQ(text, "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix");
+    EXPECT_EQ(
+        text,
+        "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix");
     EXPECT_EQ(ErrorNumberOf([&] { m->SolveWithGaussMethod({1}); }, &text), 9);
     EXPECT_EQ(text, "Subscript out of range");
     // Extra elements are not looked at: 2x + y = 3, x + 3y = 4.

@@ -22,7 +22,8 @@ using Rows = std::vector<std::vector<double>>;
 
 // The matrix's elements row by row, read through the public element getter.
 Rows Elements(const Matrix& m) {
-    Rows rows(static_cast<std::size_t>(m.RowCount()), std::vector<double>(static_cast<std::size_t>(m.ColumnCount())));
+    Rows rows(static_cast<std::size_t>(m.RowCount()),
+              std::vector<double>(static_cast<std::size_t>(m.ColumnCount())));
     for (int i = 0; i < m.RowCount(); ++i)
         for (int j = 0; j < m.ColumnCount(); ++j) rows[i][j] = m.Item(i, j);
     return rows;
@@ -73,7 +74,8 @@ TEST(MatrixReset, MissingColumnCountTakesTheRowCount) {
         m.Reset(c.rows, c.columns);
         EXPECT_EQ(m.RowCount(), c.expectedRows);
         EXPECT_EQ(m.ColumnCount(), c.expectedColumns);
-        EXPECT_EQ(m.Array2D().data, std::vector<double>(static_cast<std::size_t>(c.expectedRows) * c.expectedColumns, 0.0));
+        EXPECT_EQ(m.Array2D().data,
+                  std::vector<double>(static_cast<std::size_t>(c.expectedRows) * c.expectedColumns, 0.0));
     }
 }
 
@@ -84,8 +86,8 @@ TEST(MatrixReset, NonPositiveOrOverflowingCountsFailAndKeepTheElements) {
         std::string text;
     };
     const std::vector<Case> cases{
-        {0, 4, 2411, kResetFail}, {3, 0, 2411, kResetFail},     {-1, 2, 2411, kResetFail},
-        {2, -7, 2411, kResetFail}, {32768, 1, 6, "Overflow"},   {1, 40000, 6, "Overflow"},
+        {0, 4, 2411, kResetFail},  {3, 0, 2411, kResetFail},  {-1, 2, 2411, kResetFail},
+        {2, -7, 2411, kResetFail}, {32768, 1, 6, "Overflow"}, {1, 40000, 6, "Overflow"},
     };
     const Array2DData before{{1, 2, 3}, {4, 5, 6}};
     for (const auto& c : cases) {
@@ -132,10 +134,19 @@ TEST(MatrixArray2DPaste, ResetsThenCopiesTheLeadingBlock) {
     };
     const std::vector<Case> cases{
         {"smaller array", 3, 3, {{1, 2}, {3, 4}}, false, {{1, 2, 0}, {3, 4, 0}, {0, 0, 0}}},
-        {"larger array clipped", 3, 3, {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}}, true,
+        {"larger array clipped",
+         3,
+         3,
+         {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}},
+         true,
          {{1, 2, 3}, {5, 6, 7}, {9, 10, 11}}},
         {"wide matrix becomes square on its rows", 2, 5, {{7}}, false, {{7, 0}, {0, 0}}},
-        {"tall matrix becomes square on its rows", 3, 2, {{1, 2}, {3, 4}}, false, {{1, 2, 0}, {3, 4, 0}, {0, 0, 0}}},
+        {"tall matrix becomes square on its rows",
+         3,
+         2,
+         {{1, 2}, {3, 4}},
+         false,
+         {{1, 2, 0}, {3, 4, 0}, {0, 0, 0}}},
         {"empty array", 2, 2, Array2DData(), false, {{0, 0}, {0, 0}}},
     };
     for (const auto& c : cases) {
@@ -174,13 +185,29 @@ TEST(MatrixLetRowAndColumn, StoreTheGivenPrefixOrClip) {
         Rows expected;
     };
     const std::vector<Case> cases{
-        {"full row", [](Matrix& m) { m.LetRow({7, 8, 9}, 1); }, {{1, 2, 3}, {7, 8, 9}}},
+        {"full row",
+         [](Matrix& m) {
+             m.LetRow({7, 8, 9}, 1);
+         },
+         {{1, 2, 3}, {7, 8, 9}}},
         {"short row", [](Matrix& m) { m.LetRow({7}, 0); }, {{7, 2, 3}, {4, 5, 6}}},
-        {"long row clipped", [](Matrix& m) { m.LetRow({7, 8, 9, 10}, 0, true); }, {{7, 8, 9}, {4, 5, 6}}},
+        {"long row clipped",
+         [](Matrix& m) {
+             m.LetRow({7, 8, 9, 10}, 0, true);
+         },
+         {{7, 8, 9}, {4, 5, 6}}},
         {"empty row, negative index", [](Matrix& m) { m.LetRow({}, -1); }, {{1, 2, 3}, {4, 5, 6}}},
-        {"full column", [](Matrix& m) { m.LetColumn({7, 8}, 2); }, {{1, 2, 7}, {4, 5, 8}}},
+        {"full column",
+         [](Matrix& m) {
+             m.LetColumn({7, 8}, 2);
+         },
+         {{1, 2, 7}, {4, 5, 8}}},
         {"short column", [](Matrix& m) { m.LetColumn({7}, 1); }, {{1, 7, 3}, {4, 5, 6}}},
-        {"long column clipped", [](Matrix& m) { m.LetColumn({7, 8, 9}, 0, true); }, {{7, 2, 3}, {8, 5, 6}}},
+        {"long column clipped",
+         [](Matrix& m) {
+             m.LetColumn({7, 8, 9}, 0, true);
+         },
+         {{7, 2, 3}, {8, 5, 6}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -205,10 +232,18 @@ TEST(MatrixElementAccess, FailuresRaiseTheirOwnTextsAndChangeNothing) {
     const std::string letItem = "Matrix LetItem routine fails: the given Index i, j are out of range";
     const std::vector<Case> cases{
         {"LetRow index = rows", [](Matrix& m) { m.LetRow({1}, 2); }, 2411, letRowIndex},
-        {"LetRow too long", [](Matrix& m) { m.LetRow({1, 2, 3, 4}, 0); }, 2411, letRowFit},
+        {"LetRow too long",
+         [](Matrix& m) {
+             m.LetRow({1, 2, 3, 4}, 0);
+         },
+         2411, letRowFit},
         {"LetRow negative index", [](Matrix& m) { m.LetRow({1}, -1); }, 9, kSubscript},
         {"LetColumn index = columns", [](Matrix& m) { m.LetColumn({1}, 3); }, 2411, letColumnIndex},
-        {"LetColumn too long", [](Matrix& m) { m.LetColumn({1, 2, 3}, 0); }, 2411, letColumnFit},
+        {"LetColumn too long",
+         [](Matrix& m) {
+             m.LetColumn({1, 2, 3}, 0);
+         },
+         2411, letColumnFit},
         {"LetColumn negative index", [](Matrix& m) { m.LetColumn({1}, -2); }, 9, kSubscript},
         {"Row past the end", [](Matrix& m) { m.Row(2); }, 2411, kRowFail},
         {"Row negative", [](Matrix& m) { m.Row(-1); }, 2411, kRowFail},
@@ -266,10 +301,10 @@ TEST(MatrixSubMatrix, InvalidBoundsFail) {
         std::string text;
     };
     const std::vector<Case> cases{
-        {2, 1, 0, 0, 2411, order}, {0, 0, 3, 2, 2411, order}, {5, 4, 9, 8, 2411, order},
-        {0, 3, 0, 0, 2411, range}, {0, 0, 0, 4, 2411, range}, {-1, 0, 0, 0, 2411, range},
-        {-2, -1, 0, 0, 2411, range},
-        {0, 0, -1, 0, 9, kSubscript},  // ColumnA is not range-checked; its element read fails
+        {2, 1, 0, 0, 2411, order},   {0, 0, 3, 2, 2411, order},    {5, 4, 9, 8, 2411, order},
+        {0, 3, 0, 0, 2411, range},   {0, 0, 0, 4, 2411, range},    {-1, 0, 0, 0, 2411, range},
+        {-2, -1, 0, 0, 2411, range}, {0, 0, -1, 0, 9, kSubscript},  // ColumnA is not range-checked; its
+                                                                    // element read fails
     };
     const Matrix m = Make({{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}});
     for (const auto& c : cases) {
@@ -335,7 +370,8 @@ TEST(MatrixArithmetic, ProductAndVectorProduct) {
     EXPECT_EQ(Elements(*b.Product(a)), (Rows{{39, 54, 69}, {49, 68, 87}, {59, 82, 105}}));
     EXPECT_EQ(a.MultiplyWithVector({1, -1, 2}), (std::vector<double>{5, 11}));
     const std::string product =
-        "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of Rows of the second "
+        "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of Rows of "
+        "the second "
         "Matrix";
     ExpectLibraryError([&] { a.Product(a); }, product);
     const std::string vector =
@@ -369,8 +405,9 @@ TEST(MatrixArithmetic, PlusWithZeroIsAnIndependentCopy) {
 
 TEST(MatrixPlaceholders, ShowCodeOnHoldAndDoNothingElse) {
     std::vector<std::string> shown;
-    MessageHandler previous = SetMessageHandler(
-        [&](std::string_view text, std::string_view title) { shown.push_back(std::string(title) + "|" + std::string(text)); });
+    MessageHandler previous = SetMessageHandler([&](std::string_view text, std::string_view title) {
+        shown.push_back(std::string(title) + "|" + std::string(text));
+    });
     Matrix m = Make({{1, 2}, {3, 4}});
     double elapsed = -1;
     EXPECT_EQ(m.InverseWithExcelMethod(&elapsed), nullptr);

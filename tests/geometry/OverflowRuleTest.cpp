@@ -31,24 +31,45 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
         {"vplusv", [&] { Vector::vplusv(huge, huge); }},
         {"vminusv", [&] { Vector::vminusv(huge, Vector::vxr(huge, -1)); }},
         {"vxr", [&] { Vector::vxr(huge, 10); }},
-        {"vLength", [&] { Vector::vLength({1e200, 1e200}); }},
+        {"vLength",
+         [&] {
+             Vector::vLength({1e200, 1e200});
+         }},
         {"vLength of two points", [&] { Vector::vLength(Vector::vxr(huge, -1), huge); }},
-        {"vxv", [&] { Vector::vxv(big, Point{-1e200, 1e200, 3}); }},
+        {"vxv",
+         [&] {
+             Vector::vxv(big, Point{-1e200, 1e200, 3});
+         }},
         {"vxxv", [&] { Vector::vxxv(big, big); }},
-        {"vRotate", [&] { Vector::vRotate({1e308, 1e308}, 0.5); }},
+        {"vRotate",
+         [&] {
+             Vector::vRotate({1e308, 1e308}, 0.5);
+         }},
         {"DegFromRad", [&] { Geometry::DegFromRad(1e308); }},
         {"DegToRad of an infinity", [&] { Geometry::DegToRad(HUGE_VAL); }},
         {"Area_3Distances", [&] { Geometry::Area_3Distances(1e200, 1e200, 1e200); }},
-        {"Area_3Points", [&] { Geometry::Area_3Points({0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0}); }},
-        {"Volume_4Points", [&] { Geometry::Volume_4Points({0, 0, 1e200}, {0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0}); }},
+        {"Area_3Points",
+         [&] {
+             Geometry::Area_3Points({0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0});
+         }},
+        {"Volume_4Points",
+         [&] {
+             Geometry::Volume_4Points({0, 0, 1e200}, {0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0});
+         }},
         {"MultiplyWithNumber", [&] { hugeMatrix.MultiplyWithNumber(10); }},
         {"PlusWithNumber", [&] { hugeMatrix.PlusWithNumber(1e308); }},
         {"PlusWithMatrix", [&] { hugeMatrix.PlusWithMatrix(hugeMatrix); }},
         {"Product", [&] { hugeMatrix.Product(hugeMatrix); }},
-        {"MultiplyWithVector", [&] { hugeMatrix.MultiplyWithVector({1e308, 1e308}); }},
+        {"MultiplyWithVector",
+         [&] {
+             hugeMatrix.MultiplyWithVector({1e308, 1e308});
+         }},
         {"Det", [&] { hugeMatrix.Det(); }},
         {"Inverse of diag(1E200, 1E200)", [&] { diagonal.Inverse(); }},
-        {"Solve", [&] { diagonal.Solve({1e308, 1e308}); }},
+        {"Solve",
+         [&] {
+             diagonal.Solve({1e308, 1e308});
+         }},
     };
     for (const OverflowCase& c : cases) EXPECT_TRUE(RaisesError(c.action, 6, "Overflow")) << c.name;
     // A determinant that overflowed is not cached as one: the next call raises again.

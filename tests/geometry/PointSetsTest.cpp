@@ -28,12 +28,17 @@ TEST(PointSets, BoxCentroidNearestAndSort) {
     EXPECT_EQ(index, 0u) << "the first of equals";
 
     const PointList sorted = PointSets::SortAlong({{3, 0}, {1, 5}, {1, -5}, {-2, 0}}, {1, 0});
-    EXPECT_EQ(sorted, (PointList{{-2, 0, 0}, {1, 5, 0}, {1, -5, 0}, {3, 0, 0}})) << "stable for equal projections";
+    EXPECT_EQ(sorted, (PointList{{-2, 0, 0}, {1, 5, 0}, {1, -5, 0}, {3, 0, 0}}))
+        << "stable for equal projections";
     EXPECT_EQ(PointSets::SortAlong({{0, 0}, {1, 1}}, {-1, -1}), (PointList{{1, 1, 0}, {0, 0, 0}}));
 
-    EXPECT_TRUE(RaisesError([] { PointSets::Centroid({}); }, 2411, "Points_Centroid fails: the list holds no points"));
-    EXPECT_TRUE(RaisesError([] { PointSets::SortAlong({{0, 0}}, {0, 0}); }, 2411,
-                            "Points_SortAlong fails: the direction is a zero vector"));
+    EXPECT_TRUE(RaisesError([] { PointSets::Centroid({}); }, 2411,
+                            "Points_Centroid fails: the list holds no points"));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            PointSets::SortAlong({{0, 0}}, {0, 0});
+        },
+        2411, "Points_SortAlong fails: the direction is a zero vector"));
 }
 
 // The hull by brute force: the points p for which some edge (p, q) has every point on its left or
@@ -99,19 +104,29 @@ struct TableCase {
 TEST(Interpolation, TableAndPoint) {
     const std::vector<double> xs{0, 1, 3, 4}, ys{10, 20, 0, 0.1};
     const TableCase cases[] = {
-        {"first row", 0, false, 10}, {"last row", 4, false, 0.1}, {"inner row", 1, false, 20},
-        {"halfway", 0.5, false, 15}, {"second piece", 2, false, 10}, {"last piece", 3.5, false, 0.05},
+        {"first row", 0, false, 10},       {"last row", 4, false, 0.1},
+        {"inner row", 1, false, 20},       {"halfway", 0.5, false, 15},
+        {"second piece", 2, false, 10},    {"last piece", 3.5, false, 0.05},
         {"before, extended", -1, true, 0}, {"after, extended", 5, true, 0.2},
     };
     for (const TableCase& c : cases) {
         EXPECT_NEAR(PointSets::InterpolateTable(c.x, xs, ys, c.extrapolate), c.expected, 1E-15) << c.name;
     }
     const std::string fails = "Interpolate_Table fails: ";
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(-0.1, xs, ys); }, 2411, fails + "X lies outside the table"));
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(1, {0, 1}, {1}); }, 2411, fails + "the two lists differ in length"));
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(1, {1}, {1}); }, 2411, fails + "the table needs at least two rows"));
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(1, {0, 2, 2}, {1, 2, 3}); }, 2411,
-                            fails + "the abscissae do not increase"));
+    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(-0.1, xs, ys); }, 2411,
+                            fails + "X lies outside the table"));
+    EXPECT_TRUE(RaisesError(
+        [&] {
+            PointSets::InterpolateTable(1, {0, 1}, {1});
+        },
+        2411, fails + "the two lists differ in length"));
+    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(1, {1}, {1}); }, 2411,
+                            fails + "the table needs at least two rows"));
+    EXPECT_TRUE(RaisesError(
+        [&] {
+            PointSets::InterpolateTable(1, {0, 2, 2}, {1, 2, 3});
+        },
+        2411, fails + "the abscissae do not increase"));
 
     EXPECT_EQ(PointSets::InterpolatePoint({0, 0}, {10, 20, 30}, 0.5), (Point{5, 10, 15}));
     EXPECT_EQ(PointSets::InterpolatePoint({1, 1}, {2, 2}, -1), (Point{0, 0, 0}));

@@ -67,8 +67,10 @@ TEST(GeometryRotatePoint, AgreesWithRodriguesAndTurnsBack) {
         for (const auto& p : points) {
             for (double angle : {0.1, -1.3, kShortPi, 4.0}) {
                 const Point turned = Rotated(p, org, axis, angle);
-                EXPECT_TRUE(PointsNear(turned, Rodrigues(p, org, axis, angle), 1e-9)) << axis[0] << " " << angle;
-                EXPECT_TRUE(PointsNear(Rotated(turned, org, axis, -angle), p, 1e-9)) << axis[0] << " " << angle;
+                EXPECT_TRUE(PointsNear(turned, Rodrigues(p, org, axis, angle), 1e-9))
+                    << axis[0] << " " << angle;
+                EXPECT_TRUE(PointsNear(Rotated(turned, org, axis, -angle), p, 1e-9))
+                    << axis[0] << " " << angle;
             }
         }
     }
@@ -98,8 +100,8 @@ TEST(GeometryRotatePoint, SetUpFailuresAre713) {
     const auto rotate = [&](const Point& p, const Point& org, const Point& axis) {
         return [&, p, org, axis] { Geometry::RotatePoint(p, org, axis, 1, out); };
     };
-    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {0, 0, 0}), 713, kRotateFails));  // zero axis
-    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {1, 1}), 713, kRotateFails));     // plane axis
+    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {0, 0, 0}), 713, kRotateFails));     // zero axis
+    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {1, 1}), 713, kRotateFails));        // plane axis
     EXPECT_TRUE(RaisesError(rotate({1, 0, 0, 4}, {0, 0, 0}, {0, 0, 1}), 713, kRotateFails));  // 4 coordinates
 }
 

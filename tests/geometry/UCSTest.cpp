@@ -37,7 +37,8 @@ std::shared_ptr<UCS> SlantedSystem(const Point& origin, std::int16_t unit = mm_U
     return system;
 }
 
-Point Translated(const UCS& target, Point p, const UCS& source, bool asVector = false, std::int16_t parentUnit = 0) {
+Point Translated(const UCS& target, Point p, const UCS& source, bool asVector = false,
+                 std::int16_t parentUnit = 0) {
     target.TranslateFromUCS(p, source, asVector, parentUnit);
     return p;
 }
@@ -57,7 +58,8 @@ TEST(UCSState, FreshSystemIsTheWorldInMillimetres) {
     ASSERT_EQ(matrix->ColumnCount(), 3);
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j) EXPECT_EQ(matrix->Item(i, j), i == j ? 1 : 0);
-    for (const Point& p : {Point{1, 2, 3}, Point{-4.5, 0, 1e6}}) EXPECT_EQ(Translated(*system, p, *UCS::Create()), p);
+    for (const Point& p : {Point{1, 2, 3}, Point{-4.5, 0, 1e6}})
+        EXPECT_EQ(Translated(*system, p, *UCS::Create()), p);
 }
 
 TEST(UCSState, ParentWithoutOneIsANewDefaultThatIsNotStored) {
@@ -118,7 +120,11 @@ TEST(UCSSet, RightHandTestAgainstTheCallersUz) {
     EXPECT_EQ(system->Uz(), unitUz);
     for (const Point& uz : {Point{0, 0, 2}, Point{0, 0, -1}, Point{0, 0.1, 1}, Point{1, 1}}) {
         auto fresh = UCS::Create();
-        EXPECT_TRUE(RaisesError([&] { fresh->SetUCS({0, 0, 0}, {2, 0, 0}, {0, 3, 0}, &uz); }, 2411, kInvalidAxes))
+        EXPECT_TRUE(RaisesError(
+            [&] {
+                fresh->SetUCS({0, 0, 0}, {2, 0, 0}, {0, 3, 0}, &uz);
+            },
+            2411, kInvalidAxes))
             << uz.size();
     }
 }
@@ -129,7 +135,10 @@ TEST(UCSSet, FailedRightHandTestLeavesAPartialUpdate) {
     system->Parent(parent);
     const Point badUz{0, 0, 2};
     EXPECT_TRUE(RaisesError(
-        [&] { system->SetUCS({7, 8, 9}, {0, 1, 0}, {-1, 0, 0}, &badUz, UCS::Create()); }, 2411, kInvalidAxes));
+        [&] {
+            system->SetUCS({7, 8, 9}, {0, 1, 0}, {-1, 0, 0}, &badUz, UCS::Create());
+        },
+        2411, kInvalidAxes));
     EXPECT_EQ(system->Ux(), (Point{0, 1, 0}));  // the axes are new
     EXPECT_EQ(system->Uy(), (Point{-1, 0, 0}));
     EXPECT_EQ(system->Uz(), (Point{0, 0, 1}));
@@ -140,7 +149,11 @@ TEST(UCSSet, FailedRightHandTestLeavesAPartialUpdate) {
 
 TEST(UCSSet, ZeroAxisFailsInUnitVec) {
     auto system = UCS::Create();
-    EXPECT_TRUE(RaisesError([&] { system->SetUCS({0, 0, 0}, {0, 0, 0}, {0, 1, 0}); }, 2411, "Vector unitvec(u) = u = 0"));
+    EXPECT_TRUE(RaisesError(
+        [&] {
+            system->SetUCS({0, 0, 0}, {0, 0, 0}, {0, 1, 0});
+        },
+        2411, "Vector unitvec(u) = u = 0"));
 }
 
 // ---- translation ---------------------------------------------------------------------------
@@ -167,13 +180,16 @@ TEST(UCSTranslate, VectorsIgnoreBothOrigins) {
 TEST(UCSTranslate, ConvertsUnitsThroughTheParentUnit) {
     const auto metres = TurnedSystem(0, {0, 0, 0}, m_UnitID);
     const auto millimetres = UCS::Create();
-    EXPECT_TRUE(PointsNear(Translated(*millimetres, {1, 0, 0}, *metres, false, mm_UnitID), {1000, 0, 0}, 1e-9));
+    EXPECT_TRUE(
+        PointsNear(Translated(*millimetres, {1, 0, 0}, *metres, false, mm_UnitID), {1000, 0, 0}, 1e-9));
     // The origin is in the parent unit: a metre system at (500, 0, 0) mm.
     const auto shifted = TurnedSystem(0, {500, 0, 0}, m_UnitID);
-    EXPECT_TRUE(PointsNear(Translated(*millimetres, {1, 2, 0}, *shifted, false, mm_UnitID), {1500, 2000, 0}, 1e-9));
+    EXPECT_TRUE(
+        PointsNear(Translated(*millimetres, {1, 2, 0}, *shifted, false, mm_UnitID), {1500, 2000, 0}, 1e-9));
     // Parent frame in centimetres, target in metres.
     const auto target = TurnedSystem(0, {0, 0, 0}, m_UnitID);
-    EXPECT_TRUE(PointsNear(Translated(*target, {250, 0, 0}, *millimetres, false, cm_UnitID), {0.25, 0, 0}, 1e-12));
+    EXPECT_TRUE(
+        PointsNear(Translated(*target, {250, 0, 0}, *millimetres, false, cm_UnitID), {0.25, 0, 0}, 1e-12));
 }
 
 TEST(UCSTranslate, RoundTripReturnsThePoint) {
@@ -200,10 +216,12 @@ TEST(UCSTranslate, Failures) {
     const auto metres = TurnedSystem(0, {0, 0, 0}, m_UnitID);
     Point shortPoint{1, 2};
     // With a conversion the coordinates are read one by one; without, the matrix rejects the length.
-    EXPECT_TRUE(RaisesError([&] { world->TranslateFromUCS(shortPoint, *metres); }, 9, "Subscript out of range"));
+    EXPECT_TRUE(
+        RaisesError([&] { world->TranslateFromUCS(shortPoint, *metres); }, 9, "Subscript out of range"));
     shortPoint = {1, 2};
-    EXPECT_TRUE(RaisesError([&] { world->TranslateFromUCS(shortPoint, *world); }, 2411,
-                            "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix"));
+    EXPECT_TRUE(RaisesError(
+        [&] { world->TranslateFromUCS(shortPoint, *world); }, 2411,
+        "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix"));
     Point p{1, 2, 3};
     try {
         world->TranslateFromUCS(p, *world, false, 9);  // 9 is no length unit

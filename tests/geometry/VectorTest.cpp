@@ -26,11 +26,11 @@ struct SumCase {
 
 TEST(VectorSum, AddsSharedIndicesAndLeavesTheLongerTailZero) {
     const std::vector<SumCase> cases = {
-        {{{1, 2, 3}, {1, 1}}, {2, 3, 0}},        // the shorter operand zeroes the tail
-        {{{1, 1}, {1, 2, 3}}, {2, 3, 0}},        // whichever side is shorter
+        {{{1, 2, 3}, {1, 1}}, {2, 3, 0}},  // the shorter operand zeroes the tail
+        {{{1, 1}, {1, 2, 3}}, {2, 3, 0}},  // whichever side is shorter
         {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}, {12, 15, 18}},
         {{{1, 2, 3, 4}, {1, 1, 1, 1}}, {2, 3, 4, 5}},
-        {{{5, -6}}, {5, -6}},                    // a single item is returned as it is
+        {{{5, -6}}, {5, -6}},                         // a single item is returned as it is
         {{{1, 2, 3}, {1, 1}, {1, 1, 1}}, {3, 4, 1}},  // the zeroed tail takes part in later sums
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::vplusv(c.items), c.expected);
@@ -65,9 +65,7 @@ struct AngleCase {
 
 TEST(VectorAngle, QuadrantsUseTheShortenedPi) {
     const std::vector<AngleCase> exact = {
-        {{0, 0}, 0},
-        {{0, -5}, -kShortPi / 2},
-        {{0, 3, 99}, kShortPi / 2},
+        {{0, 0}, 0},         {{0, -5}, -kShortPi / 2}, {{0, 3, 99}, kShortPi / 2},
         {{-1, 0}, kShortPi},  // +pi, not -pi
         {{2, 0}, 0},
     };
@@ -128,10 +126,8 @@ struct CrossCase {
 
 TEST(VectorProducts, CrossProductNeedsThreeElements) {
     const std::vector<CrossCase> cases = {
-        {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
-        {{0, 1, 0}, {1, 0, 0}, {0, 0, -1}},
-        {{1, 2, 3}, {4, 5, 6}, {-3, 6, -3}},
-        {{2, 0, 0}, {-4, 0, 0}, {0, 0, 0}},
+        {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}},       {{0, 1, 0}, {1, 0, 0}, {0, 0, -1}},
+        {{1, 2, 3}, {4, 5, 6}, {-3, 6, -3}},     {{2, 0, 0}, {-4, 0, 0}, {0, 0, 0}},
         {{1, 2, 3, 99}, {4, 5, 6}, {-3, 6, -3}},  // a fourth element is not read
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::vxv(c.a, c.b), c.expected);
@@ -195,14 +191,12 @@ struct Angle3DCase {
 TEST(VectorAngle3D, AboutZFromX) {
     const Point x{1, 0, 0}, z{0, 0, 1};
     const std::vector<Angle3DCase> cases = {
-        {{0, -1, 0}, -kShortPi / 2},
-        {{0, 1, 0}, kShortPi / 2},
-        {{-1, 1, 0}, 3 * kShortPi / 4},
-        {{-1, -1, 0}, 5 * kShortPi / 4},  // not -3 pi/4
-        {{1, -1, 0}, -kShortPi / 4},
-        {{2, 2, 0}, kShortPi / 4},
+        {{0, -1, 0}, -kShortPi / 2},    {{0, 1, 0}, kShortPi / 2},
+        {{-1, 1, 0}, 3 * kShortPi / 4}, {{-1, -1, 0}, 5 * kShortPi / 4},  // not -3 pi/4
+        {{1, -1, 0}, -kShortPi / 4},    {{2, 2, 0}, kShortPi / 4},
     };
-    for (const auto& c : cases) EXPECT_NEAR(Vector::vAngle3D(c.uA, x, &z), c.expected, 1e-6) << c.uA[0] << "," << c.uA[1];
+    for (const auto& c : cases)
+        EXPECT_NEAR(Vector::vAngle3D(c.uA, x, &z), c.expected, 1e-6) << c.uA[0] << "," << c.uA[1];
 }
 
 TEST(VectorAngle3D, EqualAndOppositeDirectionsAreExact) {
@@ -268,12 +262,26 @@ TEST(VectorAssoc, CoordinatesInASkewBasisReconstructTheVector) {
 
 TEST(VectorAssoc, AnyFailureIsOneError) {
     // A singular basis, a basis singular after rounding to 12 digits, and unusable arguments.
-    EXPECT_TRUE(RaisesError([] { Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {2, 0, 0}, {0, 0, 1}); }, 2411, kAssocFails));
-    EXPECT_TRUE(RaisesError([] { Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1e-13}); }, 2411,
-                            kAssocFails));
-    EXPECT_TRUE(RaisesError([] { Vector::AssocVector({1, 2}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}); }, 2411, kAssocFails));
-    EXPECT_TRUE(RaisesError([] { Vector::AssocVector({1, 2, 3}, {1, 0, 0, 0}, {0, 1, 0}, {0, 0, 1}); }, 2411,
-                            kAssocFails));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {2, 0, 0}, {0, 0, 1});
+        },
+        2411, kAssocFails));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1e-13});
+        },
+        2411, kAssocFails));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Vector::AssocVector({1, 2}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+        },
+        2411, kAssocFails));
+    EXPECT_TRUE(RaisesError(
+        [] {
+            Vector::AssocVector({1, 2, 3}, {1, 0, 0, 0}, {0, 1, 0}, {0, 0, 1});
+        },
+        2411, kAssocFails));
 }
 
 // ---- direction tests -------------------------------------------------------------------------
@@ -286,11 +294,8 @@ struct DirectionCase {
 TEST(VectorDirection, ParallelWithinTwoHundredthsOfADegree) {
     const double below = 3.4e-4, above = 3.5e-4;  // the bound is sin = pi/9000 = 3.4907e-4
     const std::vector<DirectionCase> cases = {
-        {{1, 0, 0}, {-2, 0, 0}, true},
-        {{1, 2, 3}, {2, 4, 6}, true},
-        {{1, 0, 0}, {1, below, 0}, true},
-        {{1, 0, 0}, {1, above, 0}, false},
-        {{1, 0, 0}, {0, 1, 0}, false},
+        {{1, 0, 0}, {-2, 0, 0}, true},     {{1, 2, 3}, {2, 4, 6}, true},  {{1, 0, 0}, {1, below, 0}, true},
+        {{1, 0, 0}, {1, above, 0}, false}, {{1, 0, 0}, {0, 1, 0}, false},
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::IsParallel(c.a, c.b), c.expected) << c.b[1];
     EXPECT_TRUE(RaisesError([] { Vector::IsParallel({1, 0}, {2, 0}); }, 9, "Subscript out of range"));
@@ -299,10 +304,8 @@ TEST(VectorDirection, ParallelWithinTwoHundredthsOfADegree) {
 
 TEST(VectorDirection, PerpendicularWithinTwoHundredthsOfADegree) {
     const std::vector<DirectionCase> cases = {
-        {{1, 0, 0}, {0, 3, 0}, true},
-        {{1, 0}, {0, -1}, true},  // plane vectors are fine here
-        {{1, 0, 0}, {3.4e-4, 1, 0}, true},
-        {{1, 0, 0}, {3.5e-4, 1, 0}, false},
+        {{1, 0, 0}, {0, 3, 0}, true},      {{1, 0}, {0, -1}, true},  // plane vectors are fine here
+        {{1, 0, 0}, {3.4e-4, 1, 0}, true}, {{1, 0, 0}, {3.5e-4, 1, 0}, false},
         {{1, 0, 0}, {1, 0, 0}, false},
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::IsVertical(c.a, c.b), c.expected) << c.b[0];
@@ -317,17 +320,13 @@ struct NegativeCase {
 
 TEST(VectorFixNegative, ExchangesEndsPointingIntoTheLeftHalf) {
     const std::vector<NegativeCase> cases = {
-        {{0, 1}, 0, false},   // exactly pi/2 is positive
-        {{0, -1}, 0, true},   // exactly 3 pi/2 is negative
-        {{1e-6, -1}, 0, true},   // and so is anything within 1E-06 of it
-        {{1e-4, -1}, 0, false},
-        {{1, 0}, 0, false},
-        {{-1, 0}, 0, true},
-        {{1, -1}, 0, false},  // 7 pi/4
-        {{-1, 1}, 0, true},
-        {{1, 0}, kShortPi, true},       // measured from the opposite direction
-        {{-1, 0}, kShortPi, false},
-        {{0, 1, 5}, kShortPi / 2, false},  // z is ignored
+        {{0, 1}, 0, false},     // exactly pi/2 is positive
+        {{0, -1}, 0, true},     // exactly 3 pi/2 is negative
+        {{1e-6, -1}, 0, true},  // and so is anything within 1E-06 of it
+        {{1e-4, -1}, 0, false},     {{1, 0}, 0, false},
+        {{-1, 0}, 0, true},         {{1, -1}, 0, false},               // 7 pi/4
+        {{-1, 1}, 0, true},         {{1, 0}, kShortPi, true},          // measured from the opposite direction
+        {{-1, 0}, kShortPi, false}, {{0, 1, 5}, kShortPi / 2, false},  // z is ignored
     };
     for (const auto& c : cases) {
         Point sp{0, 0}, ep = c.ep;

@@ -86,7 +86,8 @@ void AddArc(Sums& s, quad xa, quad ya, quad xb, quad yb, double bulge) {
         const quad from = -theta + 2 * theta * p / pieces, half = theta / pieces;
         for (int i = 0; i < GaussLegendre::kPoints; ++i) {
             const quad phi = from + half * (Rule().node[i] + 1);
-            const quad along = radius * sinq(phi), across = 2 * radius * sinq((theta + phi) / 2) * sinq((theta - phi) / 2);
+            const quad along = radius * sinq(phi),
+                       across = 2 * radius * sinq((theta + phi) / 2) * sinq((theta - phi) / 2);
             const quad x = mx + along * tx + across * wx, y = my + along * ty + across * wy;
             const quad dxdphi = radius * cosq(phi) * tx - radius * sinq(phi) * wx;
             const quad w = Rule().weight[i] * half * dxdphi;
@@ -111,8 +112,10 @@ Properties Reference(const std::vector<double>& xy, const std::vector<double>& b
     for (std::size_t i = 0; i < n; ++i) {
         const std::size_t j = (i + 1) % n;
         const quad xa = xy[2 * i] - ox, ya = xy[2 * i + 1] - oy, xb = xy[2 * j] - ox, yb = xy[2 * j + 1] - oy;
-        if (bulges[i] == 0) AddLine(s, xa, ya, xb, yb);
-        else AddArc(s, xa, ya, xb, yb, bulges[i]);
+        if (bulges[i] == 0)
+            AddLine(s, xa, ya, xb, yb);
+        else
+            AddArc(s, xa, ya, xb, yb, bulges[i]);
     }
     const quad xc = s.sy / s.a, yc = s.sx / s.a;
     return {static_cast<double>(s.a),
@@ -128,13 +131,19 @@ Properties Computed(const std::vector<double>& xy, const std::vector<double>& bu
     auto loop = tgp::Loop7::Create();
     loop->InitFromCoordinates(xy, bulges);
     const tgp::Point c = loop->Centroid();
-    return {loop->Area(), c[0], c[1], loop->MomentOfInertiaX(), loop->MomentOfInertiaY(),
-            loop->ProductOfInertiaXY(), loop->Length()};
+    return {loop->Area(),
+            c[0],
+            c[1],
+            loop->MomentOfInertiaX(),
+            loop->MomentOfInertiaY(),
+            loop->ProductOfInertiaXY(),
+            loop->Length()};
 }
 
 // A square of side `side` at (offset, offset) whose top edge carries the bulge, traversed so that the
 // arc bulges outwards (counter-clockwise for a positive bulge, clockwise for a negative one).
-void SquareWithArcTop(double side, double offset, double bulge, std::vector<double>& xy, std::vector<double>& b) {
+void SquareWithArcTop(double side, double offset, double bulge, std::vector<double>& xy,
+                      std::vector<double>& b) {
     const double o = offset, s = side;
     if (bulge > 0) {
         xy = {o, o, o + s, o, o + s, o + s, o, o + s};
@@ -146,7 +155,8 @@ void SquareWithArcTop(double side, double offset, double bulge, std::vector<doub
 }
 
 // The same square with every edge bulging outwards by the same amount.
-void SquareWithArcEdges(double side, double offset, double bulge, std::vector<double>& xy, std::vector<double>& b) {
+void SquareWithArcEdges(double side, double offset, double bulge, std::vector<double>& xy,
+                        std::vector<double>& b) {
     SquareWithArcTop(side, offset, bulge, xy, b);
     b.assign(4, bulge);
 }
@@ -185,8 +195,8 @@ TEST(ArcAccuracy, EveryBulgeChordAndOffsetAgreesWithQuadratureIn113Bits) {
     const Shape shapes[] = {{"square with arc top", SquareWithArcTop, 1e3},
                             {"square with four arcs", SquareWithArcEdges, 1.0},
                             {"lens", Lens, 1e3}};
-    const double magnitudes[] = {1e-12, 1e-10, 1e-9, 1e-7, 3e-5, 1e-4, 9.99e-4, 1e-3, 0.0123, 0.2,
-                                 0.27,  0.55,  1.0,  1.7,  10,   1e2,  999.9,   1e3};
+    const double magnitudes[] = {1e-12, 1e-10, 1e-9, 1e-7, 3e-5, 1e-4, 9.99e-4, 1e-3,  0.0123,
+                                 0.2,   0.27,  0.55, 1.0,  1.7,  10,   1e2,     999.9, 1e3};
     const double chords[] = {1e-3, 0.37, 1, 250, 1e4};
     const double offsets[] = {0, 1e6};
     int checked = 0;
@@ -198,8 +208,9 @@ TEST(ArcAccuracy, EveryBulgeChordAndOffsetAgreesWithQuadratureIn113Bits) {
                     for (double offset : offsets) {
                         std::vector<double> xy, bulges;
                         shape.build(chord, offset, sign * magnitude, xy, bulges);
-                        const std::string what = std::string(shape.name) + " bulge " + std::to_string(sign * magnitude) +
-                                                 " chord " + std::to_string(chord) + " offset " + std::to_string(offset);
+                        const std::string what = std::string(shape.name) + " bulge " +
+                                                 std::to_string(sign * magnitude) + " chord " +
+                                                 std::to_string(chord) + " offset " + std::to_string(offset);
                         const Properties want = Reference(xy, bulges);
                         const double extent = std::max(chord, std::sqrt(std::fabs(want.area)));
                         try {
@@ -269,10 +280,10 @@ TEST(ArcAccuracy, BulgedLoopConvergesSmoothlyToTheStraightLoop) {
             const Properties p = Computed(xy, bulges);
             const double b = std::pow(10.0, -k);
             // An arc of bulge b on a chord c adds about (2/3) c² b of area: bounded by the size.
-            const double change = std::max({std::fabs(p.area - straight.area) / scaleA,
-                                            std::fabs(p.ix - straight.ix) / scaleI, std::fabs(p.iy - straight.iy) / scaleI,
-                                            std::fabs(p.ixy - straight.ixy) / scaleI,
-                                            std::fabs(p.xc - straight.xc) / size, std::fabs(p.yc - straight.yc) / size});
+            const double change =
+                std::max({std::fabs(p.area - straight.area) / scaleA, std::fabs(p.ix - straight.ix) / scaleI,
+                          std::fabs(p.iy - straight.iy) / scaleI, std::fabs(p.ixy - straight.ixy) / scaleI,
+                          std::fabs(p.xc - straight.xc) / size, std::fabs(p.yc - straight.yc) / size});
             EXPECT_LE(change, 20 * b + 1e-12) << "trial " << trial << " bulge 1E-" << k;
             if (change > 1e-11) {
                 EXPECT_LT(change, previous) << "trial " << trial << " bulge 1E-" << k;

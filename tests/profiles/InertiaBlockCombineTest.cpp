@@ -28,8 +28,13 @@ struct Values {
 
 Values Of(InertiaBlock& b) {
     const Point c = b.Centroid();
-    return {b.Area()->Millimetres(), b.MomentOfInertiaX()->Millimetres(), b.MomentOfInertiaY()->Millimetres(),
-            b.ProductOfInertiaXY()->Millimetres(), b.Perimeter()->Millimetres(), c[0], c[1]};
+    return {b.Area()->Millimetres(),
+            b.MomentOfInertiaX()->Millimetres(),
+            b.MomentOfInertiaY()->Millimetres(),
+            b.ProductOfInertiaXY()->Millimetres(),
+            b.Perimeter()->Millimetres(),
+            c[0],
+            c[1]};
 }
 
 void ExpectNear(const Values& actual, const Values& expected, double relative, const std::string& name) {
@@ -44,7 +49,9 @@ void ExpectNear(const Values& actual, const Values& expected, double relative, c
     EXPECT_NEAR(actual.yc, expected.yc, relative * lengths) << name;
 }
 
-std::shared_ptr<InertiaBlock> BlockOf(const Outline& o) { return LoopOf(o)->InertiaBlock()->Copy(); }
+std::shared_ptr<InertiaBlock> BlockOf(const Outline& o) {
+    return LoopOf(o)->InertiaBlock()->Copy();
+}
 
 TEST(InertiaBlockJoin, AnAnnulusIsACircleJoinedWithAVoidCircle) {
     const double R = 50, r = 40;
@@ -53,7 +60,8 @@ TEST(InertiaBlockJoin, AnAnnulusIsACircleJoinedWithAVoidCircle) {
     hole->Inverse();
     disc->Join(*hole);
     const double expectedI = M_PI * (std::pow(R, 4) - std::pow(r, 4)) / 4;
-    ExpectNear(Of(*disc), {M_PI * (R * R - r * r), expectedI, expectedI, 0, 2 * M_PI * (R + r), 10, 20}, 1e-13, "annulus");
+    ExpectNear(Of(*disc), {M_PI * (R * R - r * r), expectedI, expectedI, 0, 2 * M_PI * (R + r), 10, 20},
+               1e-13, "annulus");
 }
 
 // A T: flange 100 x 10 on a web 10 x 100, joined, against the same outline as one loop.
@@ -61,8 +69,14 @@ TEST(InertiaBlockJoin, ATFromTwoRectanglesIsTheTAsOneLoop) {
     auto flange = BlockOf(Rectangle(-50, 100, 100, 10));
     auto web = BlockOf(Rectangle(-5, 0, 10, 100));
     Outline t;  // clockwise
-    for (auto [x, y] : {std::pair{-5.0, 0.0}, {-5.0, 100.0}, {-50.0, 100.0}, {-50.0, 110.0}, {50.0, 110.0}, {50.0, 100.0},
-                        {5.0, 100.0}, {5.0, 0.0}}) {
+    for (auto [x, y] : {std::pair{-5.0, 0.0},
+                        {-5.0, 100.0},
+                        {-50.0, 100.0},
+                        {-50.0, 110.0},
+                        {50.0, 110.0},
+                        {50.0, 100.0},
+                        {5.0, 100.0},
+                        {5.0, 0.0}}) {
         t.Add(x, y);
     }
     Values expected = Of(*BlockOf(t));
@@ -78,7 +92,13 @@ TEST(InertiaBlockJoin, ATFromTwoRectanglesIsTheTAsOneLoop) {
 TEST(InertiaBlockJoin, BlocksWithTurnedAxesJoinAsTheSameShape) {
     const Outline left = Rectangle(0, 0, 10, 10), right = Rectangle(10, 2, 30, 5);
     Outline whole;  // the two as one clockwise outline
-    for (auto [x, y] : {std::pair{0.0, 0.0}, {0.0, 10.0}, {10.0, 10.0}, {10.0, 7.0}, {40.0, 7.0}, {40.0, 2.0}, {10.0, 2.0},
+    for (auto [x, y] : {std::pair{0.0, 0.0},
+                        {0.0, 10.0},
+                        {10.0, 10.0},
+                        {10.0, 7.0},
+                        {40.0, 7.0},
+                        {40.0, 2.0},
+                        {10.0, 2.0},
                         {10.0, 0.0}}) {
         whole.Add(x, y);
     }
@@ -90,9 +110,11 @@ TEST(InertiaBlockJoin, BlocksWithTurnedAxesJoinAsTheSameShape) {
             b->RotateOCS(turnOther);
             a->RotateOCS(turnOwn);
             a->Join(*b);
-            EXPECT_NEAR(std::atan2(a->Ux()[1], a->Ux()[0]), turnOwn, 1e-15) << "the receiving block keeps its axes";
+            EXPECT_NEAR(std::atan2(a->Ux()[1], a->Ux()[0]), turnOwn, 1e-15)
+                << "the receiving block keeps its axes";
             a->RotateOCS(-turnOwn);
-            ExpectNear(Of(*a), expected, 1e-12, "turned " + std::to_string(turnOther) + ", " + std::to_string(turnOwn));
+            ExpectNear(Of(*a), expected, 1e-12,
+                       "turned " + std::to_string(turnOther) + ", " + std::to_string(turnOwn));
         }
     }
 }
@@ -112,7 +134,8 @@ TEST(InertiaBlockJoin, DifferentModuliJoinAsTheTransformedSection) {
 
     auto bare = BlockOf(Rectangle(0, 0, 1, 1));
     const std::string refusal =
-        "Join: a block without material cannot be joined to a block with material (set ElasticModulus on both "
+        "Join: a block without material cannot be joined to a block with material (set ElasticModulus on "
+        "both "
         "blocks or on neither)";
     ExpectError([&] { bare->Join(*steel); }, 2411, refusal);
     ExpectError([&] { steel->Join(*bare); }, 2411, refusal);
@@ -138,15 +161,19 @@ TEST(InertiaBlockJoin, CancellingAreasAreRefusedAndSelfJoinDoubles) {
 // keeps its arcs circular under unequal factors, so those cases use a polygon.
 TEST(InertiaBlockTransformation, FollowsTheLoopsTransformation) {
     Outline curved, polygon;
-    for (auto [x, y, b] : {std::tuple{0.0, 0.0, 0.0}, {0.0, 30.0, -0.3}, {20.0, 35.0, 0.0}, {45.0, 10.0, 0.0}, {25.0, 0.0, 0.2}}) {
+    for (auto [x, y, b] : {std::tuple{0.0, 0.0, 0.0},
+                           {0.0, 30.0, -0.3},
+                           {20.0, 35.0, 0.0},
+                           {45.0, 10.0, 0.0},
+                           {25.0, 0.0, 0.2}}) {
         curved.Add(x, y, b);
         polygon.Add(x, y);
     }
     struct Case {
         double rotation, sx, sy;
     };
-    for (const Case& c : {Case{0.7, 1, 1}, Case{-1.3, 2, 2}, Case{0, 1.5, 0.5}, Case{0.4, -1, 1}, Case{2.0, 0.5, -3},
-                          Case{-0.6, -2, -2}}) {
+    for (const Case& c : {Case{0.7, 1, 1}, Case{-1.3, 2, 2}, Case{0, 1.5, 0.5}, Case{0.4, -1, 1},
+                          Case{2.0, 0.5, -3}, Case{-0.6, -2, -2}}) {
         auto loop = LoopOf(std::fabs(c.sx) == std::fabs(c.sy) ? curved : polygon);
         auto block = loop->InertiaBlock()->Copy();
         const Point move{7, -3, 0}, base{5, 12, 0};
@@ -161,8 +188,9 @@ TEST(InertiaBlockTransformation, FollowsTheLoopsTransformation) {
         expected.ixy *= mirrored;
         Values actual = Of(*block);
         if (std::fabs(c.sx) != std::fabs(c.sy)) actual.perimeter = expected.perimeter;  // an estimate there
-        ExpectNear(actual, expected, 1e-12, "rotation " + std::to_string(c.rotation) + " scale " +
-                                                std::to_string(c.sx) + ", " + std::to_string(c.sy));
+        ExpectNear(actual, expected, 1e-12,
+                   "rotation " + std::to_string(c.rotation) + " scale " + std::to_string(c.sx) + ", " +
+                       std::to_string(c.sy));
     }
 }
 
@@ -177,22 +205,32 @@ TEST(InertiaBlockTransformation, TurningBackAndMirroringTwiceRestore) {
     auto mirrored = original->Copy();
     mirrored->Transformation({0, 0, 0}, 0, -1, 1, {2, 0, 0});
     EXPECT_EQ(mirrored->ProductOfInertiaXY()->Millimetres(), -original->ProductOfInertiaXY()->Millimetres());
-    EXPECT_EQ(mirrored->Area()->Millimetres(), original->Area()->Millimetres()) << "a mirror keeps a solid solid";
+    EXPECT_EQ(mirrored->Area()->Millimetres(), original->Area()->Millimetres())
+        << "a mirror keeps a solid solid";
     mirrored->Transformation({0, 0, 0}, 0, -1, 1, {2, 0, 0});
     ExpectNear(Of(*mirrored), Of(*original), 1e-15, "mirrored twice");
     auto hole = original->Copy();
     hole->Inverse();
     hole->Transformation({0, 0, 0}, 0, -2, 3, {0, 0, 0});
     EXPECT_LT(hole->Area()->Millimetres(), 0) << "a void stays a void";
-    ExpectError([&] { block->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0}); }, 2411,
-                "Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse onto a line");
+    ExpectError(
+        [&] {
+            block->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0});
+        },
+        2411,
+        "Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse onto a "
+        "line");
 }
 
 using test::SameBits;
 
 void ExpectSameBits(InertiaBlock& a, InertiaBlock& b) {
     const Values x = Of(a), y = Of(b);
-    for (auto [p, q] : {std::pair{x.area, y.area}, {x.ix, y.ix}, {x.iy, y.iy}, {x.ixy, y.ixy}, {x.perimeter, y.perimeter}}) {
+    for (auto [p, q] : {std::pair{x.area, y.area},
+                        {x.ix, y.ix},
+                        {x.iy, y.iy},
+                        {x.ixy, y.ixy},
+                        {x.perimeter, y.perimeter}}) {
         EXPECT_TRUE(SameBits(p, q)) << p << " vs " << q;
     }
     const Point ca = a.Centroid(), cb = b.Centroid(), ua = a.Ux(), ub = b.Ux(), va = a.Uy(), vb = b.Uy();
@@ -230,10 +268,12 @@ TEST(InertiaBlockText, RoundTripsAreBitExact) {
 TEST(InertiaBlockText, TheTextFormIsOneReadableLine) {
     auto block = BlockOf(Rectangle(0, 0, 100, 10));
     EXPECT_EQ(block->SaveToText(),
-              "InertiaBlock/1 A=1000 P=220 Ix=8333.333333333334 Iy=833333.3333333334 Ixy=0 C=50,5,0 Ux=1,0,0 Uy=0,1,0 E=0");
+              "InertiaBlock/1 A=1000 P=220 Ix=8333.333333333334 Iy=833333.3333333334 Ixy=0 C=50,5,0 Ux=1,0,0 "
+              "Uy=0,1,0 E=0");
     auto read = InertiaBlock::Create();
-    read->InitFromText("  InertiaBlock/1\tE=0 Uy=0,1,0 Ux=1,0,0 C=50,5,0 Ixy=0 Iy=833333.3333333334 Ix=8333.333333333334 "
-                       "P=220 A=1000 \r\n");
+    read->InitFromText(
+        "  InertiaBlock/1\tE=0 Uy=0,1,0 Ux=1,0,0 C=50,5,0 Ixy=0 Iy=833333.3333333334 Ix=8333.333333333334 "
+        "P=220 A=1000 \r\n");
     EXPECT_EQ(read->SaveToText(), block->SaveToText()) << "fields in any order, any blanks";
 }
 
@@ -251,17 +291,24 @@ TEST(InertiaBlockText, BadTextNamesTheFaultAndChangesNothing) {
         {"InertiaBlock/1 " + good + " A=1", "'A' appears twice"},
         {"InertiaBlock/1 " + good + " Iz=1", "unknown field 'Iz'"},
         {"InertiaBlock/1 " + good + " Iz", "'Iz' is not a field (name=value)"},
-        {"InertiaBlock/1 A=1,5 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0", "'A' is not a finite number: '1,5'"},
-        {"InertiaBlock/1 A=1e999 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0", "'A' is not a finite number: '1e999'"},
-        {"InertiaBlock/1 A=nan P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0", "'A' is not a finite number: 'nan'"},
-        {"InertiaBlock/1 A= P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0", "'A' is not a finite number: ''"},
+        {"InertiaBlock/1 A=1,5 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0",
+         "'A' is not a finite number: '1,5'"},
+        {"InertiaBlock/1 A=1e999 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0",
+         "'A' is not a finite number: '1e999'"},
+        {"InertiaBlock/1 A=nan P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0",
+         "'A' is not a finite number: 'nan'"},
+        {"InertiaBlock/1 A= P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=0,1,0 E=0",
+         "'A' is not a finite number: ''"},
         {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7 Ux=1,0,0 Uy=0,1,0 E=0",
          "'C' needs three numbers separated by commas: '6,7'"},
         {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0,1 Ux=1,0,0 Uy=0,1,0 E=0",
          "'C' needs three numbers separated by commas: '6,7,0,1'"},
-        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0.5 Uy=0,1,0 E=0", "the axes must lie in the XY plane (a z of 0)"},
-        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=2,0,0 Uy=0,1,0 E=0", "the axes Ux and Uy must be unit vectors"},
-        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=-1,0,0 E=0", "the axes Ux and Uy are parallel"},
+        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0.5 Uy=0,1,0 E=0",
+         "the axes must lie in the XY plane (a z of 0)"},
+        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=2,0,0 Uy=0,1,0 E=0",
+         "the axes Ux and Uy must be unit vectors"},
+        {"InertiaBlock/1 A=1 P=2 Ix=3 Iy=4 Ixy=5 C=6,7,0 Ux=1,0,0 Uy=-1,0,0 E=0",
+         "the axes Ux and Uy are parallel"},
     };
     auto block = BlockOf(Rectangle(0, 0, 3, 4));
     const std::string before = block->SaveToText();

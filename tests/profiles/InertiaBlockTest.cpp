@@ -13,7 +13,8 @@ namespace {
 
 using test::ExpectError;
 
-std::shared_ptr<InertiaBlock> Block(double ix, double iy, double ixy, double area = 1000, Point c = {0, 0, 0}) {
+std::shared_ptr<InertiaBlock> Block(double ix, double iy, double ixy, double area = 1000,
+                                    Point c = {0, 0, 0}) {
     auto b = InertiaBlock::Create();
     b->Init(ix, iy, ixy, c, area, 220.0);
     return b;
@@ -45,11 +46,17 @@ TEST(InertiaBlockInit, FreshBlockAndDefaultAxes) {
 TEST(InertiaBlockInit, AxisOffThePlaneIsRefusedAndStoresNothing) {
     auto b = InertiaBlock::Create();
     const Point tilted{0, 1, 0.001};
-    ExpectError([&] { b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted); }, 2411,
-                "InertiaBlock should be on World Coordinates System Plan XY");
+    ExpectError(
+        [&] {
+            b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted);
+        },
+        2411, "InertiaBlock should be on World Coordinates System Plan XY");
     const Point x{1, 0, 0};
-    ExpectError([&] { b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted); }, 2411,
-                "InertiaBlock should be on World Coordinates System Plan XY");
+    ExpectError(
+        [&] {
+            b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted);
+        },
+        2411, "InertiaBlock should be on World Coordinates System Plan XY");
     EXPECT_TRUE(b->IsVoid());
     EXPECT_EQ(b->MomentOfInertiaX()->Millimetres(), 0);
     b->Init(1, 2, 3, {0, 0, 0}, 4);
@@ -99,9 +106,9 @@ TEST_P(InertiaBlockPrincipalAxes, AreTheEigenDirections) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, InertiaBlockPrincipalAxes,
-                         ::testing::Values(PrincipalCase{2, 1, 0.5}, PrincipalCase{2, 1, -0.5}, PrincipalCase{1, 2, 0.5},
-                                           PrincipalCase{1, 2, -0.5}, PrincipalCase{300, 40, 90},
-                                           PrincipalCase{-300, -40, -90}));
+                         ::testing::Values(PrincipalCase{2, 1, 0.5}, PrincipalCase{2, 1, -0.5},
+                                           PrincipalCase{1, 2, 0.5}, PrincipalCase{1, 2, -0.5},
+                                           PrincipalCase{300, 40, 90}, PrincipalCase{-300, -40, -90}));
 
 TEST(InertiaBlockPrincipal, PcsIsTheOcsTurnedByThePrincipalAngle) {
     auto b = Block(1, 2, 0.5, 10, {3, 4, 0});
@@ -133,7 +140,8 @@ TEST(InertiaBlockTarget, ParallelAxisAndRotation) {
     Point c{0, 0, 0};
     turned->TranslateFromUCS(c, *b->OCS());
     const double cc = std::cos(t), s = std::sin(t), S = std::sin(2 * t);
-    EXPECT_EQ(b->MomentOfInertiaX(turned)->Millimetres(), c[1] * A * c[1] + ((cc * cc) * ix + (s * s) * iy - S * ixy));
+    EXPECT_EQ(b->MomentOfInertiaX(turned)->Millimetres(),
+              c[1] * A * c[1] + ((cc * cc) * ix + (s * s) * iy - S * ixy));
 }
 
 TEST(InertiaBlockEdits, InverseMakesANegativeRadiusAndKeepsIsVoidFalse) {

@@ -38,7 +38,8 @@ TEST(LoopConstruction, RepeatedVerticesCollapse) {
 TEST(LoopConstruction, ArcBulgesFollowTheirVertices) {
     auto loop = Loop7::Create();
     const std::vector<double> xy{0, 0, 0, 0, 2, 0};
-    loop->InitFromCoordinates(xy, std::vector<double>{0.3, 1, 1});  // the repeated vertex's bulge goes with it
+    loop->InitFromCoordinates(xy,
+                              std::vector<double>{0.3, 1, 1});  // the repeated vertex's bulge goes with it
     ASSERT_EQ(loop->Count(), 2u);
     EXPECT_EQ(loop->Bulges(), (std::vector<double>{1, 1}));
     EXPECT_NEAR(loop->AreaAbs(), M_PI, 1e-12);
@@ -90,19 +91,27 @@ TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
     ExpectError([&] { bowTie->InertiaBlock(); }, 5,
                 "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     EXPECT_FALSE(bowTie->InitInertiaDone());
-    ExpectError([&] { Loop7::Create()->Area(); }, 5,
-                "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
-                "dropped)");
+    ExpectError(
+        [&] { Loop7::Create()->Area(); }, 5,
+        "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
+        "dropped)");
     auto line = Loop7::Create();
     line->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{0, 0}, true);
     ExpectError([&] { line->Area(); }, 6, "Overflow");
-    ExpectError([&] { Loop7::Create()->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1, 1}, std::vector<double>{0, 0}); },
-                9, "Subscript out of range");
+    ExpectError(
+        [&] {
+            Loop7::Create()->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1, 1},
+                                                 std::vector<double>{0, 0});
+        },
+        9, "Subscript out of range");
     auto square = Square(0, 0, 1);
     ExpectError([&] { square->IntersectWithLine({1, 1}, {1, 1}); }, 5, "Invalid procedure call or argument");
     square->AcadEntity(std::make_shared<EntityLog>());
-    ExpectError([&] { square->Transformation({1, 0}, 0, 1, 1, {0, 0}); }, 2411,
-                "Cannot Transformation Loop7 which has AcadEntity attached");
+    ExpectError(
+        [&] {
+            square->Transformation({1, 0}, 0, 1, 1, {0, 0});
+        },
+        2411, "Cannot Transformation Loop7 which has AcadEntity attached");
     EXPECT_EQ(square->Vertex(0), (Point{0, 0, 0}));  // unchanged
 }
 
@@ -132,7 +141,8 @@ TEST_P(PointInLoop, WindingAngleDecides) {
 INSTANTIATE_TEST_SUITE_P(
     Points, PointInLoop,
     ::testing::Values(InsideCase{"middle", {2, 1}, true, false}, InsideCase{"in_bump", {2, 2.5}, true, false},
-                      InsideCase{"above_bump", {2, 3.5}, false, false}, InsideCase{"beside_bump", {0.5, 2.5}, false, false},
+                      InsideCase{"above_bump", {2, 3.5}, false, false},
+                      InsideCase{"beside_bump", {0.5, 2.5}, false, false},
                       InsideCase{"on_edge", {4, 1}, false, true}, InsideCase{"on_arc", {2, 3}, false, true},
                       InsideCase{"vertex", {0, 0}, false, true}, InsideCase{"far", {100, -50}, false, false},
                       InsideCase{"on_chord_line", {2, 2}, true, false}),
@@ -200,11 +210,12 @@ TEST_P(LoopRelations, FollowIntersectionThenOneVertexEachWay) {
 
 INSTANTIATE_TEST_SUITE_P(
     Pairs, LoopRelations,
-    ::testing::Values(RelationCase{"child", Square(1, 1, 1), Square(0, 0, 4), ChildLoop, true},
-                      RelationCase{"parent", Square(0, 0, 4), Square(1, 1, 1), ParentLoop, std::nullopt},
-                      RelationCase{"friend", Square(0, 0, 1), Square(3, 3, 1), FriendLoop, std::nullopt},
-                      RelationCase{"crossing_small", Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},
-                      RelationCase{"vertex_on_edge", Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt}),
+    ::testing::Values(
+        RelationCase{"child", Square(1, 1, 1), Square(0, 0, 4), ChildLoop, true},
+        RelationCase{"parent", Square(0, 0, 4), Square(1, 1, 1), ParentLoop, std::nullopt},
+        RelationCase{"friend", Square(0, 0, 1), Square(3, 3, 1), FriendLoop, std::nullopt},
+        RelationCase{"crossing_small", Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},
+        RelationCase{"vertex_on_edge", Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt}),
     [](const auto& info) { return info.param.name; });
 
 // ---- self-intersection -------------------------------------------------------------------------
@@ -227,13 +238,16 @@ TEST(LoopSelfIntersection, FoundForCrossingsOnly) {
     EXPECT_NEAR(points[0][1], 0.5, 1e-12);
 
     auto eight = Loop7::Create();  // two circles drawn as one stroke through their common point
-    eight->InitFromCoordinates(std::vector<double>{0, 0, 2, 0, 0, 0, -2, 0}, std::vector<double>{1, 1, -1, -1});
+    eight->InitFromCoordinates(std::vector<double>{0, 0, 2, 0, 0, 0, -2, 0},
+                               std::vector<double>{1, 1, -1, -1});
     EXPECT_TRUE(eight->IsSelfIntersect());
-    ExpectError([&] { eight->InertiaBlock(); }, 5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    ExpectError([&] { eight->InertiaBlock(); }, 5,
+                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
 
     EXPECT_TRUE(Polygon({0, 0, 4, 0, 2, 0, 2, 2})->IsSelfIntersect());  // a spike folding back
     EXPECT_FALSE(Star(5, 10, 4)->IsSelfIntersect());
-    EXPECT_TRUE(Polygon({0, 0, 2, 0, 2, 2, 1, -1, 0, 2})->IsSelfIntersect());  // a dent through the bottom edge
+    EXPECT_TRUE(
+        Polygon({0, 0, 2, 0, 2, 2, 1, -1, 0, 2})->IsSelfIntersect());  // a dent through the bottom edge
     const auto ipe = test::IpeOutline(200, 100, 5.6, 8.5, 12);
     auto section = Loop7::Create();
     section->InitFromCoordinates(ipe.xy, ipe.bulges);
@@ -268,10 +282,16 @@ TEST(LoopConstruction, CoordinatesThatAreNotNumbersOrOverflowAreRefused) {
     ExpectError([&] { Polygon(xy); }, 6, "Overflow");
     ExpectError([&] { Polygon({0, 0, 1e308, 0, 1e308, 1e308}); }, 6, "Overflow");  // a chord beyond the range
     auto loop = Loop7::Create();
-    ExpectError([&] { loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{1e-320, 0}); },
-                6, "Overflow");  // a radius beyond the range
-    ExpectError([&] { loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1}, std::vector<double>{0, 0, 0}); },
-                9, "Subscript out of range");  // an x without its y
+    ExpectError(
+        [&] {
+            loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{1e-320, 0});
+        },
+        6, "Overflow");  // a radius beyond the range
+    ExpectError(
+        [&] {
+            loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1}, std::vector<double>{0, 0, 0});
+        },
+        9, "Subscript out of range");  // an x without its y
 }
 
 // ---- extremes, nearest point, moves -------------------------------------------------------------
@@ -332,7 +352,9 @@ struct P {
     double x, y;
 };
 
-double Orientation(P a, P b, P c) { return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x); }
+double Orientation(P a, P b, P c) {
+    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
 
 // Proper crossing of segments ab and cd (random coordinates: no three points collinear).
 bool Cross(P a, P b, P c, P d) {
@@ -394,7 +416,8 @@ TEST(LoopSweep, AgreesWithAllPairsOnRandomPolygons) {
         EXPECT_EQ(Polygon(xy)->IsSelfIntersect(), expected) << "trial " << trial;
 
         const auto other = RandomPolygon(rng, 3 + trial % 17, (trial % 7) * 3.0, (trial % 5) * 2.0, 0.0);
-        EXPECT_EQ(Polygon(xy)->IntersectWithLoop(*Polygon(other)), LoopsCross(xy, other)) << "trial " << trial;
+        EXPECT_EQ(Polygon(xy)->IntersectWithLoop(*Polygon(other)), LoopsCross(xy, other))
+            << "trial " << trial;
     }
     EXPECT_GT(crossing, 50);  // both outcomes are exercised
     EXPECT_GT(simple, 50);

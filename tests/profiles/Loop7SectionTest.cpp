@@ -127,14 +127,18 @@ std::vector<SectionCase> SectionCases() {
     const double rr = r * r, r4 = rr * rr;
     return {
         {"circle", Circle(3, -2, r), {M_PI * rr, 3, -2, M_PI * r4 / 4, M_PI * r4 / 4, 0, 2 * M_PI * r}},
-        {"semicircle", semicircle, {M_PI * rr / 2, 0, m, (M_PI / 8 - 8 / (9 * M_PI)) * r4, M_PI * r4 / 8, 0, M_PI * r + 2 * r}},
-        {"quarter_disc", quarter,
+        {"semicircle",
+         semicircle,
+         {M_PI * rr / 2, 0, m, (M_PI / 8 - 8 / (9 * M_PI)) * r4, M_PI * r4 / 8, 0, M_PI * r + 2 * r}},
+        {"quarter_disc",
+         quarter,
          {M_PI * rr / 4, 2 + m, 3 + m, (M_PI / 16 - 4 / (9 * M_PI)) * r4, (M_PI / 16 - 4 / (9 * M_PI)) * r4,
           (1.0 / 8 - 4 / (9 * M_PI)) * r4, M_PI * r / 2 + 2 * r}},
         {"minor_segment", CircularSegment(r, 0.8), CircularSegmentExpected(r, 0.8)},
         {"major_segment", CircularSegment(r, 2.3), CircularSegmentExpected(r, 2.3)},
         {"rectangle", Rectangle(1, 2, 100, 10), {1000, 51, 7, 100 * 1000 / 12.0, 10 * 1e6 / 12, 0, 220}},
-        {"rounded_rectangle", RoundedRectangle(10, 20, 80, 50, 8), RoundedRectangleExpected(10, 20, 80, 50, 8)},
+        {"rounded_rectangle", RoundedRectangle(10, 20, 80, 50, 8),
+         RoundedRectangleExpected(10, 20, 80, 50, 8)},
         {"l_section", LSection(100, 60, 8), LSectionExpected(100, 60, 8)},
     };
 }
@@ -187,17 +191,23 @@ class TurnedSection : public ::testing::TestWithParam<double> {};
 
 TEST_P(TurnedSection, KeepsPrincipalMomentsAndTurnsTheirAxes) {
     const double angle = GetParam();
-    for (const Outline& shape : {LSection(100, 60, 8), RoundedRectangle(0, 0, 80, 50, 8), CircularSegment(5, 2.3)}) {
+    for (const Outline& shape :
+         {LSection(100, 60, 8), RoundedRectangle(0, 0, 80, 50, 8), CircularSegment(5, 2.3)}) {
         auto base = LoopOf(shape)->InertiaBlock();
         auto turned = LoopOf(Turned(shape, angle, 250, -40))->InertiaBlock();
-        const double i1 = base->PMomentOfInertiaX()->Millimetres(), i2 = base->PMomentOfInertiaY()->Millimetres();
-        const double j1 = turned->PMomentOfInertiaX()->Millimetres(), j2 = turned->PMomentOfInertiaY()->Millimetres();
+        const double i1 = base->PMomentOfInertiaX()->Millimetres(),
+                     i2 = base->PMomentOfInertiaY()->Millimetres();
+        const double j1 = turned->PMomentOfInertiaX()->Millimetres(),
+                     j2 = turned->PMomentOfInertiaY()->Millimetres();
         const double tol = 1e-9 * std::max(i1, i2);
         EXPECT_NEAR(std::min(i1, i2), std::min(j1, j2), tol);
         EXPECT_NEAR(std::max(i1, i2), std::max(j1, j2), tol);
-        EXPECT_NEAR(base->Area()->Millimetres(), turned->Area()->Millimetres(), 1e-9 * base->Area()->Millimetres());
+        EXPECT_NEAR(base->Area()->Millimetres(), turned->Area()->Millimetres(),
+                    1e-9 * base->Area()->Millimetres());
         if (std::fabs(i1 - i2) > 1e-6 * i1) {  // principal axes are defined
-            EXPECT_LT(QuarterTurnGap(turned->PrincipalAngle()->Radians(), base->PrincipalAngle()->Radians() + angle), 1e-9);
+            EXPECT_LT(QuarterTurnGap(turned->PrincipalAngle()->Radians(),
+                                     base->PrincipalAngle()->Radians() + angle),
+                      1e-9);
         }
     }
 }
@@ -233,7 +243,8 @@ TEST(PublishedSections, EuropeanISectionsAgreeWithTheTables) {
         EXPECT_LT(test::RelativeGap(block->MomentOfInertiaY()->Centimetres(), row.Iz), 1e-3) << row.name;
         EXPECT_LT(test::RelativeGap(block->RadiusOfGyrationX()->Centimetres(), row.iy), 5e-3) << row.name;
         EXPECT_LT(test::RelativeGap(block->RadiusOfGyrationY()->Centimetres(), row.iz), 5e-3) << row.name;
-        EXPECT_NEAR(block->ProductOfInertiaXY()->Millimetres(), 0, 1e-6 * block->MomentOfInertiaX()->Millimetres());
+        EXPECT_NEAR(block->ProductOfInertiaXY()->Millimetres(), 0,
+                    1e-6 * block->MomentOfInertiaX()->Millimetres());
     }
 }
 

@@ -43,7 +43,8 @@ TEST(Loop7s, HierarchyOfNestedIslandsWhateverTheDirections) {
         std::shared_ptr<Loop7> parent;
         int depth;
     };
-    for (const Row& r : {Row{1, n.island, 3}, Row{2, nullptr, 0}, Row{3, nullptr, 0}, Row{4, n.plate, 1}, Row{5, n.hole, 2}}) {
+    for (const Row& r : {Row{1, n.island, 3}, Row{2, nullptr, 0}, Row{3, nullptr, 0}, Row{4, n.plate, 1},
+                         Row{5, n.hole, 2}}) {
         EXPECT_EQ(n.all->Parent(r.index), r.parent) << r.index;
         EXPECT_EQ(n.all->Depth(r.index), r.depth) << r.index;
         EXPECT_EQ(n.all->IsHole(r.index), r.depth % 2 == 1) << r.index;
@@ -62,7 +63,8 @@ TEST(Loop7s, CompositePropertiesAddBoundariesAndSubtractHoles) {
     EXPECT_NEAR(c[0], mx / area, 1e-9);
     EXPECT_NEAR(c[1], my / area, 1e-9);
     auto square = [](double side) { return std::pow(side, 4) / 12; };
-    const double ixOrigin = square(100) - square(80) + square(40) - square(10) + square(20) + 400 * 50.0 * 50.0;
+    const double ixOrigin =
+        square(100) - square(80) + square(40) - square(10) + square(20) + 400 * 50.0 * 50.0;
     EXPECT_NEAR(n.all->MomentOfInertiaX(), ixOrigin - area * c[1] * c[1], 1e-6);
     auto block = n.all->InertiaBlock();
     block->Inverse();
@@ -73,7 +75,8 @@ TEST(Loop7s, SplitGivesOneCollectionPerOutermostLoop) {
     Nested n;
     const auto parts = n.all->Split();
     ASSERT_EQ(parts.size(), 2u);
-    EXPECT_EQ(parts[0]->Loops(), (std::vector<std::shared_ptr<Loop7>>{n.islandHole, n.plate, n.hole, n.island}));
+    EXPECT_EQ(parts[0]->Loops(),
+              (std::vector<std::shared_ptr<Loop7>>{n.islandHole, n.plate, n.hole, n.island}));
     EXPECT_EQ(parts[1]->Loops(), (std::vector<std::shared_ptr<Loop7>>{n.apart}));
     EXPECT_NEAR(parts[0]->Area(), 100 * 100 - 80 * 80 + 40 * 40 - 10 * 10, 1e-9);
 }
@@ -86,12 +89,9 @@ TEST(Loop7s, SortByEachKeyStably) {
     };
     // Sides and centres: 10 at (5, 0), 100 at (0, 0), 20 at (200, 50), 80 at (0, 0), 40 at (5, 0).
     const Case cases[] = {
-        {SortByArea, false, {10, 20, 40, 80, 100}},
-        {SortByArea, true, {100, 80, 40, 20, 10}},
-        {SortByCentroidX, false, {100, 80, 10, 40, 20}},
-        {SortByCentroidY, false, {10, 100, 80, 40, 20}},
-        {SortByDepth, false, {100, 20, 80, 40, 10}},
-        {SortByDepth, true, {10, 40, 80, 100, 20}},
+        {SortByArea, false, {10, 20, 40, 80, 100}},      {SortByArea, true, {100, 80, 40, 20, 10}},
+        {SortByCentroidX, false, {100, 80, 10, 40, 20}}, {SortByCentroidY, false, {10, 100, 80, 40, 20}},
+        {SortByDepth, false, {100, 20, 80, 40, 10}},     {SortByDepth, true, {10, 40, 80, 100, 20}},
     };
     for (const Case& c : cases) {
         Nested n;
@@ -110,9 +110,9 @@ TEST(Loop7s, OverlappingLoopsAreAnErrorNamingBoth) {
         Outline first, second;
     };
     const Case cases[] = {
-        {Square(0, 0, 10), Square(5, 5, 10)},       // corners crossing
-        {Square(0, 0, 10), Square(0, 0, 10)},       // the same loop twice
-        {Square(0, 0, 10), Circle(5, 0, 3)},        // a circle across an edge
+        {Square(0, 0, 10), Square(5, 5, 10)},          // corners crossing
+        {Square(0, 0, 10), Square(0, 0, 10)},          // the same loop twice
+        {Square(0, 0, 10), Circle(5, 0, 3)},           // a circle across an edge
         {Square(0, 0, 10), Rectangle(-5, -2, 12, 4)},  // sharing an edge, crossing another
     };
     for (const Case& c : cases) {
@@ -121,27 +121,39 @@ TEST(Loop7s, OverlappingLoopsAreAnErrorNamingBoth) {
         auto second = LoopOf(c.second);
         second->Handle("2F");
         all->Add(second);
-        ExpectError([&] { all->Depth(1); }, 2411,
-                    "Loop7s: loop 1 and loop 2 (handle 2F) overlap (their interiors cross); draw touching parts side "
-                    "by side, or a hole inside its boundary");
+        ExpectError(
+            [&] { all->Depth(1); }, 2411,
+            "Loop7s: loop 1 and loop 2 (handle 2F) overlap (their interiors cross); draw touching parts side "
+            "by side, or a hole inside its boundary");
     }
 }
 
 // A plate girder drawn as three touching plates is three solids summed: the I-section as one loop.
 TEST(Loop7s, TouchingPlatesAreSummed) {
     auto girder = Loop7s::Create();
-    girder->Add(LoopOf(Rectangle(-150, 580, 300, 20)));   // top flange
-    girder->Add(LoopOf(Rectangle(-6, 20, 12, 560)));      // web
-    girder->Add(LoopOf(Rectangle(-200, 0, 400, 20)));     // bottom flange, wider
+    girder->Add(LoopOf(Rectangle(-150, 580, 300, 20)));  // top flange
+    girder->Add(LoopOf(Rectangle(-6, 20, 12, 560)));     // web
+    girder->Add(LoopOf(Rectangle(-200, 0, 400, 20)));    // bottom flange, wider
     Outline one;
-    for (auto [x, y] : {std::pair{-200.0, 0.0}, {-200.0, 20.0}, {-6.0, 20.0}, {-6.0, 580.0}, {-150.0, 580.0}, {-150.0, 600.0},
-                        {150.0, 600.0}, {150.0, 580.0}, {6.0, 580.0}, {6.0, 20.0}, {200.0, 20.0}, {200.0, 0.0}}) {
+    for (auto [x, y] : {std::pair{-200.0, 0.0},
+                        {-200.0, 20.0},
+                        {-6.0, 20.0},
+                        {-6.0, 580.0},
+                        {-150.0, 580.0},
+                        {-150.0, 600.0},
+                        {150.0, 600.0},
+                        {150.0, 580.0},
+                        {6.0, 580.0},
+                        {6.0, 20.0},
+                        {200.0, 20.0},
+                        {200.0, 0.0}}) {
         one.Add(x, y);
     }
     auto single = LoopOf(one.Reversed().Reversed());
     for (std::size_t i = 1; i <= 3; ++i) EXPECT_EQ(girder->Depth(i), 0);
     EXPECT_NEAR(girder->Area(), single->AreaAbs(), 1e-9);
-    EXPECT_NEAR(girder->MomentOfInertiaX(), std::fabs(single->MomentOfInertiaX()), 1e-12 * std::fabs(single->MomentOfInertiaX()));
+    EXPECT_NEAR(girder->MomentOfInertiaX(), std::fabs(single->MomentOfInertiaX()),
+                1e-12 * std::fabs(single->MomentOfInertiaX()));
     EXPECT_NEAR(girder->Centroid()[1], single->Centroid()[1], 1e-12);
 }
 
@@ -149,7 +161,7 @@ TEST(Loop7s, AHoleTouchingItsBoundaryIsStillAHole) {
     auto section = Loop7s::Create();
     section->Add(LoopOf(Rectangle(0, 0, 100, 50)));
     section->Add(LoopOf(Rectangle(0, 10, 30, 20)));  // a notch sharing the left edge
-    section->Add(LoopOf(Circle(70, 50 - 10, 10)));    // a hole touching the top edge at one point
+    section->Add(LoopOf(Circle(70, 50 - 10, 10)));   // a hole touching the top edge at one point
     EXPECT_EQ(section->Depth(2), 1);
     EXPECT_EQ(section->Depth(3), 1);
     EXPECT_NEAR(section->Area(), 5000 - 600 - M_PI * 100, 1e-9);
@@ -172,7 +184,8 @@ TEST(Loop7s, AChangedLoopIsArrangedAgain) {
 
 TEST(Loop7s, IndicesAndArguments) {
     auto section = Loop7s::Create();
-    ExpectError([&] { section->InertiaBlock(); }, 2411, "Loop7s: the collection is empty, so it has no section properties");
+    ExpectError([&] { section->InertiaBlock(); }, 2411,
+                "Loop7s: the collection is empty, so it has no section properties");
     ExpectError([&] { section->Add(nullptr); }, 424, "Object required");
     section->Add(LoopOf(Square(0, 0, 1)));
     for (std::size_t bad : {0, 2}) {
@@ -180,9 +193,11 @@ TEST(Loop7s, IndicesAndArguments) {
         ExpectError([&] { section->Remove(bad); }, 9, "Subscript out of range");
     }
     auto bow = Loop7::Create();
-    bow->InitFromCoordinates(std::vector<double>{0, 0, 10, 10, 10, 0, 0, 10}, std::vector<double>{0, 0, 0, 0});
+    bow->InitFromCoordinates(std::vector<double>{0, 0, 10, 10, 10, 0, 0, 10},
+                             std::vector<double>{0, 0, 0, 0});
     section->Add(bow);
-    ExpectError([&] { section->Depth(1); }, 5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    ExpectError([&] { section->Depth(1); }, 5,
+                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
     section->Clear();
     EXPECT_EQ(section->Count(), 0u);
 }

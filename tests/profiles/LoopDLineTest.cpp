@@ -48,16 +48,30 @@ TEST_P(SegmentInit, DerivesRadiusCentreAngleAndLength) {
 
 INSTANTIATE_TEST_SUITE_P(
     Bulges, SegmentInit,
-    ::testing::Values(InitCase{"straight", {1, 1, 0}, {4, 5, 0}, 0, 0, 0, 0, 0, 5},
-                      InitCase{"half_circle_ccw", {0, 0, 0}, {2, 0, 0}, 1, 1, M_PI, 1, 0, M_PI},
-                      InitCase{"half_circle_cw", {0, 0, 0}, {2, 0, 0}, -1, 1, -M_PI, 1, 0, M_PI},
-                      // bulge 0.5: tan(alfa/4) = 0.5, chord 2, r = 1 / sin(alfa/2) = 1.25, centre left of A->B
-                      InitCase{"minor_arc", {0, 0, 0}, {2, 0, 0}, 0.5, 1.25, 4 * std::atan(0.5), 1, 0.75,
-                               1.25 * 4 * std::atan(0.5)},
-                      // bulge -3 (major arc): r = 1 / sin(alfa/2), centre on the arc side
-                      InitCase{"major_arc_cw", {0, 0, 0}, {0, 2, 0}, -3, 1 / std::sin(2 * std::atan(3.0)),
-                               -4 * std::atan(3.0), 1 / std::tan(2 * std::atan(3.0)), 1,
-                               4 * std::atan(3.0) / std::sin(2 * std::atan(3.0))}),
+    ::testing::Values(
+        InitCase{"straight", {1, 1, 0}, {4, 5, 0}, 0, 0, 0, 0, 0, 5},
+        InitCase{"half_circle_ccw", {0, 0, 0}, {2, 0, 0}, 1, 1, M_PI, 1, 0, M_PI},
+        InitCase{"half_circle_cw", {0, 0, 0}, {2, 0, 0}, -1, 1, -M_PI, 1, 0, M_PI},
+        // bulge 0.5: tan(alfa/4) = 0.5, chord 2, r = 1 / sin(alfa/2) = 1.25, centre left of A->B
+        InitCase{"minor_arc",
+                 {0, 0, 0},
+                 {2, 0, 0},
+                 0.5,
+                 1.25,
+                 4 * std::atan(0.5),
+                 1,
+                 0.75,
+                 1.25 * 4 * std::atan(0.5)},
+        // bulge -3 (major arc): r = 1 / sin(alfa/2), centre on the arc side
+        InitCase{"major_arc_cw",
+                 {0, 0, 0},
+                 {0, 2, 0},
+                 -3,
+                 1 / std::sin(2 * std::atan(3.0)),
+                 -4 * std::atan(3.0),
+                 1 / std::tan(2 * std::atan(3.0)),
+                 1,
+                 4 * std::atan(3.0) / std::sin(2 * std::atan(3.0))}),
     [](const auto& info) { return info.param.name; });
 
 TEST(SegmentInit, WrapsAnglesOnceWhenTheEndPassesAFullTurn) {
@@ -134,7 +148,8 @@ SegmentIntegrals ArcQuadrature(const LoopDLine& s) {
         const double u = s.StartAngle() + i * h;
         const double w = (i == 0 || i == n) ? 1 : (i % 2 ? 4 : 2);
         const double x = cx + R * std::cos(u), y = cy + R * std::sin(u), dx = -R * std::sin(u) * w * h / 3;
-        sum += SegmentIntegrals{y * dx, y * y / 2 * dx, x * y * dx, y * y * y / 3 * dx, x * x * y * dx, x * y * y / 2 * dx};
+        sum += SegmentIntegrals{y * dx,         y * y / 2 * dx,    x * y * dx, y * y * y / 3 * dx,
+                                x * x * y * dx, x * y * y / 2 * dx};
     }
     return sum;
 }
@@ -228,7 +243,8 @@ TEST_P(SegmentAngleTo, GivesTheSubtendedAngle) {
 
 INSTANTIATE_TEST_SUITE_P(
     Points, SegmentAngleTo,
-    ::testing::Values(AngleCase{"straight_end", 0, {2, 0, 0}, 0}, AngleCase{"arc_end", 1, {0, 0, 0}, M_PI / 2},
+    ::testing::Values(AngleCase{"straight_end", 0, {2, 0, 0}, 0},
+                      AngleCase{"arc_end", 1, {0, 0, 0}, M_PI / 2},
                       AngleCase{"straight_chord", 0, {1, 0, 0}, kPi},
                       AngleCase{"cw_arc_chord", -1, {1, 0, 0}, -kPi},
                       AngleCase{"straight_above", 0, {1, 1, 0}, M_PI / 2},
@@ -298,7 +314,8 @@ TEST_P(SegmentIntersection, FindsTheCommonPoints) {
     ASSERT_EQ(found.size(), c.expected.size());
     for (const PlanePoint& e : c.expected) {
         bool matched = false;
-        for (const PlanePoint& f : found) matched = matched || (std::fabs(f[0] - e[0]) < 1e-9 && std::fabs(f[1] - e[1]) < 1e-9);
+        for (const PlanePoint& f : found)
+            matched = matched || (std::fabs(f[0] - e[0]) < 1e-9 && std::fabs(f[1] - e[1]) < 1e-9);
         EXPECT_TRUE(matched) << c.name << " misses (" << e[0] << ", " << e[1] << ")";
     }
 }
@@ -311,20 +328,36 @@ INSTANTIATE_TEST_SUITE_P(
         CrossCase{"lines_parallel", {0, 0, 0}, {2, 0, 0}, 0, {0, 1, 0}, {2, 1, 0}, 0, {}},
         CrossCase{"lines_overlap", {0, 0, 0}, {3, 0, 0}, 0, {2, 0, 0}, {5, 0, 0}, 0, {{2, 0, 0}, {3, 0, 0}}},
         CrossCase{"lines_touch_at_end", {0, 0, 0}, {1, 0, 0}, 0, {1, 0, 0}, {1, 1, 0}, 0, {{1, 0, 0}}},
-        CrossCase{"line_through_half_circle", {0, 0, 0}, {2, 0, 0}, 1, {-1, -0.5, 0}, {3, -0.5, 0}, 0,
+        CrossCase{"line_through_half_circle",
+                  {0, 0, 0},
+                  {2, 0, 0},
+                  1,
+                  {-1, -0.5, 0},
+                  {3, -0.5, 0},
+                  0,
                   {{1 - std::sqrt(0.75), -0.5, 0}, {1 + std::sqrt(0.75), -0.5, 0}}},
         CrossCase{"line_misses_arc_side", {0, 0, 0}, {2, 0, 0}, 1, {-1, 0.5, 0}, {3, 0.5, 0}, 0, {}},
         CrossCase{"line_tangent_to_arc", {0, 0, 0}, {2, 0, 0}, 1, {-1, -1, 0}, {3, -1, 0}, 0, {{1, -1, 0}}},
-        CrossCase{"arcs_cross", {0, 0, 0}, {2, 0, 0}, 1, {1, 0, 0}, {3, 0, 0}, 1, {{1.5, -std::sqrt(0.75), 0}}},
-        CrossCase{"arcs_same_circle_overlap", {0, 0, 0}, {2, 0, 0}, 1, {1, -1, 0}, {1, 1, 0}, 1, {{1, -1, 0}, {2, 0, 0}}},
+        CrossCase{
+            "arcs_cross", {0, 0, 0}, {2, 0, 0}, 1, {1, 0, 0}, {3, 0, 0}, 1, {{1.5, -std::sqrt(0.75), 0}}},
+        CrossCase{"arcs_same_circle_overlap",
+                  {0, 0, 0},
+                  {2, 0, 0},
+                  1,
+                  {1, -1, 0},
+                  {1, 1, 0},
+                  1,
+                  {{1, -1, 0}, {2, 0, 0}}},
         CrossCase{"arcs_apart", {0, 0, 0}, {2, 0, 0}, 1, {5, 0, 0}, {7, 0, 0}, 1, {}}),
     [](const auto& info) { return info.param.name; });
 
 TEST(SegmentIntersection, InfiniteLineMeetsLinesAndArcs) {
     std::vector<PlanePoint> found;
     EXPECT_TRUE(Segment({0, 0, 0}, {2, 0, 0}, 0).IntersectWithInfinitiveLine({1, 5, 0}, {1, 6, 0}, &found));
-    EXPECT_TRUE(Segment({0, 0, 0}, {2, 0, 0}, 1).IntersectWithInfinitiveLine({0, -0.5, 0}, {0.1, -0.5, 0}, &found));
-    EXPECT_FALSE(Segment({0, 0, 0}, {2, 0, 0}, 1).IntersectWithInfinitiveLine({0, 0.5, 0}, {1, 0.5, 0}, &found));
+    EXPECT_TRUE(
+        Segment({0, 0, 0}, {2, 0, 0}, 1).IntersectWithInfinitiveLine({0, -0.5, 0}, {0.1, -0.5, 0}, &found));
+    EXPECT_FALSE(
+        Segment({0, 0, 0}, {2, 0, 0}, 1).IntersectWithInfinitiveLine({0, 0.5, 0}, {1, 0.5, 0}, &found));
     EXPECT_TRUE(Segment({0, 0, 0}, {2, 0, 0}, 0).IntersectWithInfinitiveLine({5, 0, 0}, {6, 0, 0}, &found));
     ASSERT_EQ(found.size(), 5u);
     EXPECT_DOUBLE_EQ(found[0][0], 1);
@@ -352,8 +385,9 @@ TEST(SegmentEdits, InverseNegatesTheIntegrals) {
     EXPECT_EQ(s.StartPoint()[0], 4);
     EXPECT_EQ(s.Bulge(), -0.6);
     const SegmentIntegrals after = s.Integrals();
-    ExpectIntegralsNear(after, {-before.Area, -before.StaticMomentX, -before.StaticMomentY, -before.MomentOfInertiaX,
-                                -before.MomentOfInertiaY, -before.ProductOfInertiaXY},
+    ExpectIntegralsNear(after,
+                        {-before.Area, -before.StaticMomentX, -before.StaticMomentY, -before.MomentOfInertiaX,
+                         -before.MomentOfInertiaY, -before.ProductOfInertiaXY},
                         1e-9);
 }
 

@@ -22,9 +22,10 @@ std::shared_ptr<Loop7> Square(double side, double at = 0) {
 TEST(TinyAndHugeSections, TheRangeOfASectionAndClearErrorsBeyondIt) {
     // Side 1E-100 would be a section, but every side below 1E-05 is dropped as zero length: the loop
     // is empty, and says so instead of dividing by its vertex count of 0.
-    ExpectError([] { Square(1e-200)->InertiaBlock(); }, 5,
-                "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
-                "dropped)");
+    ExpectError(
+        [] { Square(1e-200)->InertiaBlock(); }, 5,
+        "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
+        "dropped)");
     EXPECT_EQ(Square(1e-200)->Count(), 0u);
     // Side 1E-4: a tiny section, computed (second moments of 1E-16 / 12).
     EXPECT_NEAR(Square(1e-4)->MomentOfInertiaX(), 1e-16 / 12, 1e-30);
@@ -33,7 +34,7 @@ TEST(TinyAndHugeSections, TheRangeOfASectionAndClearErrorsBeyondIt) {
 }
 
 class RecordingEntity final : public HostEntity {
-public:
+  public:
     explicit RecordingEntity(bool refuse) : refuse_(refuse) {}
     void Move(const Point&, const Point&) override {
         ++moves;
@@ -41,7 +42,7 @@ public:
     }
     int moves = 0;
 
-private:
+  private:
     bool refuse_;
 };
 
@@ -67,8 +68,11 @@ TEST(FailedEdits, ChangeNothing) {
     // A transformation that would overflow, and one that would collapse the loop.
     ExpectError([&] { loop->Transformation({0, 0, 0}, 0, 1e308, 1, {0, 0, 0}); }, 6, "Overflow");
     EXPECT_EQ(loop->Coordinates(), before);
-    ExpectError([&] { loop->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0}); }, 2411,
-                "Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
+    ExpectError(
+        [&] {
+            loop->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0});
+        },
+        2411, "Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
     EXPECT_EQ(loop->Area(), area);
 }
 
@@ -76,7 +80,11 @@ TEST(FailedEdits, InertiaBlockInitRefusesNonsenseAndStoresNothing) {
     auto block = InertiaBlock::Create();
     block->Init(1, 2, 3, {4, 5, 0}, 6);
     const Point x{1, 0, 0}, alsoX{-2, 0, 0};
-    ExpectError([&] { block->Init(7, 8, 9, {0, 0, 0}, 10, 1.0, &x, &alsoX); }, 2411, "Vector unitvec(u) = u = 0");
+    ExpectError(
+        [&] {
+            block->Init(7, 8, 9, {0, 0, 0}, 10, 1.0, &x, &alsoX);
+        },
+        2411, "Vector unitvec(u) = u = 0");
     ExpectError([&] { block->Init(7, 8, 9, {}, 10); }, 9, "Subscript out of range");
     const Point plane{1, 0};
     ExpectError([&] { block->Init(7, 8, 9, {0, 0, 0}, 10, 1.0, &plane); }, 9, "Subscript out of range");

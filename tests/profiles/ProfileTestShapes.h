@@ -5,17 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
-#include <utility>
 #include <cmath>
 #include <fstream>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/Error.h"
-#include "support/Expectations.h"
 #include "profiles/Loop7.h"
+#include "support/Expectations.h"
 
 namespace tgp::test {
 
@@ -35,8 +35,8 @@ struct Outline {
         Outline r;
         const std::size_t n = bulges.size();
         for (std::size_t k = 0; k < n; ++k) {
-            const std::size_t i = (n - k) % n;             // vertex
-            const std::size_t before = (i + n - 1) % n;    // the segment that ended at it
+            const std::size_t i = (n - k) % n;           // vertex
+            const std::size_t before = (i + n - 1) % n;  // the segment that ended at it
             r.Add(xy[2 * i], xy[2 * i + 1], -bulges[before]);
         }
         return r;
@@ -135,7 +135,8 @@ inline double JsonNumber(const std::string& line, const std::string& key) {
 
 // The data rows of a published table in tests/data (comment lines and the header left out), as
 // cells; nothing when the file is missing. A row of fewer than `cells` cells fails the test.
-inline std::optional<std::vector<std::vector<std::string>>> ReadTableRows(const std::string& file, std::size_t cells) {
+inline std::optional<std::vector<std::vector<std::string>>> ReadTableRows(const std::string& file,
+                                                                          std::size_t cells) {
     std::ifstream in(std::string(TGP_SHARED_DATA_DIR) + "/" + file);
     if (!in) return std::nullopt;
     std::vector<std::vector<std::string>> rows;
@@ -184,7 +185,8 @@ inline std::optional<std::vector<HollowRow>> ReadHollowTable() {
         HollowRow r;
         r.name = f[0];
         r.kind = f[1];
-        double* numbers[] = {&r.B, &r.H, &r.t, &r.ro, &r.ri, &r.A, &r.Ix, &r.Iy, &r.Welx, &r.Wely, &r.Wplx, &r.Wply};
+        double* numbers[] = {&r.B,  &r.H,  &r.t,    &r.ro,   &r.ri,   &r.A,
+                             &r.Ix, &r.Iy, &r.Welx, &r.Wely, &r.Wplx, &r.Wply};
         for (std::size_t i = 0; i < 12; ++i) *numbers[i] = ParseNumber(f[i + 2]);
         rows.push_back(r);
     }
@@ -194,7 +196,8 @@ inline std::optional<std::vector<HollowRow>> ReadHollowTable() {
 // A hollow section's two loops (outer, inner), centred on the origin, both clockwise.
 inline std::pair<Outline, Outline> HollowOutlines(const HollowRow& r) {
     if (r.Circular()) return {Circle(0, 0, r.B / 2), Circle(0, 0, r.B / 2 - r.t)};
-    return {RoundedRectangle(0, 0, r.B, r.H, r.ro), RoundedRectangle(0, 0, r.B - 2 * r.t, r.H - 2 * r.t, r.ri)};
+    return {RoundedRectangle(0, 0, r.B, r.H, r.ro),
+            RoundedRectangle(0, 0, r.B - 2 * r.t, r.H - 2 * r.t, r.ri)};
 }
 
 }  // namespace tgp::test

@@ -68,12 +68,14 @@ TEST(SectionModuli, ClosedForms) {
     };
     const double ri = 24;
     const std::vector<Case> cases = {
-        {"rectangle", SectionOf({Rectangle(10, -20, b, h)}), h / 2, h / 2, b / 2, b / 2, b * h * h / 6, h * b * b / 6,
-         b * h * h / 4, h * b * b / 4},
+        {"rectangle", SectionOf({Rectangle(10, -20, b, h)}), h / 2, h / 2, b / 2, b / 2, b * h * h / 6,
+         h * b * b / 6, b * h * h / 4, h * b * b / 4},
         {"circle", SectionOf({TurnedCircle(5, 7, r)}), r, r, r, r, M_PI * r * r * r / 4, M_PI * r * r * r / 4,
          4 * r * r * r / 3, 4 * r * r * r / 3},
-        {"tube", SectionOf({TurnedCircle(0, 0, r), Circle(0, 0, ri)}), r, r, r, r, M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r),
-         M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r), 4 * (r * r * r - ri * ri * ri) / 3, 4 * (r * r * r - ri * ri * ri) / 3},
+        {"tube", SectionOf({TurnedCircle(0, 0, r), Circle(0, 0, ri)}), r, r, r, r,
+         M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r),
+         M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r), 4 * (r * r * r - ri * ri * ri) / 3,
+         4 * (r * r * r - ri * ri * ri) / 3},
     };
     for (const Case& c : cases) {
         const SectionModuli m = ComputeModuli(*c.section);
@@ -96,9 +98,9 @@ TEST(SectionModuli, ClosedForms) {
 TEST(SectionModuli, PlasticAxisOfPlatesAgainstAStripReference) {
     const std::vector<std::vector<Plate>> sections = {
         {{-150, 580, 300, 20}, {-6, 20, 12, 560}, {-200, 0, 400, 20}},  // plate girder, unequal flanges
-        {{-50, 100, 100, 10}, {-5, 0, 10, 100}},                         // T
-        {{0, 0, 100, 10}, {0, 200, 100, 10}},                             // two flanges, no web
-        {{0, 0, 10, 10}, {0, 10, 10, 30}, {10, 0, 5, 5}},                 // an L made of three blocks
+        {{-50, 100, 100, 10}, {-5, 0, 10, 100}},                        // T
+        {{0, 0, 100, 10}, {0, 200, 100, 10}},                           // two flanges, no web
+        {{0, 0, 10, 10}, {0, 10, 10, 30}, {10, 0, 5, 5}},               // an L made of three blocks
     };
     for (std::size_t i = 0; i < sections.size(); ++i) {
         auto section = Loop7s::Create();
@@ -124,8 +126,10 @@ TEST(SectionModuli, PublishedHollowSections) {
         const SectionModuli m = ComputeModuli(*section);
         const double limit = 0.005;
         EXPECT_LT(test::RelativeGap(block->Area()->Millimetres() / 1e2, row.A), limit) << row.name;
-        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaX()->Millimetres() / 1e4, row.Ix), limit) << row.name;
-        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaY()->Millimetres() / 1e4, row.Iy), limit) << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaX()->Millimetres() / 1e4, row.Ix), limit)
+            << row.name;
+        EXPECT_LT(test::RelativeGap(block->MomentOfInertiaY()->Millimetres() / 1e4, row.Iy), limit)
+            << row.name;
         EXPECT_LT(test::RelativeGap(std::min(m.wxTop, m.wxBottom) / 1e3, row.Welx), limit) << row.name;
         EXPECT_LT(test::RelativeGap(std::min(m.wyLeft, m.wyRight) / 1e3, row.Wely), limit) << row.name;
         EXPECT_LT(test::RelativeGap(m.zx / 1e3, row.Wplx), limit) << row.name;

@@ -25,6 +25,8 @@ void ExpectError(F&& action, int number, const std::string& description, const s
 }
 
 // The same number to the last bit (a NaN equals itself, +0 differs from -0).
-inline bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+inline bool SameBits(double a, double b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
 
 }  // namespace tgp::test

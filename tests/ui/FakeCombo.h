@@ -9,7 +9,7 @@
 namespace tgp::ui::test {
 
 class FakeCombo final : public ComboControl {
-public:
+  public:
     void Clear() override {
         items.clear();
         index = -1;
@@ -20,7 +20,9 @@ public:
         index = i >= 0 && i < static_cast<int>(items.size()) ? i : -1;
         Report();
     }
-    std::string Text() const override { return index >= 0 ? items[static_cast<std::size_t>(index)] : std::string(); }
+    std::string Text() const override {
+        return index >= 0 ? items[static_cast<std::size_t>(index)] : std::string();
+    }
     void Text(const std::string& text) override {
         index = -1;
         for (std::size_t i = 0; i < items.size(); ++i) {
@@ -38,7 +40,7 @@ public:
     int clears = 0;
     SelectionHandler handler;
 
-private:
+  private:
     void Report() {
         if (handler) handler();
     }

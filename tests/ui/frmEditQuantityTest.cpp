@@ -15,7 +15,7 @@ namespace {
 using test::FakeCombo;
 
 class FakeEditView final : public EditQuantityView {
-public:
+  public:
     void Caption(const std::string& t) override { caption = t; }
     void Description(const std::string& t) override { description = t; }
     std::string Text() const override { return text; }
@@ -39,7 +39,9 @@ public:
     std::shared_ptr<FakeCombo> list = std::make_shared<FakeCombo>();
 };
 
-EditedValue QuantityValue(const std::string& typeName, std::shared_ptr<Quantity> q) { return {typeName, q}; }
+EditedValue QuantityValue(const std::string& typeName, std::shared_ptr<Quantity> q) {
+    return {typeName, q};
+}
 
 // Every quantity kind: shown in a chosen unit, switched to another, confirmed in it.
 TEST(frmEditQuantity, EveryQuantityKindConvertsTheShownNumberAndNeverTheAmount) {
@@ -55,13 +57,18 @@ TEST(frmEditQuantity, EveryQuantityKindConvertsTheShownNumberAndNeverTheAmount) 
         {"DLength", [] { return Geometry_EXE::GetDLength(1000); }, 3, "mm", "Edit Value as Length"},
         {"DArea", [] { return Geometry_EXE::GetDArea(1000); }, 1, "mm²", "Edit Value as Area"},
         {"DVolume", [] { return Geometry_EXE::GetDVolume(1000); }, 1, "mm³", "Edit Value as Volume"},
-        {"DMomentOfInertia", [] { return Geometry_EXE::GetDMomentOfInertia(1000); }, 1, "mm4", "Edit Value as Moment of inertia"},
+        {"DMomentOfInertia", [] { return Geometry_EXE::GetDMomentOfInertia(1000); }, 1, "mm4",
+         "Edit Value as Moment of inertia"},
         {"DForce", [] { return Geometry_EXE::GetDForce(1000); }, 1, "KN", "Edit Value as Force"},
         {"DPressure", [] { return Geometry_EXE::GetDPressure(1000); }, 6, "KN/mm²", "Edit Value as Pressure"},
-        {"DForcePerArea", [] { return Geometry_EXE::GetDForcePerArea(1000); }, 7, "KN/mm²", "Edit Value as Force per area"},
-        {"DForceMoment", [] { return Geometry_EXE::GetDForceMoment(1000); }, 5, "KNmm", "Edit Value as Force moment"},
-        {"DForcePerLine", [] { return Geometry_EXE::GetDForcePerLine(1000); }, 7, "KN/mm", "Edit Value as Force per line"},
-        {"DForceDensity", [] { return Geometry_EXE::GetDForceDensity(1000); }, 7, "KN/mm³", "Edit Value as Force density"},
+        {"DForcePerArea", [] { return Geometry_EXE::GetDForcePerArea(1000); }, 7, "KN/mm²",
+         "Edit Value as Force per area"},
+        {"DForceMoment", [] { return Geometry_EXE::GetDForceMoment(1000); }, 5, "KNmm",
+         "Edit Value as Force moment"},
+        {"DForcePerLine", [] { return Geometry_EXE::GetDForcePerLine(1000); }, 7, "KN/mm",
+         "Edit Value as Force per line"},
+        {"DForceDensity", [] { return Geometry_EXE::GetDForceDensity(1000); }, 7, "KN/mm³",
+         "Edit Value as Force density"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.typeName);
@@ -178,8 +185,8 @@ TEST(frmEditQuantity, ABooleanIsChosenFromTrueAndFalse) {
 }
 
 TEST(frmEditQuantity, UnsupportedTypesAreRefusedBeforeAnythingShows) {
-    for (const EditedValue& value : std::vector<EditedValue>{{"Long", 5.0}, {"Single", 1.0}, {"Empty", {}},
-                                                             {"DLength", {}}, {"Matrix", {}}}) {
+    for (const EditedValue& value : std::vector<EditedValue>{
+             {"Long", 5.0}, {"Single", 1.0}, {"Empty", {}}, {"DLength", {}}, {"Matrix", {}}}) {
         FakeEditView view;
         frmEditQuantity form(view);
         try {
@@ -200,10 +207,8 @@ TEST(frmEditQuantity, EnumerationsChooseTheCurrentPieceOrTheFirst) {
         int chosen;
     };
     const std::vector<Case> cases = {
-        {{"String", std::string("B")}, "A,B,C", 1},
-        {{"String", std::string("Z")}, "A,B,C", 0},
-        {{"Double", 2.5}, "1,2.5,2.5", 1},
-        {{"String", std::string("")}, "A,,C", 1},
+        {{"String", std::string("B")}, "A,B,C", 1}, {{"String", std::string("Z")}, "A,B,C", 0},
+        {{"Double", 2.5}, "1,2.5,2.5", 1},          {{"String", std::string("")}, "A,,C", 1},
         {{"String", std::string("A")}, "A", 0},
     };
     for (const Case& c : cases) {

@@ -12,7 +12,7 @@ namespace {
 using test::FakeCombo;
 
 class FakeSettingView final : public UnitSettingView {
-public:
+  public:
     std::shared_ptr<ComboControl> Combo(const std::string& name) override {
         order.push_back(name);
         auto& combo = combos[name];
@@ -43,11 +43,13 @@ struct Opened {
 
 TEST(frmUnitSetting, BindsTheElevenCombosInThePublishedOrder) {
     Opened o;
-    const std::vector<std::string> expected = {"cbAngle", "cbLength", "cbArea", "cbVolume", "cbMomentOfInertia", "cbForce",
-                                               "cbPressure", "cbForceMoment", "cbForcePerLine", "cbForcePerArea",
-                                               "cbForceDensity", "cbUnitSettings"};
+    const std::vector<std::string> expected = {"cbAngle",        "cbLength",          "cbArea",
+                                               "cbVolume",       "cbMomentOfInertia", "cbForce",
+                                               "cbPressure",     "cbForceMoment",     "cbForcePerLine",
+                                               "cbForcePerArea", "cbForceDensity",    "cbUnitSettings"};
     EXPECT_EQ(o.view.order, expected);
-    EXPECT_EQ(o.view.combos["cbUnitSettings"]->items, (std::vector<std::string>{"SI", "US", "KN-m", "KN-mm"}));
+    EXPECT_EQ(o.view.combos["cbUnitSettings"]->items,
+              (std::vector<std::string>{"SI", "US", "KN-m", "KN-mm"}));
     EXPECT_TRUE(o.view.timerRunning);
 }
 
@@ -92,7 +94,8 @@ TEST(frmUnitSetting, NoSettingShowsTheDefaultsOfANewOne) {
     form.UnitSetting(nullptr);
     EXPECT_EQ(view.combos["cbPressure"]->Text(), "N/mm²");
     EXPECT_EQ(view.combos["cbForceMoment"]->Text(), "KNm");
-    for (DimensionObjectType kind : {DAngleObject, DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject, DForceObject})
+    for (DimensionObjectType kind :
+         {DAngleObject, DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject, DForceObject})
         EXPECT_EQ(form.Binder(kind).UnitID(), 0) << kind;
     form.OK();  // nothing to write back to
     EXPECT_TRUE(form.Confirmed());

@@ -12,21 +12,25 @@ enum ControlId { kDescription = 100, kTextbox, kUnitCombo, kListCombo };
 
 constexpr int kClientWidth = 336, kClientHeight = 118;
 
-
 }  // namespace
 
 EditQuantityDialog::EditQuantityDialog() {
     window_ = CreateDialogWindow(kWindowClass, L"Edit Value", WS_POPUP | WS_CAPTION | WS_SYSMENU,
-                                 WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, kClientWidth, kClientHeight, this, &WindowProc);
+                                 WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, kClientWidth, kClientHeight, this,
+                                 &WindowProc);
 
-    description_ = CreateNamedControl(window_, L"STATIC", L"lbDesc", kDescription, SS_LEFT | SS_NOPREFIX, {12, 12, 324, 30});
-    textbox_ = CreateNamedControl(window_, L"EDIT", L"Textbox", kTextbox, WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, {12, 36, 224, 60});
+    description_ = CreateNamedControl(window_, L"STATIC", L"lbDesc", kDescription, SS_LEFT | SS_NOPREFIX,
+                                      {12, 12, 324, 30});
+    textbox_ = CreateNamedControl(window_, L"EDIT", L"Textbox", kTextbox,
+                                  WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, {12, 36, 224, 60});
     HWND units = CreateNamedControl(window_, L"COMBOBOX", L"cbUnitID", kUnitCombo,
                                     WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, {232 + 8, 36, 324, 260});
-    HWND list = CreateNamedControl(window_, L"COMBOBOX", L"ComboBox", kListCombo, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                                   {12, 36, 324, 260});
-    ok_ = CreateNamedControl(window_, L"BUTTON", L"cmdOK", IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {148, 78, 232, 106}, L"OK");
-    cancel_ = CreateNamedControl(window_, L"BUTTON", L"cmdCancel", IDCANCEL, WS_TABSTOP | BS_PUSHBUTTON, {240, 78, 324, 106}, L"Cancel");
+    HWND list = CreateNamedControl(window_, L"COMBOBOX", L"ComboBox", kListCombo,
+                                   WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, {12, 36, 324, 260});
+    ok_ = CreateNamedControl(window_, L"BUTTON", L"cmdOK", IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON,
+                             {148, 78, 232, 106}, L"OK");
+    cancel_ = CreateNamedControl(window_, L"BUTTON", L"cmdCancel", IDCANCEL, WS_TABSTOP | BS_PUSHBUTTON,
+                                 {240, 78, 324, 106}, L"Cancel");
     unitCombo_ = std::make_shared<Win32Combo>(units);
     listCombo_ = std::make_shared<Win32Combo>(list);
     ShowText(false);
@@ -45,7 +49,8 @@ bool EditQuantityDialog::Run(HWND owner, bool centreOnScreen) {
     ShowWindow(window_, SW_SHOW);
     SetFocus(first);
     if (first == textbox_) SendMessageW(textbox_, EM_SETSEL, 0, -1);
-    RunModal(window_, owner, [this] { return open_; }, [this](MSG& msg) { return Filter(msg); });
+    RunModal(
+        window_, owner, [this] { return open_; }, [this](MSG& msg) { return Filter(msg); });
     return form_.Confirmed();
 }
 
@@ -85,8 +90,12 @@ LRESULT EditQuantityDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             switch (LOWORD(wParam)) {
-                case IDOK: Guarded([&] { form_.OK(); }); return 0;
-                case IDCANCEL: Guarded([&] { form_.Cancel(); }); return 0;
+                case IDOK:
+                    Guarded([&] { form_.OK(); });
+                    return 0;
+                case IDCANCEL:
+                    Guarded([&] { form_.Cancel(); });
+                    return 0;
                 case kUnitCombo:
                     if (HIWORD(wParam) == CBN_SELCHANGE) Guarded([&] { unitCombo_->Selected(); });
                     return 0;
@@ -102,7 +111,9 @@ LRESULT EditQuantityDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(window_, message, wParam, lParam);
 }
 
-void EditQuantityDialog::Caption(const std::string& text) { SetWindowTextW(window_, Wide(text).c_str()); }
+void EditQuantityDialog::Caption(const std::string& text) {
+    SetWindowTextW(window_, Wide(text).c_str());
+}
 
 void EditQuantityDialog::Description(const std::string& text) {
     SetWindowTextW(description_, Wide(text.empty() ? "Enter the new value:" : text).c_str());
@@ -115,7 +126,9 @@ std::string EditQuantityDialog::Text() const {
     return Utf8(buffer.data());
 }
 
-void EditQuantityDialog::Text(const std::string& text) { SetWindowTextW(textbox_, Wide(text).c_str()); }
+void EditQuantityDialog::Text(const std::string& text) {
+    SetWindowTextW(textbox_, Wide(text).c_str());
+}
 
 void EditQuantityDialog::ShowText(bool withUnits) {
     SetWindowPos(textbox_, nullptr, 12, 36, withUnits ? 220 : 312, 24, SWP_NOZORDER);

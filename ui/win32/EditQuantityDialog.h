@@ -13,7 +13,7 @@ namespace tgp::ui::win32 {
 // choice list `ComboBox`, and `cmdOK` (default) and `cmdCancel`. Created hidden; give the value to
 // Form() (which may refuse it before anything shows), then Run() shows it modally.
 class EditQuantityDialog final : public EditQuantityView {
-public:
+  public:
     EditQuantityDialog();
     ~EditQuantityDialog() override;
     EditQuantityDialog(const EditQuantityDialog&) = delete;
@@ -37,7 +37,7 @@ public:
 
     static constexpr wchar_t kWindowClass[] = L"TgpEditQuantity";
 
-private:
+  private:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     bool Filter(MSG& msg);

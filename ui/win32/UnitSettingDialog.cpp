@@ -35,12 +35,12 @@ constexpr Row kRows[] = {
     {L"cbUnitSettings", "cbUnitSettings", L"Preset"},
 };
 constexpr int kRowsPerColumn = 6;
-constexpr int kHeaderHeight = 30, kRowHeight = 30, kLabelWidth = 110, kComboWidth = 96, kColumnGap = 16, kMargin = 12;
+constexpr int kHeaderHeight = 30, kRowHeight = 30, kLabelWidth = 110, kComboWidth = 96, kColumnGap = 16,
+              kMargin = 12;
 constexpr int kColumnWidth = kLabelWidth + kComboWidth;
 constexpr int kClientWidth = 2 * kMargin + 2 * kColumnWidth + kColumnGap;
 constexpr int kButtonsTop = kHeaderHeight + kMargin + kRowsPerColumn * kRowHeight + 6;
 constexpr int kClientHeight = kButtonsTop + 28 + kMargin;
-
 
 // The symbol table every quantity kind's units come from, one line per kind, as list_Units holds it.
 std::wstring SymbolTable() {
@@ -60,17 +60,20 @@ std::wstring SymbolTable() {
 
 // The shift state as a form's key events report it: 1 Shift, 2 Ctrl, 4 Alt.
 int ShiftState() {
-    return (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) | (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+    return (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
+           (GetKeyState(VK_MENU) < 0 ? 4 : 0);
 }
 
 }  // namespace
 
 UnitSettingDialog::UnitSettingDialog() {
     window_ = CreateDialogWindow(kWindowClass, L"Unit Setting", WS_POPUP | WS_BORDER,
-                                 WS_EX_CONTROLPARENT | WS_EX_TOOLWINDOW, kClientWidth, kClientHeight, this, &WindowProc);
+                                 WS_EX_CONTROLPARENT | WS_EX_TOOLWINDOW, kClientWidth, kClientHeight, this,
+                                 &WindowProc);
     headerBrush_ = CreateSolidBrush(kHeaderColour);
 
-    header_ = CreateNamedControl(window_, L"STATIC", L"pbHeader", 0, SS_NOTIFY, {0, 0, kClientWidth, kHeaderHeight});
+    header_ = CreateNamedControl(window_, L"STATIC", L"pbHeader", 0, SS_NOTIFY,
+                                 {0, 0, kClientWidth, kHeaderHeight});
     label1_ = CreateNamedControl(window_, L"STATIC", L"Label1", 0, SS_NOTIFY | SS_CENTERIMAGE | SS_NOPREFIX,
                                  {kMargin, 0, kClientWidth - kMargin, kHeaderHeight}, L"Unit Setting");
     int index = 0;
@@ -78,9 +81,11 @@ UnitSettingDialog::UnitSettingDialog() {
         const int column = index / kRowsPerColumn, line = index % kRowsPerColumn;
         const int left = kMargin + column * (kColumnWidth + kColumnGap);
         const int top = kHeaderHeight + kMargin + line * kRowHeight;
-        CreateNamedControl(window_, L"STATIC", L"", 0, SS_LEFT | SS_CENTERIMAGE, {left, top, left + kLabelWidth - 6, top + 22}, row.label);
+        CreateNamedControl(window_, L"STATIC", L"", 0, SS_LEFT | SS_CENTERIMAGE,
+                           {left, top, left + kLabelWidth - 6, top + 22}, row.label);
         const int id = kFirstComboId + index;
-        HWND combo = CreateNamedControl(window_, L"COMBOBOX", row.comboName, id, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
+        HWND combo = CreateNamedControl(window_, L"COMBOBOX", row.comboName, id,
+                                        WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
                                         {left + kLabelWidth, top, left + kColumnWidth, top + 240});
         auto control = std::make_shared<Win32Combo>(combo);
         combos_[row.name] = control;
@@ -88,9 +93,12 @@ UnitSettingDialog::UnitSettingDialog() {
         ++index;
     }
     const int right = kClientWidth - kMargin;
-    CreateNamedControl(window_, L"BUTTON", L"cmdOK", IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {right - 172, kButtonsTop, right - 92, kButtonsTop + 28}, L"OK");
-    CreateNamedControl(window_, L"BUTTON", L"cmdCancel", IDCANCEL, WS_TABSTOP | BS_PUSHBUTTON, {right - 80, kButtonsTop, right, kButtonsTop + 28}, L"Cancel");
-    HWND symbols = CreateNamedControl(window_, L"EDIT", L"list_Units", 0, ES_MULTILINE | ES_READONLY, {0, 0, 1, 1});
+    CreateNamedControl(window_, L"BUTTON", L"cmdOK", IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON,
+                       {right - 172, kButtonsTop, right - 92, kButtonsTop + 28}, L"OK");
+    CreateNamedControl(window_, L"BUTTON", L"cmdCancel", IDCANCEL, WS_TABSTOP | BS_PUSHBUTTON,
+                       {right - 80, kButtonsTop, right, kButtonsTop + 28}, L"Cancel");
+    HWND symbols =
+        CreateNamedControl(window_, L"EDIT", L"list_Units", 0, ES_MULTILINE | ES_READONLY, {0, 0, 1, 1});
     SetWindowTextW(symbols, SymbolTable().c_str());
     ShowWindow(symbols, SW_HIDE);
 }
@@ -115,7 +123,8 @@ void UnitSettingDialog::Show(HWND owner, bool centreOnScreen) {
 bool UnitSettingDialog::Run(HWND owner, bool centreOnScreen) {
     owner = OwnerWindow(owner);
     Show(owner, centreOnScreen);
-    RunModal(window_, owner, [this] { return form_.Visible(); }, [this](MSG& msg) { return Filter(msg); });
+    RunModal(
+        window_, owner, [this] { return form_.Visible(); }, [this](MSG& msg) { return Filter(msg); });
     return form_.Confirmed();
 }
 
@@ -163,9 +172,13 @@ std::shared_ptr<ComboControl> UnitSettingDialog::Combo(const std::string& name) 
     return found->second;
 }
 
-void UnitSettingDialog::StartTimer() { SetTimer(window_, kWatchTimer, kWatchMilliseconds, nullptr); }
+void UnitSettingDialog::StartTimer() {
+    SetTimer(window_, kWatchTimer, kWatchMilliseconds, nullptr);
+}
 
-void UnitSettingDialog::StopTimer() { KillTimer(window_, kWatchTimer); }
+void UnitSettingDialog::StopTimer() {
+    KillTimer(window_, kWatchTimer);
+}
 
 LRESULT CALLBACK UnitSettingDialog::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* self = reinterpret_cast<UnitSettingDialog*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -177,9 +190,12 @@ LRESULT UnitSettingDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND: {
             const int id = LOWORD(wParam);
-            if (id == IDOK) Guarded([&] { form_.OK(); });
-            else if (id == IDCANCEL) form_.Cancel();
-            else if (HIWORD(wParam) == CBN_SELCHANGE && combosById_.count(id)) Guarded([&] { combosById_[id]->Selected(); });
+            if (id == IDOK)
+                Guarded([&] { form_.OK(); });
+            else if (id == IDCANCEL)
+                form_.Cancel();
+            else if (HIWORD(wParam) == CBN_SELCHANGE && combosById_.count(id))
+                Guarded([&] { combosById_[id]->Selected(); });
             return 0;
         }
         case WM_TIMER:

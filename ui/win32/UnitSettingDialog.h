@@ -15,7 +15,7 @@ namespace tgp::ui::win32 {
 // one labelled combo per quantity kind, the preset list `cbUnitSettings`, `cmdOK`, `cmdCancel`, the
 // hidden symbol table `list_Units` and a timer that closes the window when another one is activated.
 class UnitSettingDialog final : public UnitSettingView {
-public:
+  public:
     UnitSettingDialog();
     ~UnitSettingDialog() override;
     UnitSettingDialog(const UnitSettingDialog&) = delete;
@@ -36,7 +36,7 @@ public:
 
     static constexpr wchar_t kWindowClass[] = L"TgpUnitSetting";
 
-private:
+  private:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     bool Filter(MSG& msg);

@@ -20,9 +20,11 @@ std::wstring Wide(const std::string& utf8) {
 
 std::string Utf8(const std::wstring& wide) {
     if (wide.empty()) return {};
-    const int n = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+    const int n = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0,
+                                      nullptr, nullptr);
     std::string utf8(static_cast<std::size_t>(n), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), utf8.data(), n, nullptr, nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), utf8.data(), n, nullptr,
+                        nullptr);
     return utf8;
 }
 
@@ -39,9 +41,10 @@ HFONT DialogFont() {
 
 HWND CreateNamedControl(HWND parent, const wchar_t* windowClass, const wchar_t* name, int id, DWORD style,
                         const RECT& bounds, const wchar_t* text) {
-    HWND control = CreateWindowExW(0, windowClass, text, WS_CHILD | WS_VISIBLE | style, bounds.left, bounds.top,
-                                   bounds.right - bounds.left, bounds.bottom - bounds.top, parent,
-                                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    HWND control = CreateWindowExW(0, windowClass, text, WS_CHILD | WS_VISIBLE | style, bounds.left,
+                                   bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, parent,
+                                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                   GetModuleHandleW(nullptr), nullptr);
     if (!control) return nullptr;
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(DialogFont()), FALSE);
     SetPropW(control, kNameProperty, const_cast<wchar_t*>(name));  // names are static strings
@@ -103,14 +106,18 @@ HWND CreateDialogWindow(const wchar_t* windowClass, const wchar_t* title, DWORD 
     return window;
 }
 
-void Win32Combo::Clear() { SendMessageW(combo_, CB_RESETCONTENT, 0, 0); }
+void Win32Combo::Clear() {
+    SendMessageW(combo_, CB_RESETCONTENT, 0, 0);
+}
 
 void Win32Combo::AddItem(const std::string& item) {
     const std::wstring wide = Wide(item);
     SendMessageW(combo_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide.c_str()));
 }
 
-void Win32Combo::ListIndex(int index) { SendMessageW(combo_, CB_SETCURSEL, static_cast<WPARAM>(index), 0); }
+void Win32Combo::ListIndex(int index) {
+    SendMessageW(combo_, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
 
 std::string Win32Combo::Text() const {
     const LRESULT index = SendMessageW(combo_, CB_GETCURSEL, 0, 0);
@@ -124,11 +131,14 @@ std::string Win32Combo::Text() const {
 
 void Win32Combo::Text(const std::string& text) {
     const std::wstring wide = Wide(text);
-    const LRESULT index = SendMessageW(combo_, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(wide.c_str()));
-    SendMessageW(combo_, CB_SETCURSEL, index == CB_ERR ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(index), 0);
+    const LRESULT index = SendMessageW(combo_, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                       reinterpret_cast<LPARAM>(wide.c_str()));
+    SendMessageW(combo_, CB_SETCURSEL, index == CB_ERR ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(index),
+                 0);
 }
 
-void RunModal(HWND dialog, HWND owner, const std::function<bool()>& visible, const std::function<bool(MSG&)>& filter) {
+void RunModal(HWND dialog, HWND owner, const std::function<bool()>& visible,
+              const std::function<bool(MSG&)>& filter) {
     const bool ownerWasEnabled = owner && IsWindowEnabled(owner);
     if (ownerWasEnabled) EnableWindow(owner, FALSE);
     ShowWindow(dialog, SW_SHOW);
@@ -161,7 +171,8 @@ HWND OwnerWindow(HWND given) {
 void Centre(HWND dialog, HWND owner, bool onScreen) {
     RECT area{}, box{};
     GetWindowRect(dialog, &box);
-    if (onScreen || !owner || !GetWindowRect(owner, &area)) SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    if (onScreen || !owner || !GetWindowRect(owner, &area))
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
     const int width = box.right - box.left, height = box.bottom - box.top;
     const int x = area.left + (area.right - area.left - width) / 2;
     const int y = area.top + (area.bottom - area.top - height) / 2;

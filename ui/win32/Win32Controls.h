@@ -31,7 +31,7 @@ HWND CreateDialogWindow(const wchar_t* windowClass, const wchar_t* title, DWORD 
 
 // A drop-down list combo box. Its parent calls Selected() on CBN_SELCHANGE.
 class Win32Combo final : public ComboControl {
-public:
+  public:
     explicit Win32Combo(HWND combo) : combo_(combo) {}
     void Clear() override;
     void AddItem(const std::string& item) override;
@@ -44,7 +44,7 @@ public:
     }
     HWND Handle() const { return combo_; }
 
-private:
+  private:
     HWND combo_;
     SelectionHandler handler_;
 };
