@@ -23,28 +23,17 @@ using ui::EditedValue;
 // The runtime's type name of a value (what TypeName shows), for the editor's choice of display.
 std::string TypeNameOf(const VARIANT& value) {
     switch (V_VT(&value)) {
-        case VT_EMPTY:
-            return "Empty";
-        case VT_NULL:
-            return "Null";
-        case VT_I2:
-            return "Integer";
-        case VT_I4:
-            return "Long";
-        case VT_R4:
-            return "Single";
-        case VT_R8:
-            return "Double";
-        case VT_CY:
-            return "Currency";
-        case VT_DATE:
-            return "Date";
-        case VT_BSTR:
-            return "String";
-        case VT_BOOL:
-            return "Boolean";
-        case VT_UI1:
-            return "Byte";
+        case VT_EMPTY: return "Empty";
+        case VT_NULL: return "Null";
+        case VT_I2: return "Integer";
+        case VT_I4: return "Long";
+        case VT_R4: return "Single";
+        case VT_R8: return "Double";
+        case VT_CY: return "Currency";
+        case VT_DATE: return "Date";
+        case VT_BSTR: return "String";
+        case VT_BOOL: return "Boolean";
+        case VT_UI1: return "Byte";
         case VT_DISPATCH: {
             const auto quantity = QuantityOf(V_DISPATCH(&value));
             if (!quantity) return "Object";
@@ -52,31 +41,19 @@ std::string TypeNameOf(const VARIANT& value) {
             name += KindName(quantity->DimensionType());
             return name;
         }
-        default:
-            return (V_VT(&value) & VT_ARRAY) ? "Array" : "Variant";
+        default: return (V_VT(&value) & VT_ARRAY) ? "Array" : "Variant";
     }
 }
 
 EditedValue ValueOf(const VARIANT& value) {
     EditedValue edited{TypeNameOf(value), {}};
     switch (V_VT(&value)) {
-        case VT_BSTR:
-            edited.content = ToUtf8(V_BSTR(&value));
-            break;
-        case VT_I2:
-            edited.content = static_cast<int16_t>(V_I2(&value));
-            break;
-        case VT_R8:
-            edited.content = V_R8(&value);
-            break;
-        case VT_BOOL:
-            edited.content = V_BOOL(&value) != VARIANT_FALSE;
-            break;
-        case VT_DISPATCH:
-            edited.content = QuantityOf(V_DISPATCH(&value));
-            break;
-        default:
-            break;
+        case VT_BSTR: edited.content = ToUtf8(V_BSTR(&value)); break;
+        case VT_I2: edited.content = static_cast<int16_t>(V_I2(&value)); break;
+        case VT_R8: edited.content = V_R8(&value); break;
+        case VT_BOOL: edited.content = V_BOOL(&value) != VARIANT_FALSE; break;
+        case VT_DISPATCH: edited.content = QuantityOf(V_DISPATCH(&value)); break;
+        default: break;
     }
     return edited;
 }

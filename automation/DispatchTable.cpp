@@ -298,17 +298,13 @@ class CallFrame {
         IUnknown* object = nullptr;
         switch (V_VT(&value)) {
             case VT_DISPATCH:
-            case VT_UNKNOWN:
-                object = V_UNKNOWN(&value);
-                break;
+            case VT_UNKNOWN: object = V_UNKNOWN(&value); break;
             case VT_BYREF | VT_DISPATCH:
             case VT_BYREF | VT_UNKNOWN:
                 object = V_UNKNOWNREF(&value) ? *V_UNKNOWNREF(&value) : nullptr;
                 break;
-            case VT_EMPTY:
-                break;
-            default:
-                return DISP_E_TYPEMISMATCH;
+            case VT_EMPTY: break;
+            default: return DISP_E_TYPEMISMATCH;
         }
         VARIANT& local = locals_[i];
         V_VT(&local) = VT_UNKNOWN;

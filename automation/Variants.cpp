@@ -169,14 +169,10 @@ double Finite(double value) {
 double ToDouble(const VARIANT& value) {
     const VARIANT& v = Deref(value);
     switch (V_VT(&v)) {  // the common numbers without a conversion call
-        case VT_R8:
-            return Finite(V_R8(&v));
-        case VT_I4:
-            return V_I4(&v);
-        case VT_I2:
-            return V_I2(&v);
-        default:
-            break;
+        case VT_R8: return Finite(V_R8(&v));
+        case VT_I4: return V_I4(&v);
+        case VT_I2: return V_I2(&v);
+        default: break;
     }
     ScopedVariant converted;
     return Finite(V_R8(&Converted(value, VT_R8, converted).get()));
@@ -354,37 +350,20 @@ void WriteBack(VARIANT* target, const VARIANT& value) {
     Converted(value, type, converted);
     VARIANT& c = converted.get();
     switch (type) {
-        case VT_R8:
-            *V_R8REF(&slot) = V_R8(&c);
-            break;
-        case VT_R4:
-            *V_R4REF(&slot) = V_R4(&c);
-            break;
-        case VT_I2:
-            *V_I2REF(&slot) = V_I2(&c);
-            break;
-        case VT_I4:
-            *V_I4REF(&slot) = V_I4(&c);
-            break;
-        case VT_BOOL:
-            *V_BOOLREF(&slot) = V_BOOL(&c);
-            break;
-        case VT_UI1:
-            *V_UI1REF(&slot) = V_UI1(&c);
-            break;
-        case VT_CY:
-            *V_CYREF(&slot) = V_CY(&c);
-            break;
-        case VT_DATE:
-            *V_DATEREF(&slot) = V_DATE(&c);
-            break;
+        case VT_R8: *V_R8REF(&slot) = V_R8(&c); break;
+        case VT_R4: *V_R4REF(&slot) = V_R4(&c); break;
+        case VT_I2: *V_I2REF(&slot) = V_I2(&c); break;
+        case VT_I4: *V_I4REF(&slot) = V_I4(&c); break;
+        case VT_BOOL: *V_BOOLREF(&slot) = V_BOOL(&c); break;
+        case VT_UI1: *V_UI1REF(&slot) = V_UI1(&c); break;
+        case VT_CY: *V_CYREF(&slot) = V_CY(&c); break;
+        case VT_DATE: *V_DATEREF(&slot) = V_DATE(&c); break;
         case VT_BSTR:
             SysFreeString(*V_BSTRREF(&slot));
             *V_BSTRREF(&slot) = V_BSTR(&c);
             V_VT(&c) = VT_EMPTY;  // ownership moved to the caller's variable
             break;
-        default:
-            throw Error::TypeMismatch();
+        default: throw Error::TypeMismatch();
     }
 }
 

@@ -182,20 +182,11 @@ class Parser {
 
     void BlockHeaderGroup(const DxfTag& tag) {
         switch (tag.code) {
-            case 2:
-                block_->name = std::string(tag.value);
-                break;
-            case 330:
-                block_->blockRecord = std::string(tag.value);
-                break;
-            case 10:
-                block_->baseX = Number(tag);
-                break;
-            case 20:
-                block_->baseY = Number(tag);
-                break;
-            default:
-                break;
+            case 2: block_->name = std::string(tag.value); break;
+            case 330: block_->blockRecord = std::string(tag.value); break;
+            case 10: block_->baseX = Number(tag); break;
+            case 20: block_->baseY = Number(tag); break;
+            default: break;
         }
     }
 
@@ -235,26 +226,13 @@ class Parser {
         if (e.kind == Kind::Insert) return InsertGroup(tag);
         DxfShape& s = e.shape;
         switch (tag.code) {
-            case 5:
-                s.handle = std::string(tag.value);
-                return;
-            case 8:
-                s.layer = std::string(tag.value);
-                return;
-            case 67:
-                s.paperSpace = Integer(tag) == 1;
-                return;
-            case 210:
-                s.extrusion[0] = Number(tag);
-                return;
-            case 220:
-                s.extrusion[1] = Number(tag);
-                return;
-            case 230:
-                s.extrusion[2] = Number(tag);
-                return;
-            default:
-                break;
+            case 5: s.handle = std::string(tag.value); return;
+            case 8: s.layer = std::string(tag.value); return;
+            case 67: s.paperSpace = Integer(tag) == 1; return;
+            case 210: s.extrusion[0] = Number(tag); return;
+            case 220: s.extrusion[1] = Number(tag); return;
+            case 230: s.extrusion[2] = Number(tag); return;
+            default: break;
         }
         if (e.kind == Kind::LwPolyline) return LwPolylineGroup(tag, s);
         if (e.kind == Kind::Polyline && tag.code == 70) e.flags = Integer(tag);
@@ -267,21 +245,11 @@ class Parser {
     void SplineGroup(const DxfTag& tag, Entity& e) {
         SplineData& s = e.spline;
         switch (tag.code) {
-            case 70:
-                e.flags = Integer(tag);
-                break;
-            case 71:
-                s.degree = Integer(tag);
-                break;
-            case 40:
-                s.knots.push_back(Number(tag));
-                break;
-            case 41:
-                s.weights.push_back(Number(tag));
-                break;
-            case 10:
-                s.control.push_back({Number(tag), 0});
-                break;
+            case 70: e.flags = Integer(tag); break;
+            case 71: s.degree = Integer(tag); break;
+            case 40: s.knots.push_back(Number(tag)); break;
+            case 41: s.weights.push_back(Number(tag)); break;
+            case 10: s.control.push_back({Number(tag), 0}); break;
             case 20:
                 if (!s.control.empty()) s.control.back()[1] = Number(tag);
                 break;
@@ -289,22 +257,17 @@ class Parser {
                 e.zmin = std::min(e.zmin, Number(tag));
                 e.zmax = std::max(e.zmax, Number(tag));
                 break;
-            case 11:
-                s.fit.push_back({Number(tag), 0});
-                break;
+            case 11: s.fit.push_back({Number(tag), 0}); break;
             case 21:
                 if (!s.fit.empty()) s.fit.back()[1] = Number(tag);
                 break;
-            default:
-                break;
+            default: break;
         }
     }
 
     void LwPolylineGroup(const DxfTag& tag, DxfShape& s) {
         switch (tag.code) {
-            case 70:
-                s.closed = (Integer(tag) & kClosedFlag) != 0;
-                break;
+            case 70: s.closed = (Integer(tag) & kClosedFlag) != 0; break;
             case 10:
                 s.xy.push_back(Number(tag));
                 s.xy.push_back(0);
@@ -316,125 +279,59 @@ class Parser {
             case 42:
                 if (!s.bulges.empty()) s.bulges.back() = Number(tag);
                 break;
-            default:
-                break;
+            default: break;
         }
     }
 
     // Circles and arcs: centre, radius and (arcs) start and end angles; lines: both end points.
     void CircleGroup(const DxfTag& tag, Entity& e) {
         switch (tag.code) {
-            case 10:
-                e.cx = Number(tag);
-                break;
-            case 20:
-                e.cy = Number(tag);
-                break;
-            case 11:
-                e.x1 = Number(tag);
-                break;
-            case 21:
-                e.y1 = Number(tag);
-                break;
-            case 40:
-                e.radius = Number(tag);
-                break;  // an ellipse's axis ratio
-            case 50:
-                e.startAngle = Number(tag);
-                break;
-            case 51:
-                e.endAngle = Number(tag);
-                break;
-            case 41:
-                e.startAngle = Number(tag);
-                break;  // an ellipse's parameters
-            case 42:
-                e.endAngle = Number(tag);
-                break;
-            default:
-                break;
+            case 10: e.cx = Number(tag); break;
+            case 20: e.cy = Number(tag); break;
+            case 11: e.x1 = Number(tag); break;
+            case 21: e.y1 = Number(tag); break;
+            case 40: e.radius = Number(tag); break;  // an ellipse's axis ratio
+            case 50: e.startAngle = Number(tag); break;
+            case 51: e.endAngle = Number(tag); break;
+            case 41: e.startAngle = Number(tag); break;  // an ellipse's parameters
+            case 42: e.endAngle = Number(tag); break;
+            default: break;
         }
     }
 
     void VertexGroup(const DxfTag& tag) {
         Entity& e = *entity_;
         switch (tag.code) {
-            case 10:
-                e.cx = Number(tag);
-                break;
-            case 20:
-                e.cy = Number(tag);
-                break;
-            case 42:
-                e.radius = Number(tag);
-                break;  // the vertex's bulge
-            case 70:
-                e.flags = Integer(tag);
-                break;
-            default:
-                break;
+            case 10: e.cx = Number(tag); break;
+            case 20: e.cy = Number(tag); break;
+            case 42: e.radius = Number(tag); break;  // the vertex's bulge
+            case 70: e.flags = Integer(tag); break;
+            default: break;
         }
     }
 
     void InsertGroup(const DxfTag& tag) {
         DxfInsert& i = entity_->insert;
         switch (tag.code) {
-            case 2:
-                i.block = std::string(tag.value);
-                break;
-            case 5:
-                i.handle = std::string(tag.value);
-                break;
-            case 8:
-                i.layer = std::string(tag.value);
-                break;
-            case 67:
-                i.paperSpace = Integer(tag) == 1;
-                break;
-            case 10:
-                i.x = Number(tag);
-                break;
-            case 20:
-                i.y = Number(tag);
-                break;
-            case 30:
-                i.z = Number(tag);
-                break;
-            case 41:
-                i.sx = Number(tag);
-                break;
-            case 42:
-                i.sy = Number(tag);
-                break;
-            case 43:
-                i.sz = Number(tag);
-                break;
-            case 50:
-                i.angle = Number(tag);
-                break;
-            case 70:
-                i.columns = Integer(tag);
-                break;
-            case 71:
-                i.rows = Integer(tag);
-                break;
-            case 44:
-                i.columnSpacing = Number(tag);
-                break;
-            case 45:
-                i.rowSpacing = Number(tag);
-                break;
-            case 210:
-                i.extrusion[0] = Number(tag);
-                break;
-            case 220:
-                i.extrusion[1] = Number(tag);
-                break;
-            case 230:
-                i.extrusion[2] = Number(tag);
-                break;
-            default:
-                break;
+            case 2: i.block = std::string(tag.value); break;
+            case 5: i.handle = std::string(tag.value); break;
+            case 8: i.layer = std::string(tag.value); break;
+            case 67: i.paperSpace = Integer(tag) == 1; break;
+            case 10: i.x = Number(tag); break;
+            case 20: i.y = Number(tag); break;
+            case 30: i.z = Number(tag); break;
+            case 41: i.sx = Number(tag); break;
+            case 42: i.sy = Number(tag); break;
+            case 43: i.sz = Number(tag); break;
+            case 50: i.angle = Number(tag); break;
+            case 70: i.columns = Integer(tag); break;
+            case 71: i.rows = Integer(tag); break;
+            case 44: i.columnSpacing = Number(tag); break;
+            case 45: i.rowSpacing = Number(tag); break;
+            case 210: i.extrusion[0] = Number(tag); break;
+            case 220: i.extrusion[1] = Number(tag); break;
+            case 230: i.extrusion[2] = Number(tag); break;
+            default: break;
         }
     }
 
@@ -448,30 +345,16 @@ class Parser {
                 if (e.shape.xy.empty()) e.shape.problem = "has no vertices";
                 Space().shapes.push_back(std::move(e.shape));
                 break;
-            case Kind::Circle:
-                Space().shapes.push_back(CircleShape(std::move(e)));
-                break;
-            case Kind::Arc:
-                Space().shapes.push_back(ArcShape(std::move(e)));
-                break;
-            case Kind::Line:
-                Space().shapes.push_back(LineShape(std::move(e)));
-                break;
-            case Kind::Spline:
-                Space().shapes.push_back(SplineShape(std::move(e)));
-                break;
-            case Kind::Ellipse:
-                Space().shapes.push_back(EllipseShape(std::move(e)));
-                break;
+            case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
+            case Kind::Arc: Space().shapes.push_back(ArcShape(std::move(e))); break;
+            case Kind::Line: Space().shapes.push_back(LineShape(std::move(e))); break;
+            case Kind::Spline: Space().shapes.push_back(SplineShape(std::move(e))); break;
+            case Kind::Ellipse: Space().shapes.push_back(EllipseShape(std::move(e))); break;
             case Kind::Hatch:
                 for (DxfShape& path : e.hatch->Paths(e.shape)) Space().shapes.push_back(std::move(path));
                 break;
-            case Kind::Insert:
-                Space().inserts.push_back(std::move(e.insert));
-                break;
-            case Kind::Other:
-                ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}];
-                break;
+            case Kind::Insert: Space().inserts.push_back(std::move(e.insert)); break;
+            case Kind::Other: ++Space().others[DxfOther{e.type, e.shape.layer, e.shape.paperSpace}]; break;
             case Kind::Polyline:
                 polyline_ = std::move(e.shape);
                 polylineFlags_ = e.flags;
@@ -483,8 +366,7 @@ class Parser {
                     polyline_->bulges.push_back(e.radius);
                 }
                 break;
-            default:
-                break;
+            default: break;
         }
     }
 

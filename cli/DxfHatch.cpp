@@ -43,8 +43,7 @@ void HatchReader::Group(const DxfTag& tag) {
             }
             if (inPath_) PathGroup(tag);
             return;
-        case Phase::Rest:
-            return;
+        case Phase::Rest: return;
     }
 }
 
@@ -62,8 +61,7 @@ void HatchReader::PathGroup(const DxfTag& tag) {
             case 42:
                 if (!path_.bulges.empty()) path_.bulges.back() = number_(tag);
                 break;
-            default:
-                break;
+            default: break;
         }
         return;
     }
@@ -79,59 +77,31 @@ void HatchReader::EdgeGroup(const DxfTag& tag, Edge& e) {
     if (e.type == 4) {  // spline: control points (10/20), knots (40), weights (42), fit points (11/21)
         SplineData& s = e.spline;
         switch (tag.code) {
-            case 94:
-                s.degree = static_cast<int>(number_(tag));
-                break;
-            case 40:
-                s.knots.push_back(number_(tag));
-                break;
-            case 42:
-                s.weights.push_back(number_(tag));
-                break;
-            case 10:
-                s.control.push_back({number_(tag), 0});
-                break;
+            case 94: s.degree = static_cast<int>(number_(tag)); break;
+            case 40: s.knots.push_back(number_(tag)); break;
+            case 42: s.weights.push_back(number_(tag)); break;
+            case 10: s.control.push_back({number_(tag), 0}); break;
             case 20:
                 if (!s.control.empty()) s.control.back()[1] = number_(tag);
                 break;
-            case 11:
-                s.fit.push_back({number_(tag), 0});
-                break;
+            case 11: s.fit.push_back({number_(tag), 0}); break;
             case 21:
                 if (!s.fit.empty()) s.fit.back()[1] = number_(tag);
                 break;
-            default:
-                break;
+            default: break;
         }
         return;
     }
     switch (tag.code) {
-        case 10:
-            e.x = number_(tag);
-            break;
-        case 20:
-            e.y = number_(tag);
-            break;
-        case 11:
-            e.x1 = number_(tag);
-            break;
-        case 21:
-            e.y1 = number_(tag);
-            break;
-        case 40:
-            e.radius = number_(tag);
-            break;
-        case 50:
-            e.start = number_(tag);
-            break;
-        case 51:
-            e.end = number_(tag);
-            break;
-        case 73:
-            e.counterClockwise = number_(tag) != 0;
-            break;
-        default:
-            break;
+        case 10: e.x = number_(tag); break;
+        case 20: e.y = number_(tag); break;
+        case 11: e.x1 = number_(tag); break;
+        case 21: e.y1 = number_(tag); break;
+        case 40: e.radius = number_(tag); break;
+        case 50: e.start = number_(tag); break;
+        case 51: e.end = number_(tag); break;
+        case 73: e.counterClockwise = number_(tag) != 0; break;
+        default: break;
     }
 }
 
@@ -192,9 +162,7 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
             if (piece.xy.size() < 4) piece.problem = "has a spline edge with too few points to draw";
             return piece;
         }
-        default:
-            piece.problem = "has an edge of unknown type " + std::to_string(e.type);
-            return piece;
+        default: piece.problem = "has an edge of unknown type " + std::to_string(e.type); return piece;
     }
 }
 

@@ -371,50 +371,28 @@ class Resolver {
 
 double MillimetresPerInsUnit(int code) {
     switch (code) {
-        case 1:
-            return 25.4;  // inches
-        case 2:
-            return 304.8;  // feet
-        case 3:
-            return 1609344;  // miles
-        case 4:
-            return 1;  // millimetres
-        case 5:
-            return 10;  // centimetres
-        case 6:
-            return 1000;  // metres
-        case 7:
-            return 1e6;  // kilometres
-        case 8:
-            return 25.4e-6;  // microinches
-        case 9:
-            return 0.0254;  // mils
-        case 10:
-            return 914.4;  // yards
-        case 11:
-            return 1e-7;  // angstroms
-        case 12:
-            return 1e-6;  // nanometres
-        case 13:
-            return 1e-3;  // micrometres
-        case 14:
-            return 100;  // decimetres
-        case 15:
-            return 1e4;  // decametres
-        case 16:
-            return 1e5;  // hectometres
-        case 17:
-            return 1e12;  // gigametres
-        case 21:
-            return 1200000.0 / 3937;  // US survey feet
-        case 22:
-            return 100000.0 / 3937;  // US survey inches
-        case 23:
-            return 3600000.0 / 3937;  // US survey yards
-        case 24:
-            return 6336000000.0 / 3937;  // US survey miles
-        default:
-            return 0;  // unitless, or an astronomical unit
+        case 1: return 25.4;                  // inches
+        case 2: return 304.8;                 // feet
+        case 3: return 1609344;               // miles
+        case 4: return 1;                     // millimetres
+        case 5: return 10;                    // centimetres
+        case 6: return 1000;                  // metres
+        case 7: return 1e6;                   // kilometres
+        case 8: return 25.4e-6;               // microinches
+        case 9: return 0.0254;                // mils
+        case 10: return 914.4;                // yards
+        case 11: return 1e-7;                 // angstroms
+        case 12: return 1e-6;                 // nanometres
+        case 13: return 1e-3;                 // micrometres
+        case 14: return 100;                  // decimetres
+        case 15: return 1e4;                  // decametres
+        case 16: return 1e5;                  // hectometres
+        case 17: return 1e12;                 // gigametres
+        case 21: return 1200000.0 / 3937;     // US survey feet
+        case 22: return 100000.0 / 3937;      // US survey inches
+        case 23: return 3600000.0 / 3937;     // US survey yards
+        case 24: return 6336000000.0 / 3937;  // US survey miles
+        default: return 0;                    // unitless, or an astronomical unit
     }
 }
 

@@ -118,16 +118,11 @@ class BinaryTags final : public DxfTagSource {
                 tag.value = std::string_view(Bytes(tag, length), length);
                 return true;
             }
-            case Stored::Byte:
-                return Number(tag, static_cast<unsigned char>(Bytes(tag, 1)[0]));
-            case Stored::Int16:
-                return Number(tag, Read<std::int16_t>(tag));
-            case Stored::Int32:
-                return Number(tag, Read<std::int32_t>(tag));
-            case Stored::Int64:
-                return Number(tag, static_cast<double>(Read<std::int64_t>(tag)));
-            case Stored::Double:
-                return Number(tag, Read<double>(tag));
+            case Stored::Byte: return Number(tag, static_cast<unsigned char>(Bytes(tag, 1)[0]));
+            case Stored::Int16: return Number(tag, Read<std::int16_t>(tag));
+            case Stored::Int32: return Number(tag, Read<std::int32_t>(tag));
+            case Stored::Int64: return Number(tag, static_cast<double>(Read<std::int64_t>(tag)));
+            case Stored::Double: return Number(tag, Read<double>(tag));
         }
         return true;
     }

@@ -485,10 +485,8 @@ class InFileOrder {
 
     void Produce(const Item& item) {
         switch (item.kind) {
-            case Item::Alone:
-                return ProduceGroup({item.index});
-            case Item::Group:
-                return ProduceGroup(groups_[item.index]);
+            case Item::Alone: return ProduceGroup({item.index});
+            case Item::Group: return ProduceGroup(groups_[item.index]);
             case Item::Section:
                 return ProduceSection(sections_[item.index].positions, &sections_[item.index].depths);
             case Item::Overlap:

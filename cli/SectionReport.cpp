@@ -152,8 +152,7 @@ std::string CsvEntry(const ProfileOutcome& o) {
 
 std::string ReportStart(ReportKind kind, const ReportUnits& units) {
     switch (kind) {
-        case ReportKind::Table:
-            return "";
+        case ReportKind::Table: return "";
         case ReportKind::Json:
             return fmt::format(
                        "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, "
@@ -178,12 +177,9 @@ std::string ReportStart(ReportKind kind, const ReportUnits& units) {
 std::string ReportEntry(ReportKind kind, const ProfileOutcome& outcome, const ReportUnits& units,
                         bool first) {
     switch (kind) {
-        case ReportKind::Table:
-            return TableEntry(outcome, units);
-        case ReportKind::Json:
-            return (first ? "\n" : ",\n") + JsonEntry(outcome);
-        case ReportKind::Csv:
-            return CsvEntry(outcome);
+        case ReportKind::Table: return TableEntry(outcome, units);
+        case ReportKind::Json: return (first ? "\n" : ",\n") + JsonEntry(outcome);
+        case ReportKind::Csv: return CsvEntry(outcome);
     }
     return "";
 }

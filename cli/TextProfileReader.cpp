@@ -195,21 +195,14 @@ class TextParser {
         for (const Piece::Item& item : piece.items) {
             lineNumber_ = firstLine_ + item.line;
             switch (item.kind) {
-                case Piece::Kind::Finish:
-                    Finish();
-                    break;
-                case Piece::Kind::NextLoop:
-                    NextLoop();
-                    break;
+                case Piece::Kind::Finish: Finish(); break;
+                case Piece::Kind::NextLoop: NextLoop(); break;
                 case Piece::Kind::Profile:
                     Finish();
                     Start(std::string(piece.ProfileName(item)));
                     break;
-                case Piece::Kind::Vertices:
-                    Vertices(piece, item);
-                    break;
-                case Piece::Kind::Malformed:
-                    Fail(piece.malformed);
+                case Piece::Kind::Vertices: Vertices(piece, item); break;
+                case Piece::Kind::Malformed: Fail(piece.malformed);
             }
         }
         firstLine_ += piece.lines;

@@ -174,18 +174,10 @@ void Loop7s::Sort(Loop7sSortKey Key, bool Descending) {
     std::vector<double> keys(loops_.size());
     for (std::size_t i = 0; i < loops_.size(); ++i) {
         switch (Key) {
-            case SortByArea:
-                keys[i] = loops_[i]->AreaAbs();
-                break;
-            case SortByCentroidX:
-                keys[i] = loops_[i]->Centroid()[0];
-                break;
-            case SortByCentroidY:
-                keys[i] = loops_[i]->Centroid()[1];
-                break;
-            case SortByDepth:
-                keys[i] = Arranged().depth[i];
-                break;
+            case SortByArea: keys[i] = loops_[i]->AreaAbs(); break;
+            case SortByCentroidX: keys[i] = loops_[i]->Centroid()[0]; break;
+            case SortByCentroidY: keys[i] = loops_[i]->Centroid()[1]; break;
+            case SortByDepth: keys[i] = Arranged().depth[i]; break;
         }
     }
     std::vector<std::size_t> order(loops_.size());

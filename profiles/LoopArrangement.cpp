@@ -56,17 +56,10 @@ LoopArrangement::LoopArrangement(std::span<const std::shared_ptr<Loop7>> loops) 
     for (const auto& [i, j] : BoxesThatMeet(boxes)) {
         bool meet = false;
         switch (PlaceLoops(*loops[i], *loops[j], &meet)) {
-            case Placement::Overlap:
-                overlaps_.emplace_back(i, j);
-                break;
-            case Placement::FirstInsideSecond:
-                inside_.emplace_back(i, j);
-                break;
-            case Placement::SecondInsideFirst:
-                inside_.emplace_back(j, i);
-                break;
-            case Placement::Apart:
-                break;
+            case Placement::Overlap: overlaps_.emplace_back(i, j); break;
+            case Placement::FirstInsideSecond: inside_.emplace_back(i, j); break;
+            case Placement::SecondInsideFirst: inside_.emplace_back(j, i); break;
+            case Placement::Apart: break;
         }
         if (meet) meetings_.emplace_back(i, j);
     }

@@ -149,9 +149,7 @@ void frmEditQuantity::OK() {
                 value_.content = chosen;
             break;
         }
-        case Mode::Quantity:
-            EditedQuantity().Value(units_.UnitID(), ReadNumber(view_.Text()));
-            break;
+        case Mode::Quantity: EditedQuantity().Value(units_.UnitID(), ReadNumber(view_.Text())); break;
         case Mode::Text:
             if (value_.typeName == "String")
                 value_.content = view_.Text();

@@ -241,12 +241,9 @@ HRESULT FakeComboBox::FindConnectionPoint(REFIID iid, IConnectionPoint** point) 
 
 const IID& FakeComboBox::Events() const {
     switch (kind_) {
-        case Kind::UserForm:
-            return DIID_FormsComboEvents;
-        case Kind::VbForm:
-            return DIID_VbComboEvents;
-        default:
-            return DIID_ChangeOnlyEvents;
+        case Kind::UserForm: return DIID_FormsComboEvents;
+        case Kind::VbForm: return DIID_VbComboEvents;
+        default: return DIID_ChangeOnlyEvents;
     }
 }
 

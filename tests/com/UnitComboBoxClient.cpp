@@ -60,14 +60,10 @@ struct Box {
 
 const char* KindName(FakeComboBox::Kind kind) {
     switch (kind) {
-        case FakeComboBox::Kind::UserForm:
-            return "user form's box";
-        case FakeComboBox::Kind::VbForm:
-            return "VB6-style form's box";
-        case FakeComboBox::Kind::ChangeOnly:
-            return "box reporting only Change";
-        default:
-            return "box without events";
+        case FakeComboBox::Kind::UserForm: return "user form's box";
+        case FakeComboBox::Kind::VbForm: return "VB6-style form's box";
+        case FakeComboBox::Kind::ChangeOnly: return "box reporting only Change";
+        default: return "box without events";
     }
 }
 

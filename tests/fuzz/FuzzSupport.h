@@ -20,14 +20,10 @@ inline double AnyDouble(FuzzedDataProvider& data) {
 // Mostly ordinary numbers (small integers and fractions, where geometry happens), sometimes any.
 inline double SomeDouble(FuzzedDataProvider& data) {
     switch (data.ConsumeIntegralInRange<int>(0, 3)) {
-        case 0:
-            return AnyDouble(data);
-        case 1:
-            return data.ConsumeIntegralInRange<int>(-20, 20);
-        case 2:
-            return data.ConsumeIntegralInRange<int>(-2000, 2000) / 64.0;
-        default:
-            return data.ConsumeFloatingPoint<double>();
+        case 0: return AnyDouble(data);
+        case 1: return data.ConsumeIntegralInRange<int>(-20, 20);
+        case 2: return data.ConsumeIntegralInRange<int>(-2000, 2000) / 64.0;
+        default: return data.ConsumeFloatingPoint<double>();
     }
 }
 

@@ -57,15 +57,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                     (void)m.Column(SomeIndex(data));
                 });
                 break;
-            case 5:
-                Try([&] { (void)m.Item(SomeIndex(data), SomeIndex(data)); });
-                break;
+            case 5: Try([&] { (void)m.Item(SomeIndex(data), SomeIndex(data)); }); break;
             case 6:
                 Try([&] { m.LetItem(SomeIndex(data), SomeIndex(data), tgp::fuzz::SomeDouble(data)); });
                 break;
-            case 7:
-                Try([&] { (void)m.Transpose()->Copy(); });
-                break;
+            case 7: Try([&] { (void)m.Transpose()->Copy(); }); break;
             case 8:
                 Try([&] {
                     (void)m.GetSubMatrix(SomeIndex(data), SomeIndex(data), SomeIndex(data), SomeIndex(data));
@@ -76,36 +72,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                     (void)m.GetSubMatrixByRemoveRowCol(SomeIndex(data), SomeIndex(data), data.ConsumeBool());
                 });
                 break;
-            case 10:
-                Try([&] { (void)m.RoundUp(data.ConsumeIntegralInRange<int>(-30, 30)); });
-                break;
-            case 11:
-                Try([&] { (void)m.Product(other); });
-                break;
+            case 10: Try([&] { (void)m.RoundUp(data.ConsumeIntegralInRange<int>(-30, 30)); }); break;
+            case 11: Try([&] { (void)m.Product(other); }); break;
             case 12:
                 Try([&] {
                     (void)m.MultiplyWithVector(
                         tgp::fuzz::SomeDoubles(data, data.ConsumeIntegralInRange<std::size_t>(0, 9)));
                 });
                 break;
-            case 13:
-                Try([&] { (void)m.MultiplyWithNumber(tgp::fuzz::SomeDouble(data)); });
-                break;
-            case 14:
-                Try([&] { (void)m.PlusWithMatrix(other, data.ConsumeBool()); });
-                break;
-            case 15:
-                Try([&] { (void)m.PlusWithNumber(tgp::fuzz::SomeDouble(data)); });
-                break;
+            case 13: Try([&] { (void)m.MultiplyWithNumber(tgp::fuzz::SomeDouble(data)); }); break;
+            case 14: Try([&] { (void)m.PlusWithMatrix(other, data.ConsumeBool()); }); break;
+            case 15: Try([&] { (void)m.PlusWithNumber(tgp::fuzz::SomeDouble(data)); }); break;
             case 16:
                 Try([&] {
                     tgp::Array2DData g;
                     (void)m.Det(nullptr, &g);
                 });
                 break;
-            case 17:
-                Try([&] { (void)m.Inverse(); });
-                break;
+            case 17: Try([&] { (void)m.Inverse(); }); break;
             case 18:
                 Try([&] {
                     (void)m.SolveWithGaussMethod(
@@ -124,9 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                     (void)m.IsSquareMatrix();
                 });
                 break;
-            default:
-                std::swap(m, other);
-                break;
+            default: std::swap(m, other); break;
         }
     }
     return 0;

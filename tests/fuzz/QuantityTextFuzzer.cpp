@@ -40,36 +40,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const int kind = data.ConsumeIntegralInRange<int>(0, 10);
     const std::string text = data.ConsumeRandomLengthString(200);
     switch (kind) {
-        case 0:
-            Exercise<tgp::DAngle>(data, text);
-            break;
-        case 1:
-            Exercise<tgp::DLength>(data, text);
-            break;
-        case 2:
-            Exercise<tgp::DArea>(data, text);
-            break;
-        case 3:
-            Exercise<tgp::DMomentOfInertia>(data, text);
-            break;
-        case 4:
-            Exercise<tgp::DForce>(data, text);
-            break;
-        case 5:
-            Exercise<tgp::DPressure>(data, text);
-            break;
-        case 6:
-            Exercise<tgp::DForcePerArea>(data, text);
-            break;
-        case 7:
-            Exercise<tgp::DForceMoment>(data, text);
-            break;
-        case 8:
-            Exercise<tgp::DForcePerLine>(data, text);
-            break;
-        default:
-            Exercise<tgp::DForceDensity>(data, text);
-            break;
+        case 0: Exercise<tgp::DAngle>(data, text); break;
+        case 1: Exercise<tgp::DLength>(data, text); break;
+        case 2: Exercise<tgp::DArea>(data, text); break;
+        case 3: Exercise<tgp::DMomentOfInertia>(data, text); break;
+        case 4: Exercise<tgp::DForce>(data, text); break;
+        case 5: Exercise<tgp::DPressure>(data, text); break;
+        case 6: Exercise<tgp::DForcePerArea>(data, text); break;
+        case 7: Exercise<tgp::DForceMoment>(data, text); break;
+        case 8: Exercise<tgp::DForcePerLine>(data, text); break;
+        default: Exercise<tgp::DForceDensity>(data, text); break;
     }
     (void)tgp::RecogniseUnit(text,
                              static_cast<tgp::DimensionObjectType>(data.ConsumeIntegralInRange<int>(-2, 12)));

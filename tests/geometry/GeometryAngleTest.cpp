@@ -143,18 +143,10 @@ struct FlagCase {
 
 void Apply(Normaliser which, double& angle, bool* rotate, bool* mirror) {
     switch (which) {
-        case Normaliser::Fix180:
-            Geometry::FixAngle180(angle, rotate, mirror);
-            break;
-        case Normaliser::Fix90:
-            Geometry::FixAngle90(angle, rotate, mirror);
-            break;
-        case Normaliser::Fix180180:
-            Geometry::FixAngle180180(angle);
-            break;
-        case Normaliser::Fix9090:
-            Geometry::FixAngle9090(angle, rotate, mirror);
-            break;
+        case Normaliser::Fix180: Geometry::FixAngle180(angle, rotate, mirror); break;
+        case Normaliser::Fix90: Geometry::FixAngle90(angle, rotate, mirror); break;
+        case Normaliser::Fix180180: Geometry::FixAngle180180(angle); break;
+        case Normaliser::Fix9090: Geometry::FixAngle9090(angle, rotate, mirror); break;
     }
 }
 

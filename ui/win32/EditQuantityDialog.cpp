@@ -90,12 +90,8 @@ LRESULT EditQuantityDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             switch (LOWORD(wParam)) {
-                case IDOK:
-                    Guarded([&] { form_.OK(); });
-                    return 0;
-                case IDCANCEL:
-                    Guarded([&] { form_.Cancel(); });
-                    return 0;
+                case IDOK: Guarded([&] { form_.OK(); }); return 0;
+                case IDCANCEL: Guarded([&] { form_.Cancel(); }); return 0;
                 case kUnitCombo:
                     if (HIWORD(wParam) == CBN_SELCHANGE) Guarded([&] { unitCombo_->Selected(); });
                     return 0;
@@ -104,9 +100,7 @@ LRESULT EditQuantityDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
                     return 0;
             }
             break;
-        case WM_CLOSE:
-            Guarded([&] { form_.Cancel(); });
-            return 0;
+        case WM_CLOSE: Guarded([&] { form_.Cancel(); }); return 0;
     }
     return DefWindowProcW(window_, message, wParam, lParam);
 }

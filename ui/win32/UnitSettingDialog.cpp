@@ -140,12 +140,9 @@ bool UnitSettingDialog::Filter(MSG& msg) {
             return enter;  // Enter confirmed the form; nothing else should see it
         }
         case WM_KEYUP:
-        case WM_SYSKEYUP:
-            form_.KeyUp();
-            return false;
+        case WM_SYSKEYUP: form_.KeyUp(); return false;
         case WM_CHAR:
-        case WM_SYSCHAR:
-            return !form_.KeyPress();
+        case WM_SYSCHAR: return !form_.KeyPress();
         case WM_LBUTTONDOWN:
             if (msg.hwnd == window_ || msg.hwnd == label1_ || msg.hwnd == header_) {
                 // A press on the borderless form drags it as if on a caption.
@@ -211,9 +208,7 @@ LRESULT UnitSettingDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         }
-        case WM_CLOSE:
-            form_.Cancel();
-            return 0;
+        case WM_CLOSE: form_.Cancel(); return 0;
     }
     return DefWindowProcW(window_, message, wParam, lParam);
 }
