@@ -65,14 +65,10 @@ std::optional<std::pair<std::size_t, std::size_t>> Loop7s::TryArrange() {
     std::vector<double> size(n);
     for (std::size_t i = 0; i < n; ++i)
         size[i] = loops_[i]->AreaAbs();  // raises 5 for a loop that cuts itself
+    const LoopArrangement placed(loops_);
+    if (!placed.Overlaps().empty()) return placed.Overlaps().front();
     auto arranged = std::make_unique<Arrangement>();
-    if (n > 1) {
-        const LoopArrangement placed(loops_);
-        if (!placed.Overlaps().empty()) return placed.Overlaps().front();
-        arranged->parent = placed.Parents(size);
-    } else {
-        arranged->parent.assign(n, -1);  // a single loop stands alone
-    }
+    arranged->parent = placed.Parents(size);
     arranged->depth = LoopArrangement::Depths(arranged->parent);
     for (std::size_t i = 0; i < n; ++i) loops_[i]->IsVoid(arranged->depth[i] % 2 == 1);
     for (const auto& loop : loops_) arranged->revisions.push_back(loop->Revision());

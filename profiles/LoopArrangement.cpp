@@ -34,9 +34,9 @@ std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const S
             entries.emplace_back(Grown(boxes[i], 0), i);  // a loop without segments has no box
     }
     // Bulk loading (sort-tile-recursive packing) builds the tree in n log n with well-filled nodes.
-    const bgi::rtree<Entry, bgi::rstar<16>> tree(entries.begin(), entries.end());
     std::vector<std::pair<std::size_t, std::size_t>> pairs;
     if (entries.size() < 2) return pairs;
+    const bgi::rtree<Entry, bgi::rstar<16>> tree(entries.begin(), entries.end());
     for (const Entry& e : entries) {
         const std::size_t i = e.second;
         tree.query(bgi::intersects(Grown(boxes[i], 2 * LoopDLine::kOnLineTolerance)),
@@ -50,6 +50,7 @@ std::vector<std::pair<std::size_t, std::size_t>> BoxesThatMeet(std::span<const S
 }
 
 LoopArrangement::LoopArrangement(std::span<const std::shared_ptr<Loop7>> loops) : count_(loops.size()) {
+    if (loops.size() < 2) return;  // a single loop stands alone
     std::vector<SegmentBox> boxes;
     boxes.reserve(loops.size());
     for (const auto& loop : loops) boxes.push_back(BoxOf(*loop));
