@@ -15,10 +15,10 @@
 #include <thread>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/MappedFile.h"
 #include "cli/SectionReport.h"
-#include "cli/TextProfileReader.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/MappedFile.h"
+#include "drawings/TextProfileReader.h"
 #include "units/DLength.h"
 #include "units/UnitCatalogue.h"
 #include "units/UnitSymbols.h"
@@ -26,6 +26,8 @@
 namespace tgp::cli {
 
 namespace {
+
+using namespace drawings;
 
 std::string Lower(std::string s) {
     std::transform(s.begin(), s.end(), s.begin(),
@@ -243,7 +245,7 @@ class SectionRun {
             if (!batch.empty()) handOver();
             if (!o_.quiet && !skipped.empty())
                 Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
-        } catch (const ProfileFileError& e) {
+        } catch (const DrawingFileError& e) {
             Update(i, [&](FileReport& r) { r.failure = e.what(); });
         }
         Update(i, [](FileReport& r) { r.finished = true; });

@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "cli/ProfileOutcome.h"
-#include "cli/SectionAnalysis.h"
+#include "drawings/ProfileOutcome.h"
+#include "drawings/SectionAnalysis.h"
 #include "units/UnitSetting.h"
 
 namespace tgp::cli {
+
+using drawings::ProfileOutcome;
+using drawings::SectionValues;
 
 // The unit choice of a report and the symbols it prints, from the unit symbol table.
 struct ReportUnits {

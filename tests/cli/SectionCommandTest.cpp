@@ -13,11 +13,14 @@
 #include "cli/SectionCommand.h"
 #include "cli/SectionReport.h"
 #include "profiles/ProfileTestShapes.h"
+#include "support/DxfText.h"
 #include "units/NumberText.h"
 #include "units/UnitSetting.h"
 
 namespace tgp::cli {
 namespace {
+
+using namespace drawings;
 
 std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID) {
     auto s = std::make_shared<UnitSetting>();
@@ -197,6 +200,29 @@ TEST(SectionCommand, ExitCodesAndMessages) {
     r = RunCommand({good, "--json", "--angle", "rad"});
     EXPECT_EQ(r.code, 0);
     EXPECT_NE(r.out.find("\"angle\": \"rad\""), std::string::npos) << r.out;
+}
+
+// Each file is reported on its own: an unreadable one fails the run and the others are computed;
+// what a drawing skipped is listed unless --quiet.
+TEST(SectionCommand, TheCommandReportsEachFileAndGoesOn) {
+    const std::string drawing = test::Drawing(
+        "0\nLWPOLYLINE\n5\n2F\n8\nPLATE\n90\n4\n70\n1\n10\n0\n20\n0\n10\n100\n20\n0\n10\n100\n20\n50\n10\n0\n"
+        "20\n50\n"
+        "0\nTEXT\n5\n31\n8\nNOTES\n10\n0\n20\n0\n40\n2.5\n1\nlabel\n"
+        "0\nLWPOLYLINE\n5\n32\n8\nDIM\n90\n2\n70\n0\n10\n0\n20\n-10\n10\n100\n20\n-10\n");
+    const std::string good = TempText("good.dxf", drawing);
+    const std::string text = TempText("notes.dxf", "These are my notes.\n");
+    const std::string cut = TempText("cut.dxf", drawing.substr(0, drawing.find("0\nTEXT")));
+    CommandRun r = RunCommand({good, text, cut});
+    EXPECT_EQ(r.code, 1) << "a file that cannot be read fails the run";
+    EXPECT_NE(r.out.find(good + ": LWPOLYLINE handle 2F on layer PLATE"), std::string::npos) << r.out;
+    for (const std::string& message :
+         {text + ": not a DXF file (its first line, 'These are my notes.', is not a group code)",
+          cut + ": section ENTITIES is not closed",
+          "tgp-section: " + good + ": skipped 1 TEXT, 1 open LWPOLYLINE on layer DIM\n"})
+        EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+    EXPECT_EQ(RunCommand({good, text, "--quiet"}).err.find("skipped"), std::string::npos);
+    EXPECT_EQ(RunCommand({good}).code, 0) << "skipping is not a failure";
 }
 
 TEST(SectionCommand, ExamplesRun) {

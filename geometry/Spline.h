@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-namespace tgp::cli {
+namespace tgp {
 
 // A B-spline as a drawing gives it: degree, knots, control points with optional weights (a
 // rational spline), or only fit points.
@@ -26,4 +26,4 @@ inline constexpr double kSplineFlatness = 1e-5;
 // is nothing to draw.
 std::vector<std::array<double, 2>> FlattenSpline(const SplineData& spline);
 
-}  // namespace tgp::cli
+}  // namespace tgp

@@ -1,9 +1,9 @@
-#include "cli/DxfHatch.h"
+#include "drawings/DxfHatch.h"
 
 #include <cmath>
 #include <numbers>
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -210,4 +210,4 @@ std::vector<DxfShape> HatchReader::Paths(const DxfShape& hatch) {
     return paths;
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,4 +1,4 @@
-#include "cli/DxfDrawing.h"
+#include "drawings/DxfDrawing.h"
 
 #include <cctype>
 #include <charconv>
@@ -7,12 +7,12 @@
 #include <numbers>
 #include <optional>
 
-#include "cli/DrawnProfile.h"
-#include "cli/DxfHatch.h"
-#include "cli/DxfTags.h"
-#include "cli/Spline.h"
+#include "drawings/DrawnProfile.h"
+#include "drawings/DxfHatch.h"
+#include "drawings/DxfTags.h"
+#include "geometry/Spline.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -89,11 +89,11 @@ class Parser {
         }
         if (!ended) {
             if (section_ != Section::None) {
-                throw ProfileFileError(
+                throw DrawingFileError(
                     source_ + ": section " + sectionName_ +
                     " is not closed: the file ends without ENDSEC and EOF (it is cut short?)");
             }
-            throw ProfileFileError(source_ + ": the file ends without EOF (it is cut short?)");
+            throw DrawingFileError(source_ + ": the file ends without EOF (it is cut short?)");
         }
         EndEntity();
         EndPolyline();
@@ -108,7 +108,7 @@ class Parser {
         if (value == "EOF") return true;
         if (value == "SECTION") {
             if (section_ != Section::None) {
-                throw ProfileFileError(tags_->Where(tag) + ": a section starts inside section " +
+                throw DrawingFileError(tags_->Where(tag) + ": a section starts inside section " +
                                        sectionName_ + " (its ENDSEC is missing)");
             }
             section_ = Section::Other;
@@ -501,7 +501,7 @@ class Parser {
         const char* end = tag.value.data() + tag.value.size();
         const auto result = std::from_chars(tag.value.data(), end, value);
         if (tag.value.empty() || result.ec != std::errc() || result.ptr != end) {
-            throw ProfileFileError(tags_->WhereValue(tag) + ": '" + Clipped(tag.value) +
+            throw DrawingFileError(tags_->WhereValue(tag) + ": '" + Clipped(tag.value) +
                                    "' is not a number (group " + std::to_string(tag.code) + ")");
         }
         return value;
@@ -551,4 +551,4 @@ DxfDrawing ParseDxf(std::string_view contents, const std::string& source) {
     return Parser(contents, source).Run();
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,6 +1,4 @@
-#include "cli/SectionAnalysis.h"
-
-#include <fmt/format.h>
+#include "drawings/SectionAnalysis.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +17,7 @@
 #include "units/DVolume.h"
 #include "units/NumberText.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -38,7 +36,7 @@ double LengthIn(double millimetres, const Units& units) {
 
 std::string PointText(const std::vector<Point>& points) {
     if (points.empty()) return "";
-    return fmt::format(" at ({}, {})", FormatNumber(points[0][0]), FormatNumber(points[0][1]));
+    return " at (" + FormatNumber(points[0][0]) + ", " + FormatNumber(points[0][1]) + ")";
 }
 
 // Rounding noise (a centroid 1E-15 off the axis, a product of 1E-55) would print as digits and
@@ -561,4 +559,4 @@ ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr
     return AnalyseProfiles({profile}, units, true).front();
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,4 +1,4 @@
-#include "cli/EdgeChains.h"
+#include "drawings/EdgeChains.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -252,4 +252,4 @@ std::vector<DrawnProfile> ChainEdges(
     return outlines;
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "cli/EllipticArc.h"
 #include "core/Error.h"
+#include "profiles/EllipticArc.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // One closed outline as read from a drawing or a text file: the vertices (x, y pairs, in
 // millimetres), one bulge per vertex, whether the source marks it closed, and what tells the user
@@ -46,9 +46,9 @@ void Count(SkipList& list, const std::string& what, std::size_t count = 1);
 
 // A file that cannot be read as profiles at all (missing, unreadable, malformed line): one of the
 // library's own errors, its description the message naming the file.
-class ProfileFileError : public Error {
+class DrawingFileError : public Error {
   public:
-    explicit ProfileFileError(const std::string& message) : Error(Error::kLibrary, message) {}
+    explicit DrawingFileError(const std::string& message) : Error(Error::kLibrary, message) {}
 };
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

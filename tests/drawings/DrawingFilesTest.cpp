@@ -1,5 +1,4 @@
-// Whole drawing files: binary DXF as well as ASCII, files that are not drawings or are cut short, and
-// what the command says about each.
+// Whole drawing files: binary DXF as well as ASCII, and files that are not drawings or are cut short.
 
 #include <gtest/gtest.h>
 
@@ -11,11 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/DxfTags.h"
-#include "cli/SectionCommand.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/DxfTags.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 const std::string kDrawing =
@@ -62,12 +60,6 @@ std::string ToBinary(const std::string& ascii, bool oneByteCodes) {
     return out;
 }
 
-std::string FileWith(const std::string& name, const std::string& contents) {
-    const std::string path = ::testing::TempDir() + name;
-    std::ofstream(path, std::ios::binary) << contents;
-    return path;
-}
-
 TEST(DrawingFiles, BinaryDrawingsReadAsTheirAsciiText) {
     DxfSkips asciiSkips;
     const auto ascii = ReadDxfText(kDrawing, "a.dxf", {}, &asciiSkips);
@@ -111,7 +103,7 @@ TEST(DrawingFiles, FilesThatAreNotDrawingsOrAreCutShortSaySo) {
         try {
             ReadDxfText(c.contents, "f.dxf");
             ADD_FAILURE() << "accepted: " << c.message;
-        } catch (const ProfileFileError& e) {
+        } catch (const DrawingFileError& e) {
             if (c.message.empty()) {
                 const std::string what = e.what();
                 EXPECT_TRUE(what.find("cut short?") != std::string::npos) << what;
@@ -122,40 +114,5 @@ TEST(DrawingFiles, FilesThatAreNotDrawingsOrAreCutShortSaySo) {
     }
 }
 
-TEST(DrawingFiles, TheCommandReportsEachFileAndGoesOn) {
-    const std::string good = FileWith("good.dxf", kDrawing);
-    const std::string binary = FileWith("binary.dxf", ToBinary(kDrawing, false));
-    const std::string text = FileWith("notes.dxf", "These are my notes.\n");
-    const std::string cut = FileWith("cut.dxf", kDrawing.substr(0, kDrawing.find("0\nINSERT")));
-    std::vector<std::string> args = {"tgp-section", good, binary, text, cut};
-    auto run = [](std::vector<std::string> a, std::string& out, std::string& err) {
-        std::vector<const char*> argv;
-        for (const auto& s : a) argv.push_back(s.c_str());
-        std::ostringstream o, e;
-        const int code = RunSectionCommand(static_cast<int>(argv.size()), argv.data(), o, e);
-        out = o.str();
-        err = e.str();
-        return code;
-    };
-    std::string out, err;
-    EXPECT_EQ(run(args, out, err), 1) << "a file that cannot be read fails the run";
-    EXPECT_NE(out.find(good + ": LWPOLYLINE handle 2F on layer PLATE"), std::string::npos) << out;
-    EXPECT_NE(out.find(binary + ": CIRCLE handle 2A on layer RINGS in block RING (INSERT handle 30)"),
-              std::string::npos)
-        << out;
-    EXPECT_NE(
-        err.find(text + ": not a DXF file (its first line, 'These are my notes.', is not a group code)"),
-        std::string::npos)
-        << err;
-    EXPECT_NE(err.find(cut + ": section ENTITIES is not closed"), std::string::npos) << err;
-    EXPECT_NE(err.find("tgp-section: " + good + ": skipped 1 TEXT, 1 open LWPOLYLINE on layer DIM\n"),
-              std::string::npos)
-        << err;
-    args.push_back("--quiet");
-    run(args, out, err);
-    EXPECT_EQ(err.find("skipped"), std::string::npos) << err;
-    EXPECT_EQ(run({"tgp-section", good}, out, err), 0) << "skipping is not a failure";
-}
-
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // A file's bytes in memory, read-only: mapped from the page cache where the system can (no copy, no
 // freshly zeroed pages for a file of tens of megabytes), else read into a buffer. Throws
-// ProfileFileError naming the file when it cannot be opened or read.
+// DrawingFileError naming the file when it cannot be opened or read.
 class MappedFile {
   public:
     explicit MappedFile(const std::string& path);
@@ -24,4 +24,4 @@ class MappedFile {
     std::string buffer_;  // the bytes when the file could not be mapped
 };
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/DrawnProfile.h"
+#include "drawings/DrawnProfile.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // A piece of outline in world coordinates, drawn as an entity of its own: a LINE, an ARC, an open
 // SPLINE (flattened), a hatch boundary's edge. Vertices as x, y pairs and one bulge per segment
@@ -39,4 +39,4 @@ std::vector<DrawnProfile> ChainEdges(
     const std::vector<DrawnEdge>& edges,
     const std::function<void(const DrawnEdge&, const std::string& why)>& unused);
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

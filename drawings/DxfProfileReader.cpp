@@ -1,14 +1,14 @@
-#include "cli/DxfProfileReader.h"
+#include "drawings/DxfProfileReader.h"
 
 #include <algorithm>
 #include <cmath>
 #include <set>
 
-#include "cli/DxfDrawing.h"
-#include "cli/EdgeChains.h"
-#include "cli/MappedFile.h"
+#include "drawings/DxfDrawing.h"
+#include "drawings/EdgeChains.h"
+#include "drawings/MappedFile.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -104,7 +104,7 @@ class Resolver {
             }
             return nullptr;
         }
-        throw ProfileFileError(source + ": there is no layout '" + *options_.layout +
+        throw DrawingFileError(source + ": there is no layout '" + *options_.layout +
                                "' (the layouts: " + names + ")");
     }
 
@@ -445,4 +445,4 @@ std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::stri
     return Resolve(ParseDxf(contents, source), source, options, skipped);
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

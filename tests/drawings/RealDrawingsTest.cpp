@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/SectionReport.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/SectionAnalysis.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 struct Result {
@@ -246,4 +246,4 @@ TEST(RealDrawings, AHatchWithClockwiseArcEdges) {
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,9 +1,9 @@
-#include "cli/Spline.h"
+#include "geometry/Spline.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace tgp::cli {
+namespace tgp {
 
 namespace {
 
@@ -118,4 +118,4 @@ std::vector<Point> FlattenSpline(const SplineData& spline) {
     return out;
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp

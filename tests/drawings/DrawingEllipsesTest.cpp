@@ -8,10 +8,10 @@
 #include <sstream>
 #include <string>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/SectionReport.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/SectionAnalysis.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
@@ -93,4 +93,4 @@ TEST(DrawingEllipses, EllipticHolesArcsAndStretchedCircles) {
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,9 +1,9 @@
-#include "cli/MappedFile.h"
+#include "drawings/MappedFile.h"
 
 #include <fstream>
 #include <sstream>
 
-#include "cli/DrawnProfile.h"
+#include "drawings/DrawnProfile.h"
 
 #if defined(__unix__)
 #include <fcntl.h>
@@ -12,17 +12,17 @@
 #include <unistd.h>
 #endif
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 MappedFile::MappedFile(const std::string& path) {
 #if defined(__unix__)
     const int fd = open(path.c_str(), O_RDONLY);
-    if (fd < 0) throw ProfileFileError(path + ": cannot open the file");
+    if (fd < 0) throw DrawingFileError(path + ": cannot open the file");
     struct stat info {};
     const bool known = fstat(fd, &info) == 0;
     if (known && S_ISDIR(info.st_mode)) {
         close(fd);
-        throw ProfileFileError(path + ": is a folder, not a file");
+        throw DrawingFileError(path + ": is a folder, not a file");
     }
     if (known && S_ISREG(info.st_mode) && info.st_size > 0) {
         void* view = mmap(nullptr, static_cast<std::size_t>(info.st_size), PROT_READ, MAP_PRIVATE, fd, 0);
@@ -38,10 +38,10 @@ MappedFile::MappedFile(const std::string& path) {
 #endif
     // Empty files, pipes and systems without mapping: read the bytes.
     std::ifstream in(path, std::ios::binary);
-    if (!in) throw ProfileFileError(path + ": cannot open the file");
+    if (!in) throw DrawingFileError(path + ": cannot open the file");
     std::ostringstream bytes;
     bytes << in.rdbuf();
-    if (in.bad()) throw ProfileFileError(path + ": read error");
+    if (in.bad()) throw DrawingFileError(path + ": read error");
     buffer_ = std::move(bytes).str();
     data_ = buffer_.data();
     size_ = buffer_.size();
@@ -53,4 +53,4 @@ MappedFile::~MappedFile() {
 #endif
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

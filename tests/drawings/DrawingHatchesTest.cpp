@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/SectionReport.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/SectionAnalysis.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
@@ -143,4 +143,4 @@ TEST(DrawingHatches, SplineEdgesAreFlattenedAndOpenPathsListed) {
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,10 +1,10 @@
-#include "cli/EllipticArc.h"
+#include "profiles/EllipticArc.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-namespace tgp::cli {
+namespace tgp {
 
 namespace {
 
@@ -121,4 +121,4 @@ std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces) {
     return out;
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp

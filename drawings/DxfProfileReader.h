@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "cli/DrawnProfile.h"
+#include "drawings/DrawnProfile.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // What a drawing held that made no outline ("TEXT", "open LWPOLYLINE on layer DIM", "CIRCLE in
 // paper space"), with counts.
@@ -30,13 +30,13 @@ struct DxfReadOptions {
 // its entity's own coordinate system (a mirrored entity, extrusion (0, 0, -1), lands mirrored).
 // Entities on layer 0 inside a block take the layer of the reference. Paper space is not read, unless
 // the options name a layout: then that layout is read instead of model space ("Model" is model
-// space); a drawing without that layout raises ProfileFileError naming the layouts it has.
+// space); a drawing without that layout raises DrawingFileError naming the layouts it has.
 // Outlines that cannot be used as drawn carry their problem (a mesh, a radius of 0, an arc scaled
 // unequally, a plane not parallel to XY). What makes no outline (texts, dimensions, open polylines,
 // anything in paper space or on other layers) is counted in `skipped` when given. Each is named after its
 // entity: "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)". The drawing unit is
 // $INSUNITS (millimetres when unitless) unless the options give one. A file that cannot be opened or read
-// raises ProfileFileError.
+// raises DrawingFileError.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {},
                                           DxfSkips* skipped = nullptr);
 // The same from the text of a drawing; `source` names it in messages.
@@ -46,4 +46,4 @@ std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::stri
 // Millimetres per drawing unit for an $INSUNITS code; 0 for unitless and unknown codes.
 double MillimetresPerInsUnit(int code);
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

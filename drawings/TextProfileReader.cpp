@@ -1,4 +1,4 @@
-#include "cli/TextProfileReader.h"
+#include "drawings/TextProfileReader.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,7 +10,7 @@
 #include "core/Error.h"
 #include "units/NumberText.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -261,7 +261,7 @@ class TextParser {
     }
 
     [[noreturn]] void Fail(const std::string& what) const {
-        throw ProfileFileError(source_ + ":" + std::to_string(lineNumber_) + ": " + what);
+        throw DrawingFileError(source_ + ":" + std::to_string(lineNumber_) + ": " + what);
     }
 
     std::string source_;
@@ -302,8 +302,8 @@ std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::str
 std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName) {
     std::ostringstream text;
     text << in.rdbuf();
-    if (in.bad()) throw ProfileFileError(sourceName + ": read error");
+    if (in.bad()) throw DrawingFileError(sourceName + ": read error");
     return ReadTextProfiles(text.view(), sourceName);
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

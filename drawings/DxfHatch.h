@@ -3,11 +3,11 @@
 #include <functional>
 #include <vector>
 
-#include "cli/DxfDrawing.h"
-#include "cli/DxfTags.h"
-#include "cli/Spline.h"
+#include "drawings/DxfDrawing.h"
+#include "drawings/DxfTags.h"
+#include "geometry/Spline.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // The boundary paths of a HATCH, read group by group (the caller reads the hatch's handle, layer,
 // space and extrusion itself). Each path becomes a shape in the hatch's coordinate system: a
@@ -49,4 +49,4 @@ class HatchReader {
     std::vector<DxfShape> paths_;
 };
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

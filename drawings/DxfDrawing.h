@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/EllipticArc.h"
+#include "profiles/EllipticArc.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // What a DXF drawing holds that can make profiles, as drawn: each outline in its entity's own
 // coordinate system (OCS), block references with their placement, and block definitions.
@@ -95,11 +95,11 @@ struct DxfDrawing {
 // Reads a DXF file's contents, ASCII or binary, into a drawing. Numbers are read with a decimal
 // point whatever the locale; counts the file declares are never trusted (memory follows what is
 // there). A file that is empty, is not DXF, is cut short (no EOF, a section left open, a group
-// without its value) or holds a group that cannot be read raises ProfileFileError naming `source`
+// without its value) or holds a group that cannot be read raises DrawingFileError naming `source`
 // and the place.
 DxfDrawing ParseDxf(std::string_view contents, const std::string& source);
 
 // The upper-case form of a block or layer name, as the drawing compares them.
 std::string UpperCase(std::string_view name);
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,13 +1,13 @@
-#include "cli/DxfTags.h"
+#include "drawings/DxfTags.h"
 
 #include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 
-#include "cli/DrawnProfile.h"
+#include "drawings/DrawnProfile.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 namespace {
 
@@ -37,13 +37,13 @@ class AsciiTags final : public DxfTagSource {
         const auto [end, error] = std::from_chars(code.data(), code.data() + code.size(), value);
         if (error != std::errc() || end != code.data() + code.size()) {
             if (line_ == 1) {
-                throw ProfileFileError(source_ + ": not a DXF file (its first line, '" + Shown(code) +
+                throw DrawingFileError(source_ + ": not a DXF file (its first line, '" + Shown(code) +
                                        "', is not a group code)");
             }
-            throw ProfileFileError(Where(tag) + ": '" + Shown(code) + "' is not a DXF group code");
+            throw DrawingFileError(Where(tag) + ": '" + Shown(code) + "' is not a DXF group code");
         }
         if (position_ >= text_.size()) {
-            throw ProfileFileError(Where(tag) + ": the file ends after group code " + std::to_string(value) +
+            throw DrawingFileError(Where(tag) + ": the file ends after group code " + std::to_string(value) +
                                    ", without its value (the file is cut short?)");
         }
         tag.code = value;
@@ -162,7 +162,7 @@ class BinaryTags final : public DxfTagSource {
     }
 
     [[noreturn]] void CutShort(const DxfTag& tag) const {
-        throw ProfileFileError(Where(tag) +
+        throw DrawingFileError(Where(tag) +
                                ": the file ends in the middle of a group (the file is cut short?)");
     }
 
@@ -175,11 +175,11 @@ class BinaryTags final : public DxfTagSource {
 }  // namespace
 
 std::unique_ptr<DxfTagSource> OpenDxfTags(std::string_view contents, const std::string& source) {
-    if (contents.empty()) throw ProfileFileError(source + ": the file is empty");
+    if (contents.empty()) throw DrawingFileError(source + ": the file is empty");
     if (contents.substr(0, kBinaryDxfSentinel.size()) == kBinaryDxfSentinel) {
         return std::make_unique<BinaryTags>(contents, source);
     }
     return std::make_unique<AsciiTags>(contents, source);
 }
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

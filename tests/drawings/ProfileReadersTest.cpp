@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
-#include "cli/MappedFile.h"
-#include "cli/TextProfileReader.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/MappedFile.h"
+#include "drawings/TextProfileReader.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 std::vector<DrawnProfile> FromText(const std::string& text) {
@@ -77,7 +77,7 @@ TEST_P(TextProfileErrors, NameTheSourceAndLine) {
     try {
         FromText(GetParam().text);
         FAIL() << "accepted " << GetParam().text;
-    } catch (const ProfileFileError& e) {
+    } catch (const DrawingFileError& e) {
         EXPECT_STREQ(e.what(), GetParam().message);
     }
 }
@@ -110,7 +110,7 @@ std::string ReadOutcome(const std::string& text, int pieces) {
             out << "\n";
         }
         return out.str();
-    } catch (const ProfileFileError& e) {
+    } catch (const DrawingFileError& e) {
         return std::string("error ") + e.what();
     }
 }
@@ -174,7 +174,7 @@ TEST(TextProfiles, LargeTextReadInPiecesKeepsOrderAndLineNumbers) {
     try {
         ReadTextProfiles(text, "big.txt");
         FAIL();
-    } catch (const ProfileFileError& e) {
+    } catch (const DrawingFileError& e) {
         EXPECT_EQ(std::string(e.what()), "big.txt:" + std::to_string(2 * vertices + 3) +
                                              ": expected 'x y' or 'x y bulge', found '1 2 3 4'");
     }
@@ -321,7 +321,7 @@ TEST(DxfProfiles, MissingFileIsAFileError) {
     try {
         ReadDxfProfiles("/nonexistent/drawing.dxf");
         FAIL();
-    } catch (const ProfileFileError& e) {
+    } catch (const DrawingFileError& e) {
         EXPECT_STREQ(e.what(), "/nonexistent/drawing.dxf: cannot open the file");
     }
 }
@@ -346,11 +346,11 @@ TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
         try {
             MappedFile file(bad);
             ADD_FAILURE() << bad;
-        } catch (const ProfileFileError& e) {
+        } catch (const DrawingFileError& e) {
             EXPECT_EQ(std::string(e.what()).rfind(bad + ": ", 0), 0u) << e.what();
         }
     }
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

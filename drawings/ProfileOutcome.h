@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // Section properties in the units of a UnitSetting, positive whichever way the outlines run.
 // Moments are about axes through the centroid parallel to x and y; the principal angle turns x onto
@@ -27,4 +27,4 @@ struct ProfileOutcome {
     std::string error;
 };
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/DrawnProfile.h"
+#include "drawings/DrawnProfile.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // Reads profiles from plain text:
 //
@@ -20,7 +20,7 @@ namespace tgp::cli {
 // Every loop is closed back to its first vertex; the loops of one profile are one section (their
 // group). Loops after the first are named "<profile>, loop <k>". Profiles without a name are called
 // "profile <n> (line <first line>)". Numbers are read through the library's number-text service,
-// so the process locale plays no part. A malformed line raises ProfileFileError naming the source
+// so the process locale plays no part. A malformed line raises DrawingFileError naming the source
 // and the line number (the first malformed line of the text).
 //
 // A large text (4 MB or more) is read in pieces split at line breaks, one thread a core;
@@ -30,4 +30,4 @@ std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::str
                                            int pieceCount = 0);
 std::vector<DrawnProfile> ReadTextProfiles(std::istream& in, const std::string& sourceName);
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -4,11 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "cli/DrawnProfile.h"
-#include "cli/ProfileOutcome.h"
+#include "drawings/DrawnProfile.h"
+#include "drawings/ProfileOutcome.h"
 #include "units/UnitSetting.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 
 // The sections of one file's outlines: grouped by containment and touch (or one per outline with
 // eachLoop), in file order. Outlines that are open, cut themselves, enclose nothing or carry a
@@ -25,4 +25,4 @@ void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::share
 // One outline as a section of its own.
 ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units);
 
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -1,5 +1,5 @@
 // Outlines grouped into sections (holes, islands, touching plates, text loops) and the hollow-section
-// table through the executable on drawings the test writes.
+// table on drawings the test writes.
 
 #include <gtest/gtest.h>
 
@@ -11,12 +11,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/SectionReport.h"
-#include "cli/TextProfileReader.h"
+#include "drawings/DxfProfileReader.h"
+#include "drawings/SectionAnalysis.h"
+#include "drawings/TextProfileReader.h"
 #include "profiles/ProfileTestShapes.h"
 #include "units/NumberText.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 using test::Outline;
@@ -121,7 +122,7 @@ TEST(SectionGrouping, TheLoopsOfATextProfileAreOneSection) {
               "cannot be one section: crossed and crossed, loop 2 overlap (their interiors cross)");
 
     std::istringstream stray("loop\n");
-    EXPECT_THROW(ReadTextProfiles(stray, "in.txt"), ProfileFileError);
+    EXPECT_THROW(ReadTextProfiles(stray, "in.txt"), DrawingFileError);
 }
 
 // ---- the hollow-section table through the executable, on drawings the test writes ------------
@@ -165,54 +166,41 @@ std::string HollowDrawing(const std::vector<test::HollowRow>& rows, int insunits
            "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
 }
 
-using test::JsonNumber;
-
-TEST(SectionExecutable, HollowSectionsFromDrawingsAgreeWithTheTable) {
+// The hollow-section table drawn in three drawing units: each row one section (outer with its hole).
+TEST(SectionGrouping, HollowSectionsFromDrawingsAgreeWithTheTable) {
     const auto rows = test::ReadHollowTable();
     ASSERT_TRUE(rows) << "tests/data/hollow_sections.csv is missing";
     struct Drawing {
         int insunits;
         double scale;  // drawing units per millimetre
     };
+    auto centimetres = std::make_shared<UnitSetting>();
+    for (auto kind : {DLengthObject, DAreaObject, DVolumeObject, DMomentOfInertiaObject})
+        centimetres->UnitID(kind, cm_UnitID);
     for (const Drawing d : {Drawing{4, 1}, Drawing{6, 1e-3}, Drawing{1, 1 / 25.4}}) {
-        const std::string input = ::testing::TempDir() + "hollow_" + std::to_string(d.insunits) + ".dxf";
-        std::ofstream(input) << HollowDrawing(*rows, d.insunits, d.scale);
-        const std::string output = input + ".json";
-        const std::string command =
-            std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
-        ASSERT_EQ(std::system(command.c_str()), 0) << command;
-        std::ifstream json(output);
-        std::map<std::string, std::string> byHandle;
-        for (std::string line; std::getline(json, line);) {
-            const auto at = line.find("\"handle\": \"");
-            if (at != std::string::npos)
-                byHandle[line.substr(at + 11, line.find('"', at + 11) - at - 11)] = line;
+        const auto outcomes = AnalyseProfiles(
+            ReadDxfText(HollowDrawing(*rows, d.insunits, d.scale), "hollow.dxf"), centimetres);
+        std::map<std::string, SectionValues> byHandle;
+        for (const ProfileOutcome& o : outcomes) {
+            if (o.values && o.holes == 1) byHandle[o.handle] = *o.values;
         }
         ASSERT_EQ(byHandle.size(), rows->size()) << "one section (outer with its hole) per row";
         for (std::size_t i = 0; i < rows->size(); ++i) {
             const test::HollowRow& row = (*rows)[i];
-            const std::string& line = byHandle[std::to_string(100 + i)];
+            const SectionValues& v = byHandle[std::to_string(100 + i)];
             const std::string what = row.name + " in $INSUNITS " + std::to_string(d.insunits);
-            EXPECT_EQ(JsonNumber(line, "holes"), 1) << what;
-            const double limit = 0.005;
-            EXPECT_LT(test::RelativeGap(JsonNumber(line, "area"), row.A), limit) << what;
-            EXPECT_LT(test::RelativeGap(JsonNumber(line, "ix"), row.Ix), limit) << what;
-            EXPECT_LT(test::RelativeGap(JsonNumber(line, "iy"), row.Iy), limit) << what;
-            EXPECT_LT(
-                test::RelativeGap(std::min(JsonNumber(line, "wel_x_top"), JsonNumber(line, "wel_x_bottom")),
-                                  row.Welx),
-                limit)
-                << what;
-            EXPECT_LT(
-                test::RelativeGap(std::min(JsonNumber(line, "wel_y_left"), JsonNumber(line, "wel_y_right")),
-                                  row.Wely),
-                limit)
-                << what;
-            EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_x"), row.Wplx), limit) << what;
-            EXPECT_LT(test::RelativeGap(JsonNumber(line, "wpl_y"), row.Wply), limit) << what;
+            const std::pair<double, double> pairs[] = {{v.area, row.A},
+                                                       {v.ix, row.Ix},
+                                                       {v.iy, row.Iy},
+                                                       {std::min(v.welxTop, v.welxBottom), row.Welx},
+                                                       {std::min(v.welyLeft, v.welyRight), row.Wely},
+                                                       {v.wplx, row.Wplx},
+                                                       {v.wply, row.Wply}};
+            for (const auto& [computed, published] : pairs)
+                EXPECT_LT(test::RelativeGap(computed, published), 0.005) << what;
         }
     }
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

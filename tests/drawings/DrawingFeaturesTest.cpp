@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/DxfProfileReader.h"
+#include "drawings/DxfProfileReader.h"
 
-namespace tgp::cli {
+namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
@@ -232,10 +232,10 @@ TEST(DrawingLayouts, ALayoutIsReadWhenNamed) {
     try {
         ReadDxfText(drawing, "d.dxf", missing);
         ADD_FAILURE() << "a layout that is not there";
-    } catch (const ProfileFileError& e) {
+    } catch (const DrawingFileError& e) {
         EXPECT_STREQ(e.what(), "d.dxf: there is no layout 'Sheet 9' (the layouts: Model, Layout1, Layout2)");
     }
 }
 
 }  // namespace
-}  // namespace tgp::cli
+}  // namespace tgp::drawings

@@ -4,7 +4,7 @@
 
 #include "profiles/LoopDLine.h"
 
-namespace tgp::cli {
+namespace tgp {
 
 // An arc of an ellipse: the points C + cos(t) U + sin(t) V for t from t0 to t1 (either way). U and V
 // are conjugate semi-diameters (the semi-axes of a drawn ellipse, or their image under any affine
@@ -36,4 +36,4 @@ std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces);
 // the arcs' area within 2E-9 of the ellipse's for axes of 1 to 10.
 int ArcPieces(const EllipticArc& arc);
 
-}  // namespace tgp::cli
+}  // namespace tgp
