@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "cli/SectionReport.h"
+#include "drawings/DrawingSections.h"
 #include "drawings/DxfProfileReader.h"
-#include "drawings/MappedFile.h"
 #include "drawings/TextProfileReader.h"
 #include "units/DLength.h"
 #include "units/UnitCatalogue.h"
@@ -71,11 +71,6 @@ std::shared_ptr<UnitSetting> SettingFor(int16_t length, int16_t angle) {
     return setting;
 }
 
-bool LooksLikeDxf(const std::string& path, const std::string& format) {
-    if (format != "auto") return format == "dxf";
-    return path.size() >= 4 && Lower(path.substr(path.size() - 4)) == ".dxf";
-}
-
 struct Options {
     std::vector<std::string> files;
     std::string length = "mm";
@@ -90,24 +85,9 @@ struct Options {
     bool eachLoop = false;
     bool quiet = false;
     bool recursive = false;
-    unsigned jobs = 0;   // 0: one a core
-    DxfReadOptions dxf;  // from the two options above
+    unsigned jobs = 0;    // 0: one a core
+    DrawingOptions read;  // from the options above
 };
-
-// The outlines of one file, in millimetres: a drawing's unit from the option, else from the
-// drawing itself; a text file's from the option, else millimetres.
-std::vector<DrawnProfile> ReadProfiles(const std::string& path, const Options& o, DxfSkips& skipped) {
-    if (LooksLikeDxf(path, o.format)) return ReadDxfProfiles(path, o.dxf, &skipped);
-    const MappedFile file(path);
-    std::vector<DrawnProfile> profiles = ReadTextProfiles(file.Text(), path);
-    const double scale = o.dxf.millimetresPerUnit.value_or(1);
-    if (scale != 1) {
-        for (DrawnProfile& p : profiles) {
-            for (double& v : p.xy) v *= scale;
-        }
-    }
-    return profiles;
-}
 
 void Declare(CLI::App& app, Options& o) {
     app.add_option("files", o.files,
@@ -224,7 +204,7 @@ class SectionRun {
         const std::string& file = files_[i];
         try {
             DxfSkips skipped;
-            const std::vector<DrawnProfile> profiles = ReadProfiles(file, o_, skipped);
+            const std::vector<DrawnProfile> profiles = ReadOutlines(file, o_.read, &skipped);
             Update(i, [&](FileReport& r) { r.outlines = profiles.size(); });
             std::vector<ProfileOutcome> batch;
             const auto handOver = [&] {
@@ -360,9 +340,12 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         app.parse(argc, argv);
         units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)),
                                   o.digits);
-        if (!o.drawingUnits.empty()) o.dxf.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
-        if (!o.layer.empty()) o.dxf.layer = o.layer;
-        if (!o.layout.empty()) o.dxf.layout = o.layout;
+        if (!o.drawingUnits.empty()) o.read.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
+        if (!o.layer.empty()) o.read.layer = o.layer;
+        if (!o.layout.empty()) o.read.layout = o.layout;
+        o.read.format = o.format == "dxf"    ? DrawingFormat::Dxf
+                        : o.format == "text" ? DrawingFormat::Text
+                                             : DrawingFormat::ByExtension;
         if (o.json && o.csv) throw CLI::ValidationError("--csv", "choose one of --json and --csv");
     } catch (const CLI::ParseError& e) {
         return app.exit(e, out, err) == 0 ? 0 : 1;

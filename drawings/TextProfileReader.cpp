@@ -278,22 +278,36 @@ class TextParser {
 // Below this size a text is read in one piece: a thread would cost more than it saves.
 constexpr std::size_t kSmallestSplitText = 4 << 20;
 
+// The Windows server's runtime has no standard threads (mingw-w64's win32 model): there the pieces
+// are read one after another.
+#if defined(__GLIBCXX__) && !defined(_GLIBCXX_HAS_GTHREADS)
+unsigned Cores() {
+    return 1;
+}
+void ReadPieces(const std::vector<std::string_view>& texts, std::vector<Piece>& pieces) {
+    for (std::size_t k = 0; k < texts.size(); ++k) pieces[k].Read(texts[k]);
+}
+#else
+unsigned Cores() {
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+void ReadPieces(const std::vector<std::string_view>& texts, std::vector<Piece>& pieces) {
+    std::vector<std::jthread> readers;
+    for (std::size_t k = 1; k < texts.size(); ++k) readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
+    pieces[0].Read(texts[0]);
+}
+#endif
+
 }  // namespace
 
 std::vector<DrawnProfile> ReadTextProfiles(std::string_view text, const std::string& sourceName,
                                            int pieceCount) {
     if (pieceCount <= 0) {
-        const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
-        pieceCount = text.size() < kSmallestSplitText ? 1 : static_cast<int>(std::min(cores, 8u));
+        pieceCount = text.size() < kSmallestSplitText ? 1 : static_cast<int>(std::min(Cores(), 8u));
     }
     const std::vector<std::string_view> texts = SplitAtLines(text, pieceCount);
     std::vector<Piece> pieces(texts.size());
-    {
-        std::vector<std::jthread> readers;
-        for (std::size_t k = 1; k < texts.size(); ++k)
-            readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
-        pieces[0].Read(texts[0]);
-    }
+    ReadPieces(texts, pieces);
     TextParser parser(sourceName);
     parser.Replay(pieces);
     return parser.Result();
