@@ -17,6 +17,7 @@ namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
+using test::Polyline;
 
 std::string Block(const std::string& name, double baseX, double baseY, const std::string& contents) {
     std::ostringstream b;
@@ -27,23 +28,6 @@ std::string Block(const std::string& name, double baseX, double baseY, const std
       << name << "\n"
       << contents << "0\nENDBLK\n";
     return b.str();
-}
-
-// A closed LWPOLYLINE; a vertex is x, y and an optional bulge; extra groups go before the vertices.
-std::string Polyline(const std::string& handle, const std::string& layer,
-                     const std::vector<std::vector<double>>& vertices, const std::string& extra = "") {
-    std::ostringstream e;
-    e.precision(17);
-    e << "0\nLWPOLYLINE\n5\n"
-      << handle << "\n8\n"
-      << layer << "\n"
-      << extra << "90\n"
-      << vertices.size() << "\n70\n1\n";
-    for (const auto& v : vertices) {
-        e << "10\n" << v[0] << "\n20\n" << v[1] << "\n";
-        if (v.size() > 2) e << "42\n" << v[2] << "\n";
-    }
-    return e.str();
 }
 
 std::string Insert(const std::string& handle, const std::string& layer, const std::string& block, double x,

@@ -2,7 +2,9 @@
 
 // Drawings the tests write.
 
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace tgp::test {
 
@@ -13,6 +15,23 @@ inline std::string Drawing(const std::string& entities, const std::string& block
     if (!header.empty()) d += "0\nSECTION\n2\nHEADER\n" + header + "0\nENDSEC\n";
     if (!blocks.empty()) d += "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n";
     return d + "0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
+}
+
+// A closed LWPOLYLINE; a vertex is x, y and an optional bulge; extra groups go before the vertices.
+inline std::string Polyline(const std::string& handle, const std::string& layer,
+                            const std::vector<std::vector<double>>& vertices, const std::string& extra = "") {
+    std::ostringstream e;
+    e.precision(17);
+    e << "0\nLWPOLYLINE\n5\n"
+      << handle << "\n8\n"
+      << layer << "\n"
+      << extra << "90\n"
+      << vertices.size() << "\n70\n1\n";
+    for (const auto& v : vertices) {
+        e << "10\n" << v[0] << "\n20\n" << v[1] << "\n";
+        if (v.size() > 2) e << "42\n" << v[2] << "\n";
+    }
+    return e.str();
 }
 
 }  // namespace tgp::test
