@@ -29,6 +29,7 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"Loop7s", __uuidof(::Loop7s), &CreateLoop7s},
     ClassEntry{L"UnitComboBox", __uuidof(::UnitComboBox), &CreateUnitComboBox},
     ClassEntry{L"HostBridge", __uuidof(::HostBridge), &CreateHostBridge},
+    ClassEntry{L"DrawingSections", __uuidof(::DrawingSections), &CreateDrawingSections},
 });
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "DispatchObject.h"
 #include "Out.h"
 #include "ProfileAdapters.h"
-#include "VariantEnumerator.h"
 #include "Variants.h"
 
 namespace tgp::automation {
@@ -58,23 +57,7 @@ class Loop7sAdapter final : public DispatchObject<::_Loop7s, ::Loop7s, tgp::Loop
         return Run([&] { native().Clear(); });
     }
     HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
-        return Run([&] {
-            std::vector<VARIANT> items;
-            for (const auto& loop : native().Loops()) {
-                ::_Loop7* object = nullptr;
-                const HRESULT hr = Wrap(loop, &object);
-                if (FAILED(hr)) {
-                    for (VARIANT& v : items) VariantClear(&v);
-                    Check(hr);
-                }
-                VARIANT item;
-                VariantInit(&item);
-                V_VT(&item) = VT_DISPATCH;
-                V_DISPATCH(&item) = object;
-                items.push_back(item);
-            }
-            Check(NewVariantEnumerator(std::move(items), &Out(result)));
-        });
+        return Run([&] { Check(NewObjectEnumerator<::_Loop7>(native().Loops(), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE Parent(long Index, ::_Loop7** result) override {
         return Run([&] { Check(Wrap(native().Parent(IndexOf(Index)), &Out(result))); });
