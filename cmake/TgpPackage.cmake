@@ -21,7 +21,7 @@ install(FILES ${PROJECT_BINARY_DIR}/TessaryGeometryProConfig.cmake ${PROJECT_BIN
 
 # pkg-config: static libraries, the later ones used by the earlier.
 set(tgp_pc_libs "")
-foreach(module IN ITEMS ui profiles geometry units core)
+foreach(module IN ITEMS ui drawings profiles geometry units core)
   if(TARGET tgp_${module})
     string(APPEND tgp_pc_libs " -ltgp_${module}")
   endif()
