@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "profiles/LoopDLine.h"
+
 namespace tgp::drawings {
 
 namespace {
@@ -125,107 +127,142 @@ std::string CountedTypes(const std::vector<DrawnEdge>& edges, const std::vector<
     return text;
 }
 
-}  // namespace
-
-std::vector<DrawnProfile> ChainEdges(
-    const std::vector<DrawnEdge>& edges,
-    const std::function<void(const DrawnEdge&, const std::string& why)>& unused) {
-    if (edges.empty()) return {};
-    double xmin = HUGE_VAL, ymin = HUGE_VAL, xmax = -HUGE_VAL, ymax = -HUGE_VAL;
+// The larger of the width and height of all the edges' vertices.
+double ExtentOf(const std::vector<DrawnEdge>& edges) {
+    SegmentBox box = SegmentBox::Empty();
     for (const DrawnEdge& e : edges) {
-        for (std::size_t i = 0; i + 1 < e.xy.size(); i += 2) {
-            xmin = std::min(xmin, e.xy[i]);
-            xmax = std::max(xmax, e.xy[i]);
-            ymin = std::min(ymin, e.xy[i + 1]);
-            ymax = std::max(ymax, e.xy[i + 1]);
+        for (std::size_t i = 0; i + 1 < e.xy.size(); i += 2)
+            box.Include({e.xy[i], e.xy[i + 1], e.xy[i], e.xy[i + 1]});
+    }
+    return std::max(box.xmax - box.xmin, box.ymax - box.ymin);
+}
+
+std::string EntityName(const DrawnEdge& edge) {
+    return edge.type + (edge.handle.empty() ? "" : " handle " + edge.handle) +
+           (edge.layer.empty() ? "" : " on layer " + edge.layer) +
+           (edge.approximate ? " (curves flattened)" : "");
+}
+
+// The edges as a graph: each edge's end nodes, the edges still at each node, and the edges used up.
+class EdgeGraph {
+  public:
+    using Unused = std::function<void(const DrawnEdge&, const std::string& why)>;
+
+    EdgeGraph(const std::vector<DrawnEdge>& edges, const Unused& unused)
+        : edges_(edges), unused_(unused), ends_(edges.size()), done_(edges.size(), false) {
+        Nodes nodes(kChainGap * ExtentOf(edges));
+        for (std::size_t i = 0; i < edges.size(); ++i)
+            ends_[i] = {nodes.At(edges[i].X0(), edges[i].Y0()), nodes.At(edges[i].X1(), edges[i].Y1())};
+        at_.resize(nodes.Count());
+        for (std::size_t i = 0; i < edges.size(); ++i) {
+            if (ends_[i].first == ends_[i].second) continue;
+            at_[static_cast<std::size_t>(ends_[i].first)].push_back(i);
+            at_[static_cast<std::size_t>(ends_[i].second)].push_back(i);
         }
     }
-    Nodes nodes(kChainGap * std::max(xmax - xmin, ymax - ymin));
-    std::vector<std::pair<int, int>> ends(edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        ends[i] = {nodes.At(edges[i].X0(), edges[i].Y0()), nodes.At(edges[i].X1(), edges[i].Y1())};
-    }
-    std::vector<std::vector<std::size_t>> at(nodes.Count());  // the edges at each node
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        if (ends[i].first == ends[i].second) continue;
-        at[static_cast<std::size_t>(ends[i].first)].push_back(i);
-        at[static_cast<std::size_t>(ends[i].second)].push_back(i);
-    }
-    std::vector<bool> done(edges.size(), false);
-    auto takeAway = [&](std::size_t e) {
-        done[e] = true;
-        unused(edges[e], "not part of a closed outline");
-        for (int end : {ends[e].first, ends[e].second}) {
-            auto& list = at[static_cast<std::size_t>(end)];
-            list.erase(std::remove(list.begin(), list.end(), e), list.end());
-        }
-    };
+
     // Lines that end in the open (centre marks, extension lines) are not part of an outline, nor is
     // what only they connect; neither are lines that merely join two outlines (a leader from a hole
     // to a corner): every edge on no cycle at all goes, then what that leaves dangling.
-    for (;;) {
-        PruneDangling(at, ends, takeAway);
-        const std::vector<std::size_t> bridges = Bridges(at, ends);
-        if (bridges.empty()) break;
-        for (std::size_t e : bridges) takeAway(e);
-    }
-    std::vector<DrawnProfile> outlines;
-    for (std::size_t first = 0; first < edges.size(); ++first) {
-        if (done[first]) continue;
-        done[first] = true;
-        if (ends[first].first == ends[first].second) {
-            // An edge that comes back to where it starts (a whole ellipse drawn as an arc) is an
-            // outline by itself; a single segment doing so has no length.
-            if (edges[first].bulges.size() > 1) {
-                DrawnProfile p;
-                const DrawnEdge& edge = edges[first];
-                for (std::size_t k = 0; k < edge.bulges.size(); ++k)
-                    p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
-                if (edge.curve) {
-                    p.curves = {*edge.curve};
-                    p.curveOf.assign(edge.bulges.size(), 0);
-                }
-                p.type = edge.type;
-                p.handle = edge.handle;
-                p.layer = edge.layer;
-                p.name = edge.type + (edge.handle.empty() ? "" : " handle " + edge.handle) +
-                         (edge.layer.empty() ? "" : " on layer " + edge.layer) +
-                         (edge.approximate ? " (curves flattened)" : "");
-                outlines.push_back(std::move(p));
-            } else {
-                unused(edges[first], "of no length");
-            }
-            continue;
+    void TakeAwayOpenEdges() {
+        const auto takeAway = [this](std::size_t e) { TakeAway(e); };
+        for (;;) {
+            PruneDangling(at_, ends_, takeAway);
+            const std::vector<std::size_t> bridges = Bridges(at_, ends_);
+            if (bridges.empty()) break;
+            for (std::size_t e : bridges) TakeAway(e);
         }
-        // Walk on from the end of the first edge until the walk comes back to its start.
-        std::vector<std::pair<std::size_t, bool>> chain{{first, true}};  // edge, travelled forwards
-        const int start = ends[first].first;
-        int node = ends[first].second;
-        std::size_t current = first;
+    }
+
+    // The outlines in the order of their first edge.
+    std::vector<DrawnProfile> Outlines() {
+        std::vector<DrawnProfile> outlines;
+        for (std::size_t first = 0; first < edges_.size(); ++first) {
+            if (done_[first]) continue;
+            done_[first] = true;
+            if (ends_[first].first == ends_[first].second) {
+                if (auto outline = OutlineOfItself(edges_[first])) outlines.push_back(std::move(*outline));
+                continue;
+            }
+            const Chain chain = Walk(first);
+            if (!chain.closed) {
+                for (const auto& [e, forwards] : chain.edges)
+                    unused_(edges_[e], "not part of a closed outline");
+                continue;
+            }
+            outlines.push_back(OutlineOf(chain));
+        }
+        return outlines;
+    }
+
+  private:
+    struct Chain {
+        std::vector<std::pair<std::size_t, bool>> edges;  // edge, travelled forwards
         bool closed = false;
-        while (at[static_cast<std::size_t>(node)].size() == 2) {
-            const auto& pair = at[static_cast<std::size_t>(node)];
+    };
+
+    void TakeAway(std::size_t e) {
+        done_[e] = true;
+        unused_(edges_[e], "not part of a closed outline");
+        for (int end : {ends_[e].first, ends_[e].second}) {
+            auto& list = at_[static_cast<std::size_t>(end)];
+            list.erase(std::remove(list.begin(), list.end(), e), list.end());
+        }
+    }
+
+    // An edge that comes back to where it starts (a whole ellipse drawn as an arc) is an outline by
+    // itself; a single segment doing so has no length.
+    std::optional<DrawnProfile> OutlineOfItself(const DrawnEdge& edge) {
+        if (edge.bulges.size() <= 1) {
+            unused_(edge, "of no length");
+            return std::nullopt;
+        }
+        DrawnProfile p;
+        for (std::size_t k = 0; k < edge.bulges.size(); ++k)
+            p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
+        if (edge.curve) {
+            p.curves = {*edge.curve};
+            p.curveOf.assign(edge.bulges.size(), 0);
+        }
+        p.type = edge.type;
+        p.handle = edge.handle;
+        p.layer = edge.layer;
+        p.name = EntityName(edge);
+        return p;
+    }
+
+    // Walks on from the end of the first edge until the walk comes back to its start, or reaches a
+    // node where other than two edges meet.
+    Chain Walk(std::size_t first) {
+        Chain chain{{{first, true}}};
+        const int start = ends_[first].first;
+        int node = ends_[first].second;
+        std::size_t current = first;
+        while (at_[static_cast<std::size_t>(node)].size() == 2) {
+            const auto& pair = at_[static_cast<std::size_t>(node)];
             const std::size_t next = pair[0] == current ? pair[1] : pair[0];
             if (node == start) {
-                closed = next == first;
+                chain.closed = next == first;
                 break;
             }
-            if (done[next]) break;
-            done[next] = true;
-            const bool forwards = ends[next].first == node;
-            chain.emplace_back(next, forwards);
-            node = forwards ? ends[next].second : ends[next].first;
+            if (done_[next]) break;
+            done_[next] = true;
+            const bool forwards = ends_[next].first == node;
+            chain.edges.emplace_back(next, forwards);
+            node = forwards ? ends_[next].second : ends_[next].first;
             current = next;
         }
-        if (!closed) {
-            for (const auto& [e, forwards] : chain) unused(edges[e], "not part of a closed outline");
-            continue;
-        }
+        return chain;
+    }
+
+    // A closed chain as an outline in the order of travel: an edge travelled backwards has its
+    // vertices reversed and its bulges negated. Named after its first edge's entity.
+    DrawnProfile OutlineOf(const Chain& chain) const {
         DrawnProfile p;
         std::vector<std::size_t> members;
         bool approximate = false;
-        for (const auto& [e, forwards] : chain) {
-            const DrawnEdge& edge = edges[e];
+        for (const auto& [e, forwards] : chain.edges) {
+            const DrawnEdge& edge = edges_[e];
             const std::size_t segments = edge.bulges.size();
             const int curve = edge.curve ? static_cast<int>(p.curves.size()) : -1;
             if (edge.curve) p.curves.push_back(forwards ? *edge.curve : edge.curve->Reversed());
@@ -239,17 +276,33 @@ std::vector<DrawnProfile> ChainEdges(
             approximate = approximate || edge.approximate;
         }
         if (p.curves.empty()) p.curveOf.clear();
-        const DrawnEdge& lead = edges[first];
+        const DrawnEdge& lead = edges_[chain.edges.front().first];
         p.type = lead.type;
         p.handle = lead.handle;
         p.layer = lead.layer;
-        p.name = "outline of " + CountedTypes(edges, members) +
+        p.name = "outline of " + CountedTypes(edges_, members) +
                  (lead.layer.empty() ? "" : " on layer " + lead.layer) +
                  (lead.handle.empty() ? "" : ", from " + lead.type + " handle " + lead.handle) +
                  (approximate ? " (curves flattened)" : "");
-        outlines.push_back(std::move(p));
+        return p;
     }
-    return outlines;
+
+    const std::vector<DrawnEdge>& edges_;
+    const Unused& unused_;
+    Ends ends_;
+    Incidence at_;  // the edges at each node
+    std::vector<bool> done_;
+};
+
+}  // namespace
+
+std::vector<DrawnProfile> ChainEdges(
+    const std::vector<DrawnEdge>& edges,
+    const std::function<void(const DrawnEdge&, const std::string& why)>& unused) {
+    if (edges.empty()) return {};
+    EdgeGraph graph(edges, unused);
+    graph.TakeAwayOpenEdges();
+    return graph.Outlines();
 }
 
 }  // namespace tgp::drawings
