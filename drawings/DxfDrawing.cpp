@@ -425,7 +425,7 @@ class Parser {
     // ellipse is an outline; an arc of it a piece for chaining.
     static DxfShape EllipseShape(Entity e) {
         DxfShape s = std::move(e.shape);
-        const Direction n = s.extrusion;
+        const Point3 n = s.extrusion;
         s.extrusion = {0, 0, 1};
         const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
         if (!(length > 0) || std::hypot(n[0], n[1]) > 1e-10 * length) {
@@ -463,7 +463,7 @@ class Parser {
             s.problem = "does not lie flat in a plane parallel to XY";
             return s;
         }
-        const std::vector<std::array<double, 2>> points = FlattenSpline(e.spline);
+        const std::vector<Point3> points = FlattenSpline(e.spline);
         if (points.size() < 2) {
             s.problem = "has too few control points to draw";
             return s;

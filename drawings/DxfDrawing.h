@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -10,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/Point3.h"
 #include "profiles/EllipticArc.h"
 
 namespace tgp::drawings {
@@ -17,15 +17,12 @@ namespace tgp::drawings {
 // What a DXF drawing holds that can make profiles, as drawn: each outline in its entity's own
 // coordinate system (OCS), block references with their placement, and block definitions.
 
-// An extrusion direction (group codes 210, 220, 230): the normal of an entity's plane.
-using Direction = std::array<double, 3>;
-
 // A closed-outline candidate: a polyline's vertices and bulges, or a circle as two half arcs.
 // (Kept to 256 bytes: a drawing of many outlines holds one per entity while it is read.)
 struct DxfShape {
     std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE, ARC, SPLINE, ELLIPSE or HATCH
     std::string handle, layer;
-    Direction extrusion{0, 0, 1};
+    Point3 extrusion{0, 0, 1};  // group codes 210, 220, 230: the normal of the entity's plane
     std::vector<double> xy, bulges;
     // An elliptic arc: with followsEllipse the whole shape follows it (an ELLIPSE or a hatch's
     // elliptic edge; xy and bulges are arcs through its points); otherwise it is a CIRCLE or ARC as
@@ -49,7 +46,7 @@ struct DxfShape {
 struct DxfInsert {
     std::string block, handle, layer;
     bool paperSpace = false;
-    Direction extrusion{0, 0, 1};
+    Point3 extrusion{0, 0, 1};  // group codes 210, 220, 230: the normal of the entity's plane
     std::size_t line = 0;
     double x = 0, y = 0, z = 0;
     double sx = 1, sy = 1, sz = 1;

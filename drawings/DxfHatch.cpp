@@ -127,7 +127,7 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
             EllipticArc arc{e.x, e.y, e.radius, 0, 0, e.radius, a0, a1};
             if (!e.counterClockwise) arc = arc.Reversed();
             piece.ellipse = std::make_shared<const EllipticArc>(arc);
-            const PlanePoint p = arc.At(arc.t0), q = arc.At(arc.t1);
+            const Point3 p = arc.At(arc.t0), q = arc.At(arc.t1);
             piece.xy = {p[0], p[1], q[0], q[1]};
             piece.bulges = {(e.counterClockwise ? 1 : -1) * std::tan(sweep * kDegree / 4), 0};
             piece.closed = sweep >= 360;

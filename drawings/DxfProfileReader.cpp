@@ -42,7 +42,7 @@ Affine Rotation(double degrees) {
 
 // The plane map from an entity's own coordinate system into world x and y, by the arbitrary-axis
 // rule of the DXF format; nothing for a plane that is not parallel to world XY.
-std::optional<Affine> FromOcs(const Direction& n) {
+std::optional<Affine> FromOcs(const Point3& n) {
     const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
     if (!(length > 0) || std::hypot(n[0], n[1]) > 1e-10 * length) return std::nullopt;
     // Ax = Wy x N for a normal along z; Ay = N x Ax: a normal of (0, 0, -1) mirrors x.
@@ -184,7 +184,7 @@ class Resolver {
 
     // A shape in world coordinates through its plane's coordinate system and the block references
     // around it, named after its entity.
-    DrawnProfile Placed(DxfShape& shape, const Direction& extrusion, const Context& context,
+    DrawnProfile Placed(DxfShape& shape, const Point3& extrusion, const Context& context,
                         const std::string& layer, bool last = false) {
         DrawnProfile p;
         p.type = shape.type;
@@ -296,7 +296,7 @@ class Resolver {
         const std::vector<double> arcs = ArcsAlong(curve, ArcPieces(curve));
         for (std::size_t i = 0; i + 2 < arcs.size(); i += 3) p.Add(arcs[i], arcs[i + 1], arcs[i + 2]);
         if (piece) {
-            const PlanePoint end = curve.At(curve.t1);
+            const Point3 end = curve.At(curve.t1);
             p.Add(end[0], end[1], 0);
         }
         p.curves = {curve};

@@ -72,7 +72,7 @@ LoopDLine SegmentOf(const DrawnProfile& p, std::size_t k) {
 // of the circular arcs that stand for them, about the outline's mean vertex as a loop takes them.
 std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
     const std::size_t n = p.VertexCount();
-    PlanePoint O{0, 0, 0};
+    Point3 O{0, 0, 0};
     for (std::size_t k = 0; k < n; ++k) O = Plus(O, {p.xy[2 * k], p.xy[2 * k + 1], 0});
     O = Scaled(O, 1.0 / static_cast<double>(n));
     SegmentIntegrals sum;

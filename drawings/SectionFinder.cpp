@@ -21,7 +21,7 @@ struct BuiltLoop {
     std::string error;
 };
 
-std::string PointText(const PlanePoint& p) {
+std::string PointText(const Point3& p) {
     return " at (" + FormatNumber(p[0]) + ", " + FormatNumber(p[1]) + ")";
 }
 

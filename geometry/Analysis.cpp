@@ -11,8 +11,8 @@ namespace tgp {
 namespace {
 
 // The direction from a to b of a line; a line whose two points coincide has none.
-V3 LineDirection(const V3& a, const V3& b, const char* member) {
-    const V3 d = b - a;
+Point3 LineDirection(const Point3& a, const Point3& b, const char* member) {
+    const Point3 d = b - a;
     if (d.x == 0 && d.y == 0 && d.z == 0)
         ThrowLibraryError(std::string(member) + " fails: the line's two points coincide");
     return d;
@@ -20,24 +20,24 @@ V3 LineDirection(const V3& a, const V3& b, const char* member) {
 
 // The unit normal of the plane through three points (NormalVector's rule and failure), plane points
 // taken with z = 0.
-V3 PlaneNormal(const Point& A, const Point& b, const Point& C, const char* member) {
-    const Point n = Geometry::NormalVector(ReadV3(A, member).ToPoint(), ReadV3(b, member).ToPoint(),
-                                           ReadV3(C, member).ToPoint());
+Point3 PlaneNormal(const Point& A, const Point& b, const Point& C, const char* member) {
+    const Point n = Geometry::NormalVector(ToPoint(ReadPoint3(A, member)), ToPoint(ReadPoint3(b, member)),
+                                           ToPoint(ReadPoint3(C, member)));
     return {n[0], n[1], n[2]};
 }
 
 // Angle between two directions taken as lines (no orientation): in [0, pi/2].
-double LineAngle(const V3& u, const V3& v) {
+double LineAngle(const Point3& u, const Point3& v) {
     return std::atan2(u.Cross(v).Length(), std::fabs(u.Dot(v)));
 }
 
 // Sine of the angle between two directions.
-double Sine(const V3& u, const V3& v) {
+double Sine(const Point3& u, const Point3& v) {
     return u.Cross(v).Length() / (u.Length() * v.Length());
 }
 
 // Distance of p from the plane through `on` with unit normal n.
-double PlaneDistance(const V3& p, const V3& on, const V3& n) {
+double PlaneDistance(const Point3& p, const Point3& on, const Point3& n) {
     return std::fabs((p - on).Dot(n));
 }
 
@@ -45,9 +45,9 @@ double PlaneDistance(const V3& p, const V3& on, const V3& n) {
 
 TriPointsAnalysis Analysis::TriPoints(const Point& P1, const Point& P2, const Point& P3) {
     constexpr const char* member = "Analyse_TriPoints";
-    const V3 a = ReadV3(P1, member), b = ReadV3(P2, member), c = ReadV3(P3, member);
+    const Point3 a = ReadPoint3(P1, member), b = ReadPoint3(P2, member), c = ReadPoint3(P3, member);
     const double tolerance = kAnalysisTolerance * Extent({a, b, c});
-    const V3 cross = (b - a).Cross(c - a);
+    const Point3 cross = (b - a).Cross(c - a);
     const double sides[] = {(b - a).Length(), (c - b).Length(), (a - c).Length()};
     int coincident = 0;
     for (double side : sides) coincident += side <= tolerance ? 1 : 0;
@@ -63,7 +63,7 @@ TriPointsAnalysis Analysis::TriPoints(const Point& P1, const Point& P2, const Po
         r.result = A3P_Collinear;  // the triangle's least height is within the tolerance
         r.desc = "The three points lie on one line";
     } else {
-        r.normal = (cross * (1 / cross.Length())).ToPoint();
+        r.normal = ToPoint(cross * (1 / cross.Length()));
         r.desc = "The three points form a triangle";
         return r;
     }
@@ -73,13 +73,13 @@ TriPointsAnalysis Analysis::TriPoints(const Point& P1, const Point& P2, const Po
 
 PointLineAnalysis Analysis::PointLine(const Point& P, const Point& A, const Point& b) {
     constexpr const char* member = "Analyse_Point_Line";
-    const V3 p = ReadV3(P, member), a = ReadV3(A, member), e = ReadV3(b, member);
-    const V3 d = LineDirection(a, e, member);
+    const Point3 p = ReadPoint3(P, member), a = ReadPoint3(A, member), e = ReadPoint3(b, member);
+    const Point3 d = LineDirection(a, e, member);
     const double t = (p - a).Dot(d) / d.Dot(d);
-    const V3 foot = a + d * t;
+    const Point3 foot = a + d * t;
     PointLineAnalysis r{};
     r.distance = (p - foot).Length();
-    r.foot = foot.ToPoint();
+    r.foot = ToPoint(foot);
     r.parameter = t;
     r.onLine = r.distance <= kAnalysisTolerance * Extent({p, a, e});
     r.between = t >= -kAnalysisTolerance && t <= 1 + kAnalysisTolerance;
@@ -119,10 +119,10 @@ PointPlaneAnalysis Analysis::PointPlane(const Point& P, const Point& A, const Po
 LinePlaneAnalysis Analysis::LinePlane(const Point& A, const Point& b, const Point& P1, const Point& P2,
                                       const Point& P3) {
     constexpr const char* member = "Analyse_Line_Plane";
-    const V3 a = ReadV3(A, member), e = ReadV3(b, member), q = ReadV3(P1, member);
-    const V3 d = LineDirection(a, e, member);
-    const V3 n = PlaneNormal(P1, P2, P3, member);
-    const double scale = Extent({a, e, q, ReadV3(P2, member), ReadV3(P3, member)});
+    const Point3 a = ReadPoint3(A, member), e = ReadPoint3(b, member), q = ReadPoint3(P1, member);
+    const Point3 d = LineDirection(a, e, member);
+    const Point3 n = PlaneNormal(P1, P2, P3, member);
+    const double scale = Extent({a, e, q, ReadPoint3(P2, member), ReadPoint3(P3, member)});
     LinePlaneAnalysis r{};
     r.angle = std::atan2(std::fabs(d.Dot(n)), d.Cross(n).Length());
     if (std::fabs(d.Dot(n)) / d.Length() <= kAnalysisTolerance) {
@@ -132,7 +132,7 @@ LinePlaneAnalysis Analysis::LinePlane(const Point& A, const Point& b, const Poin
         return r;
     }
     r.parameter = (q - a).Dot(n) / d.Dot(n);
-    r.crossPoint = (a + d * r.parameter).ToPoint();
+    r.crossPoint = ToPoint(a + d * r.parameter);
     r.result = APlane_LineCrossing;
     r.desc = "The line crosses the plane";
     return r;
@@ -140,16 +140,17 @@ LinePlaneAnalysis Analysis::LinePlane(const Point& A, const Point& b, const Poin
 
 LineLineAnalysis Analysis::LineLine(const Point& A, const Point& b, const Point& C, const Point& D) {
     constexpr const char* member = "Analyse_Line_Line";
-    const V3 a = ReadV3(A, member), e = ReadV3(b, member), c = ReadV3(C, member), f = ReadV3(D, member);
-    const V3 d1 = LineDirection(a, e, member), d2 = LineDirection(c, f, member);
+    const Point3 a = ReadPoint3(A, member), e = ReadPoint3(b, member), c = ReadPoint3(C, member),
+                 f = ReadPoint3(D, member);
+    const Point3 d1 = LineDirection(a, e, member), d2 = LineDirection(c, f, member);
     const double tolerance = kAnalysisTolerance * Extent({a, e, c, f});
     LineLineAnalysis r{};
     r.angle = LineAngle(d1, d2);
     if (Sine(d1, d2) <= kAnalysisTolerance) {
         // Parallel: a's foot on the second line gives the pair of closest points.
-        const V3 foot = c + d2 * ((a - c).Dot(d2) / d2.Dot(d2));
-        r.onFirst = a.ToPoint();
-        r.onSecond = foot.ToPoint();
+        const Point3 foot = c + d2 * ((a - c).Dot(d2) / d2.Dot(d2));
+        r.onFirst = ToPoint(a);
+        r.onSecond = ToPoint(foot);
         r.distance = (a - foot).Length();
         const bool same = r.distance <= tolerance;
         r.result = same ? A2L_SameLine : A2L_Parallel;
@@ -157,18 +158,18 @@ LineLineAnalysis Analysis::LineLine(const Point& A, const Point& b, const Point&
         return r;
     }
     // The closest points a + s d1 and c + t d2: their joining vector is normal to both lines.
-    const V3 w = a - c;
+    const Point3 w = a - c;
     const double aa = d1.Dot(d1), ab = d1.Dot(d2), bb = d2.Dot(d2), aw = d1.Dot(w), bw = d2.Dot(w);
     const double denominator = aa * bb - ab * ab;
     const double s = (ab * bw - bb * aw) / denominator;
     const double t = (aa * bw - ab * aw) / denominator;
-    const V3 p1 = a + d1 * s, p2 = c + d2 * t;
-    r.onFirst = p1.ToPoint();
-    r.onSecond = p2.ToPoint();
+    const Point3 p1 = a + d1 * s, p2 = c + d2 * t;
+    r.onFirst = ToPoint(p1);
+    r.onSecond = ToPoint(p2);
     r.distance = (p1 - p2).Length();
     if (r.distance <= tolerance) {
         r.result = A2L_Intersecting;
-        r.intersection = ((p1 + p2) * 0.5).ToPoint();
+        r.intersection = ToPoint((p1 + p2) * 0.5);
         r.desc = "The two lines intersect";
     } else {
         r.result = A2L_Skew;
@@ -180,13 +181,13 @@ LineLineAnalysis Analysis::LineLine(const Point& A, const Point& b, const Point&
 PlanePlaneAnalysis Analysis::PlanePlane(const Point& A1, const Point& b1, const Point& C1, const Point& A2,
                                         const Point& b2, const Point& C2) {
     constexpr const char* member = "Analyse_Plane_Plane";
-    const V3 a1 = ReadV3(A1, member), a2 = ReadV3(A2, member);
-    const double scale =
-        Extent({a1, ReadV3(b1, member), ReadV3(C1, member), a2, ReadV3(b2, member), ReadV3(C2, member)});
-    const V3 n1 = PlaneNormal(A1, b1, C1, member), n2 = PlaneNormal(A2, b2, C2, member);
+    const Point3 a1 = ReadPoint3(A1, member), a2 = ReadPoint3(A2, member);
+    const double scale = Extent({a1, ReadPoint3(b1, member), ReadPoint3(C1, member), a2,
+                                 ReadPoint3(b2, member), ReadPoint3(C2, member)});
+    const Point3 n1 = PlaneNormal(A1, b1, C1, member), n2 = PlaneNormal(A2, b2, C2, member);
     PlanePlaneAnalysis r{};
     r.angle = LineAngle(n1, n2);
-    const V3 along = n1.Cross(n2);
+    const Point3 along = n1.Cross(n2);
     if (along.Length() <= kAnalysisTolerance) {
         r.distance = PlaneDistance(a2, a1, n1);
         const bool same = r.distance <= kAnalysisTolerance * scale;
@@ -195,11 +196,11 @@ PlanePlaneAnalysis Analysis::PlanePlane(const Point& A1, const Point& b1, const 
         return r;
     }
     // The point p with n1.p = n1.a1, n2.p = n2.a2 and u.p = u.a1, by Cramer's rule in vector form.
-    const V3 u = along * (1 / along.Length());
+    const Point3 u = along * (1 / along.Length());
     const double h1 = n1.Dot(a1), h2 = n2.Dot(a2), h3 = u.Dot(a1);
-    const V3 p = (n2.Cross(u) * h1 + u.Cross(n1) * h2 + n1.Cross(n2) * h3) * (1 / n1.Dot(n2.Cross(u)));
-    r.linePoint = p.ToPoint();
-    r.lineDirection = u.ToPoint();
+    const Point3 p = (n2.Cross(u) * h1 + u.Cross(n1) * h2 + n1.Cross(n2) * h3) * (1 / n1.Dot(n2.Cross(u)));
+    r.linePoint = ToPoint(p);
+    r.lineDirection = ToPoint(u);
     r.result = APlane_PlanesCrossing;
     r.desc = "The two planes cross in a line";
     return r;

@@ -29,7 +29,7 @@ double HalfChord(double r, double h) {
 
 CircleIntersection Circles::LineCircle(const Point& A, const Point& b, const Point& Center, double Radius) {
     constexpr const char* member = "Intersect_Line_Circle";
-    const V3 a = ReadV3(A, member), e = ReadV3(b, member), c = ReadV3(Center, member);
+    const Point3 a = ReadPoint3(A, member), e = ReadPoint3(b, member), c = ReadPoint3(Center, member);
     const double r = CheckRadius(Radius, member);
     const double dx = e.x - a.x, dy = e.y - a.y;
     const double squared = dx * dx + dy * dy;
@@ -54,7 +54,7 @@ CircleIntersection Circles::LineCircle(const Point& A, const Point& b, const Poi
 CircleIntersection Circles::CircleCircle(const Point& Center1, double Radius1, const Point& Center2,
                                          double Radius2) {
     constexpr const char* member = "Intersect_Circle_Circle";
-    const V3 c1 = ReadV3(Center1, member), c2 = ReadV3(Center2, member);
+    const Point3 c1 = ReadPoint3(Center1, member), c2 = ReadPoint3(Center2, member);
     const double r1 = CheckRadius(Radius1, member), r2 = CheckRadius(Radius2, member);
     const double tolerance = kAnalysisTolerance * std::max(r1, r2);
     const double dx = c2.x - c1.x, dy = c2.y - c1.y;
@@ -90,11 +90,11 @@ bool Circles::Through3Points(const Point& P1, const Point& P2, const Point& P3, 
     Radius = 0;
     if (Analysis::TriPoints(P1, P2, P3).result != A3P_Triangle) return false;
     constexpr const char* member = "Circle_3Points";
-    const V3 p = ReadV3(P1, member), q = ReadV3(P2, member), s = ReadV3(P3, member);
+    const Point3 p = ReadPoint3(P1, member), q = ReadPoint3(P2, member), s = ReadPoint3(P3, member);
     // With a = p - s and b = q - s: centre = s + ((|a|^2 b - |b|^2 a) x (a x b)) / (2 |a x b|^2).
-    const V3 a = p - s, b = q - s, n = a.Cross(b);
-    const V3 offset = (b * a.Dot(a) - a * b.Dot(b)).Cross(n) * (1 / (2 * n.Dot(n)));
-    Center = (s + offset).ToPoint();
+    const Point3 a = p - s, b = q - s, n = a.Cross(b);
+    const Point3 offset = (b * a.Dot(a) - a * b.Dot(b)).Cross(n) * (1 / (2 * n.Dot(n)));
+    Center = ToPoint(s + offset);
     Radius = offset.Length();
     return true;
 }

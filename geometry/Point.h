@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/Error.h"
+#include "core/Point3.h"
 
 namespace tgp {
 
@@ -21,6 +22,11 @@ inline double Element(const Point& p, std::size_t i) {
 inline double& Element(Point& p, std::size_t i) {
     if (i >= p.size()) throw Error::SubscriptOutOfRange();
     return p[i];
+}
+
+// A fixed point as a point array of three elements.
+inline Point ToPoint(const Point3& p) {
+    return {p.x, p.y, p.z};
 }
 
 }  // namespace tgp

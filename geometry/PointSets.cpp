@@ -10,55 +10,55 @@
 namespace tgp {
 namespace {
 
-std::vector<V3> ReadAll(const PointList& points, const char* member) {
+std::vector<Point3> ReadAll(const PointList& points, const char* member) {
     if (points.empty()) ThrowLibraryError(std::string(member) + " fails: the list holds no points");
-    std::vector<V3> read;
+    std::vector<Point3> read;
     read.reserve(points.size());
-    for (const Point& p : points) read.push_back(ReadV3(p, member));
+    for (const Point& p : points) read.push_back(ReadPoint3(p, member));
     return read;
 }
 
 // Twice the signed area of o, a, b: positive when they turn counter-clockwise.
-double Turn(const V3& o, const V3& a, const V3& b) {
+double Turn(const Point3& o, const Point3& a, const Point3& b) {
     return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x);
 }
 
 }  // namespace
 
 void PointSets::BoundingBox(const PointList& Points, Point& MinPoint, Point& MaxPoint) {
-    const std::vector<V3> points = ReadAll(Points, "Points_BoundingBox");
-    V3 lo = points.front(), hi = lo;
-    for (const V3& p : points) {
+    const std::vector<Point3> points = ReadAll(Points, "Points_BoundingBox");
+    Point3 lo = points.front(), hi = lo;
+    for (const Point3& p : points) {
         lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
         hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
     }
-    MinPoint = lo.ToPoint();
-    MaxPoint = hi.ToPoint();
+    MinPoint = ToPoint(lo);
+    MaxPoint = ToPoint(hi);
 }
 
 Point PointSets::Centroid(const PointList& Points) {
-    const std::vector<V3> points = ReadAll(Points, "Points_Centroid");
-    const V3 sum = std::accumulate(points.begin(), points.end(), V3{});
-    return CheckAllFinite((sum * (1.0 / static_cast<double>(points.size()))).ToPoint());
+    const std::vector<Point3> points = ReadAll(Points, "Points_Centroid");
+    const Point3 sum = std::accumulate(points.begin(), points.end(), Point3{});
+    return CheckAllFinite(ToPoint(sum * (1.0 / static_cast<double>(points.size()))));
 }
 
 PointList PointSets::ConvexHull(const PointList& Points) {
-    std::vector<V3> points = ReadAll(Points, "Points_ConvexHull");
-    for (V3& p : points) p.z = 0;
+    std::vector<Point3> points = ReadAll(Points, "Points_ConvexHull");
+    for (Point3& p : points) p.z = 0;
     std::sort(points.begin(), points.end(),
-              [](const V3& a, const V3& b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+              [](const Point3& a, const Point3& b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
     points.erase(std::unique(points.begin(), points.end(),
-                             [](const V3& a, const V3& b) { return a.x == b.x && a.y == b.y; }),
+                             [](const Point3& a, const Point3& b) { return a.x == b.x && a.y == b.y; }),
                  points.end());
     if (points.size() < 3) {
         PointList ends;
-        for (const V3& p : points) ends.push_back(p.ToPoint());
+        for (const Point3& p : points) ends.push_back(ToPoint(p));
         return ends;
     }
     // Andrew's monotone chain: the lower hull left to right, then the upper hull back.
-    std::vector<V3> hull(2 * points.size());
+    std::vector<Point3> hull(2 * points.size());
     std::size_t k = 0;
-    for (const V3& p : points) {
+    for (const Point3& p : points) {
         while (k >= 2 && Turn(hull[k - 2], hull[k - 1], p) <= 0) --k;
         hull[k++] = p;
     }
@@ -68,14 +68,14 @@ PointList PointSets::ConvexHull(const PointList& Points) {
     }
     hull.resize(k - 1);  // the last point is the first again
     PointList corners;
-    for (const V3& p : hull) corners.push_back(p.ToPoint());
+    for (const Point3& p : hull) corners.push_back(ToPoint(p));
     return corners;
 }
 
 Point PointSets::Nearest(const PointList& Points, const Point& P, std::size_t& Index) {
     constexpr const char* member = "Points_Nearest";
-    const std::vector<V3> points = ReadAll(Points, member);
-    const V3 target = ReadV3(P, member);
+    const std::vector<Point3> points = ReadAll(Points, member);
+    const Point3 target = ReadPoint3(P, member);
     Index = 0;
     double best = (points[0] - target).Length();
     for (std::size_t i = 1; i < points.size(); ++i) {
@@ -85,13 +85,13 @@ Point PointSets::Nearest(const PointList& Points, const Point& P, std::size_t& I
             Index = i;
         }
     }
-    return points[Index].ToPoint();
+    return ToPoint(points[Index]);
 }
 
 PointList PointSets::SortAlong(const PointList& Points, const Point& Direction) {
     constexpr const char* member = "Points_SortAlong";
-    const std::vector<V3> points = ReadAll(Points, member);
-    const V3 direction = ReadV3(Direction, member);
+    const std::vector<Point3> points = ReadAll(Points, member);
+    const Point3 direction = ReadPoint3(Direction, member);
     if (direction.Length() == 0)
         ThrowLibraryError(std::string(member) + " fails: the direction is a zero vector");
     std::vector<std::size_t> order(points.size());
@@ -101,15 +101,15 @@ PointList PointSets::SortAlong(const PointList& Points, const Point& Direction) 
     });
     PointList sorted;
     sorted.reserve(order.size());
-    for (std::size_t i : order) sorted.push_back(points[i].ToPoint());
+    for (std::size_t i : order) sorted.push_back(ToPoint(points[i]));
     return sorted;
 }
 
 Point PointSets::InterpolatePoint(const Point& A, const Point& b, double t) {
     constexpr const char* member = "Interpolate_Point";
     if (!std::isfinite(t)) throw Error::InvalidProcedureCall();
-    const V3 a = ReadV3(A, member), e = ReadV3(b, member);
-    return CheckAllFinite((a + (e - a) * t).ToPoint());
+    const Point3 a = ReadPoint3(A, member), e = ReadPoint3(b, member);
+    return CheckAllFinite(ToPoint(a + (e - a) * t));
 }
 
 double PointSets::InterpolateTable(double X, const std::vector<double>& Xs, const std::vector<double>& Ys,

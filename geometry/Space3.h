@@ -1,6 +1,6 @@
 #pragma once
-// A fixed three-component vector for the toolbox's arithmetic (analysis, circles, transformations),
-// read from a point array of two or three finite coordinates.
+// The toolbox's arithmetic (analysis, circles, transformations) on fixed points read from point arrays
+// of two or three finite coordinates.
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -10,20 +10,8 @@
 
 namespace tgp {
 
-struct V3 {
-    double x = 0, y = 0, z = 0;
-
-    V3 operator+(const V3& o) const { return {x + o.x, y + o.y, z + o.z}; }
-    V3 operator-(const V3& o) const { return {x - o.x, y - o.y, z - o.z}; }
-    V3 operator*(double k) const { return {x * k, y * k, z * k}; }
-    double Dot(const V3& o) const { return x * o.x + y * o.y + z * o.z; }
-    V3 Cross(const V3& o) const { return {y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x}; }
-    double Length() const { return std::hypot(x, y, z); }
-    Point ToPoint() const { return {x, y, z}; }
-};
-
 // Reads a point of two or three finite coordinates; anything else raises 2411 naming the member.
-inline V3 ReadV3(const Point& p, const char* member) {
+inline Point3 ReadPoint3(const Point& p, const char* member) {
     if (p.size() < 2 || p.size() > 3)
         ThrowLibraryError(std::string(member) + " fails: a point needs two or three coordinates");
     for (double v : p)
@@ -33,7 +21,7 @@ inline V3 ReadV3(const Point& p, const char* member) {
 
 // The largest distance between two of the points: the scale the toolbox's length tolerance is
 // relative to, so a result does not change when a drawing is scaled or moved.
-inline double Extent(std::initializer_list<V3> points) {
+inline double Extent(std::initializer_list<Point3> points) {
     double largest = 0;
     for (auto p = points.begin(); p != points.end(); ++p)
         for (auto q = p + 1; q != points.end(); ++q) largest = std::max(largest, (*p - *q).Length());

@@ -7,8 +7,6 @@ namespace tgp {
 
 namespace {
 
-using Point = std::array<double, 2>;
-
 // Clamped uniform knots for n control points of the given degree.
 std::vector<double> ClampedKnots(std::size_t n, int degree) {
     std::vector<double> knots;
@@ -41,12 +39,12 @@ class Curve {
     }
 
     // de Boor's algorithm on the weighted control points.
-    Point At(double t) const {
+    Point3 At(double t) const {
         const std::size_t n = control_.size(), p = static_cast<std::size_t>(p_);
         std::size_t k = p;  // the span: knots_[k] <= t < knots_[k + 1], the last one for t at the end
         while (k + 1 < n && knots_[k + 1] <= t) ++k;
         while (k > p && knots_[k] == knots_[k + 1]) --k;
-        std::vector<std::array<double, 3>> d(p + 1);
+        std::vector<Point3> d(p + 1);  // homogeneous: x w, y w, w
         for (std::size_t j = 0; j <= p; ++j) {
             const std::size_t i = k - p + j;
             d[j] = {control_[i][0] * weights_[i], control_[i][1] * weights_[i], weights_[i]};
@@ -66,19 +64,19 @@ class Curve {
 
   private:
     int p_;
-    std::vector<Point> control_;
+    std::vector<Point3> control_;
     std::vector<double> weights_;
     std::vector<double> knots_;
 };
 
-double Gap(const Point& a, const Point& b, const Point& m) {
+double Gap(const Point3& a, const Point3& b, const Point3& m) {
     return std::hypot(m[0] - (a[0] + b[0]) / 2, m[1] - (a[1] + b[1]) / 2);
 }
 
-void Refine(const Curve& curve, double t0, double t1, const Point& a, const Point& b, double tolerance,
-            int depth, std::vector<Point>& out) {
+void Refine(const Curve& curve, double t0, double t1, const Point3& a, const Point3& b, double tolerance,
+            int depth, std::vector<Point3>& out) {
     const double tm = (t0 + t1) / 2;
-    const Point m = curve.At(tm);
+    const Point3 m = curve.At(tm);
     if (depth < 20 && Gap(a, b, m) > tolerance) {
         Refine(curve, t0, tm, a, m, tolerance, depth + 1, out);
         Refine(curve, tm, t1, m, b, tolerance, depth + 1, out);
@@ -89,13 +87,13 @@ void Refine(const Curve& curve, double t0, double t1, const Point& a, const Poin
 
 }  // namespace
 
-std::vector<Point> FlattenSpline(const SplineData& spline) {
+std::vector<Point3> FlattenSpline(const SplineData& spline) {
     if (spline.control.size() < 2 || spline.degree < 1 || spline.degree > 11 ||
         spline.control.size() <= static_cast<std::size_t>(spline.degree)) {
-        return spline.fit.size() >= 2 ? spline.fit : std::vector<Point>{};
+        return spline.fit.size() >= 2 ? spline.fit : std::vector<Point3>{};
     }
     double xmin = HUGE_VAL, ymin = HUGE_VAL, xmax = -HUGE_VAL, ymax = -HUGE_VAL;
-    for (const Point& c : spline.control) {
+    for (const Point3& c : spline.control) {
         xmin = std::min(xmin, c[0]);
         xmax = std::max(xmax, c[0]);
         ymin = std::min(ymin, c[1]);
@@ -104,7 +102,7 @@ std::vector<Point> FlattenSpline(const SplineData& spline) {
     const double tolerance = kSplineFlatness * std::hypot(xmax - xmin, ymax - ymin);
     const Curve curve(spline);
     const std::vector<double> breaks = curve.Breaks();
-    std::vector<Point> out{curve.At(curve.First())};
+    std::vector<Point3> out{curve.At(curve.First())};
     for (std::size_t i = 1; i < breaks.size(); ++i) {
         constexpr int kPieces = 4;
         for (int k = 0; k < kPieces; ++k) {

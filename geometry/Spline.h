@@ -1,7 +1,8 @@
 #pragma once
 
-#include <array>
 #include <vector>
+
+#include "core/Point3.h"
 
 namespace tgp {
 
@@ -10,9 +11,9 @@ namespace tgp {
 struct SplineData {
     int degree = 3;
     std::vector<double> knots;
-    std::vector<std::array<double, 2>> control;
+    std::vector<Point3> control;
     std::vector<double> weights;  // empty, or one per control point
-    std::vector<std::array<double, 2>> fit;
+    std::vector<Point3> fit;
 };
 
 // How closely a flattened spline follows the curve: no chord's midpoint lies farther from the curve
@@ -24,6 +25,6 @@ inline constexpr double kSplineFlatness = 1e-5;
 // spline with fit points only follows its fit points. Knots that do not fit the control points
 // (their number, or an order that decreases) are replaced by clamped uniform ones. Empty when there
 // is nothing to draw.
-std::vector<std::array<double, 2>> FlattenSpline(const SplineData& spline);
+std::vector<Point3> FlattenSpline(const SplineData& spline);
 
 }  // namespace tgp

@@ -42,9 +42,9 @@ void AppendField(std::string& out, const char* name, double value) {
     AppendNumber(out, value);
 }
 
-void AppendField(std::string& out, const char* name, const std::array<double, 3>& values) {
+void AppendField(std::string& out, const char* name, const Point3& values) {
     AppendField(out, name, values[0]);
-    for (std::size_t i = 1; i < values.size(); ++i) {
+    for (std::size_t i = 1; i < 3; ++i) {
         out += ',';
         AppendNumber(out, values[i]);
     }
@@ -76,12 +76,12 @@ double Number(std::string_view name, std::string_view token) {
     return value;
 }
 
-std::array<double, 3> Triple(std::string_view name, std::string_view token) {
-    std::array<double, 3> values{};
+Point3 Triple(std::string_view name, std::string_view token) {
+    Point3 values{};
     std::size_t start = 0;
-    for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t i = 0; i < 3; ++i) {
         const std::size_t comma = token.find(',', start);
-        const bool last = i + 1 == values.size();
+        const bool last = i + 1 == 3;
         if (last != (comma == std::string_view::npos)) {
             Fault(Quote(name) + " needs three numbers separated by commas: " + Quote(token));
         }
@@ -105,7 +105,7 @@ void CheckTag(std::string_view first) {
         Fault("version " + std::string(version) + " is not known (this library reads version 1)");
 }
 
-double Length(const std::array<double, 3>& v) {
+double Length(const Point3& v) {
     return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
 }
 
@@ -149,8 +149,7 @@ BlockFields ReadBlockText(std::string_view text) {
     const std::pair<const char*, double*> numbers[] = {{"A", &f.area},  {"P", &f.perimeter},
                                                        {"Ix", &f.ix},   {"Iy", &f.iy},
                                                        {"Ixy", &f.ixy}, {"E", &f.modulus}};
-    const std::pair<const char*, std::array<double, 3>*> triples[] = {
-        {"C", &f.centroid}, {"Ux", &f.ux}, {"Uy", &f.uy}};
+    const std::pair<const char*, Point3*> triples[] = {{"C", &f.centroid}, {"Ux", &f.ux}, {"Uy", &f.uy}};
     auto take = [&](const char* name) {
         const auto found = values.find(name);
         if (found == values.end()) Fault(Quote(name) + " is missing");

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
+
+#include "core/Point3.h"
 
 namespace tgp {
 
 // Everything a section property block holds, as its text form carries it.
 struct BlockFields {
     double area = 0, perimeter = 0, ix = 0, iy = 0, ixy = 0;
-    std::array<double, 3> centroid{}, ux{1, 0, 0}, uy{0, 1, 0};
+    Point3 centroid{}, ux{1, 0, 0}, uy{0, 1, 0};
     double modulus = 0;
 };
 

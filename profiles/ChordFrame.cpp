@@ -4,7 +4,7 @@
 
 namespace tgp {
 
-ChordFrame ChordFrame::Of(const PlanePoint& A, const PlanePoint& B, double Alfa) {
+ChordFrame ChordFrame::Of(const Point3& A, const Point3& B, double Alfa) {
     const double dx = B[0] - A[0], dy = B[1] - A[1];
     const double chord = std::sqrt(dx * dx + dy * dy);
     ChordFrame f{};
@@ -43,7 +43,7 @@ double ChordFrame::AngleOf(double u, double v) const {
     return std::atan2(kappa * u, kappa * v + c);
 }
 
-bool ChordFrame::ExtremeTowards(const PlanePoint& e, PlanePoint& point) const {
+bool ChordFrame::ExtremeTowards(const Point3& e, Point3& point) const {
     const double eu = e[0] * tx + e[1] * ty, ev = e[0] * wx + e[1] * wy;
     if (!(ev >= c)) return false;
     const double halfSin = std::sin(theta / 2);
@@ -52,10 +52,10 @@ bool ChordFrame::ExtremeTowards(const PlanePoint& e, PlanePoint& point) const {
     return true;
 }
 
-int ChordFrame::LinePositions(const PlanePoint& X0, const PlanePoint& e, double tau[3]) const {
+int ChordFrame::LinePositions(const Point3& X0, const Point3& e, double tau[3]) const {
     // From the foot of the chord's midpoint on the line, so that far-off X0 costs no digits.
     const double shift = (m[0] - X0[0]) * e[0] + (m[1] - X0[1]) * e[1];
-    const PlanePoint foot = {X0[0] + shift * e[0], X0[1] + shift * e[1], 0};
+    const Point3 foot = {X0[0] + shift * e[0], X0[1] + shift * e[1], 0};
     const double pu = U(foot), pv = V(foot);
     const double eu = e[0] * tx + e[1] * ty, ev = e[0] * wx + e[1] * wy;
     // F along the line: kappa tau² + 2 B tau + C.

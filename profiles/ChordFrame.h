@@ -13,7 +13,7 @@ namespace tgp {
 // every quantity below stays well conditioned for every bulge. (Scaled by kappa, F / 2 is close to the
 // signed distance from the circle near the arc.)
 struct ChordFrame {
-    PlanePoint m;   // chord midpoint
+    Point3 m;       // chord midpoint
     double tx, ty;  // unit chord direction, A to B
     double wx, wy;  // unit normal towards the arc
     double a;       // half chord
@@ -22,15 +22,13 @@ struct ChordFrame {
     double theta;   // half included angle, in (0, pi)
 
     // The frame of the arc from A to B with the signed included angle Alfa (not 0); A ≠ B.
-    static ChordFrame Of(const PlanePoint& A, const PlanePoint& B, double Alfa);
+    static ChordFrame Of(const Point3& A, const Point3& B, double Alfa);
 
-    double U(const PlanePoint& p) const { return (p[0] - m[0]) * tx + (p[1] - m[1]) * ty; }
-    double V(const PlanePoint& p) const { return (p[0] - m[0]) * wx + (p[1] - m[1]) * wy; }
-    PlanePoint World(double u, double v) const { return {m[0] + u * tx + v * wx, m[1] + u * ty + v * wy, 0}; }
+    double U(const Point3& p) const { return (p[0] - m[0]) * tx + (p[1] - m[1]) * ty; }
+    double V(const Point3& p) const { return (p[0] - m[0]) * wx + (p[1] - m[1]) * wy; }
+    Point3 World(double u, double v) const { return {m[0] + u * tx + v * wx, m[1] + u * ty + v * wy, 0}; }
     // A frame direction (du, dv) as a world direction.
-    PlanePoint WorldDirection(double du, double dv) const {
-        return {du * tx + dv * wx, du * ty + dv * wy, 0};
-    }
+    Point3 WorldDirection(double du, double dv) const { return {du * tx + dv * wx, du * ty + dv * wy, 0}; }
 
     double F(double u, double v) const { return kappa * ((u - a) * (u + a) + v * v) + 2 * c * v; }
 
@@ -49,12 +47,12 @@ struct ChordFrame {
 
     // The point of the circle whose outward normal is the world unit direction e, when it lies on
     // the arc: the arc's extreme point in that direction.
-    bool ExtremeTowards(const PlanePoint& e, PlanePoint& point) const;
+    bool ExtremeTowards(const Point3& e, Point3& point) const;
 
     // Positions tau along the world line X0 + tau e (e a unit vector) where it meets the circle
     // (0, 1 or 2 of them), and the position where it comes closest to the circle (when the circle
     // is curved). Returns the number of positions written.
-    int LinePositions(const PlanePoint& X0, const PlanePoint& e, double tau[3]) const;
+    int LinePositions(const Point3& X0, const Point3& e, double tau[3]) const;
 };
 
 }  // namespace tgp

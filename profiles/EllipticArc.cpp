@@ -29,7 +29,7 @@ void Quadrature(double t0, double t1, Add add) {
 
 }  // namespace
 
-PlanePoint EllipticArc::At(double t) const {
+Point3 EllipticArc::At(double t) const {
     const double c = std::cos(t), s = std::sin(t);
     return {cx + c * ux + s * vx, cy + c * uy + s * vy, 0};
 }
@@ -52,7 +52,7 @@ EllipticArc EllipticArc::Reversed() const {
     return r;
 }
 
-SegmentIntegrals IntegralsAbout(const EllipticArc& arc, const PlanePoint& Origin) {
+SegmentIntegrals IntegralsAbout(const EllipticArc& arc, const Point3& Origin) {
     SegmentIntegrals s;
     Quadrature(arc.t0, arc.t1, [&](double t, double w) {
         const double c = std::cos(t), sn = std::sin(t);
@@ -82,7 +82,7 @@ SegmentBox BoundingBox(const EllipticArc& arc) {
     const double low = std::min(arc.t0, arc.t1), high = std::max(arc.t0, arc.t1);
     SegmentBox box = SegmentBox::Empty();
     auto include = [&](double t) {
-        const PlanePoint p = arc.At(t);
+        const Point3 p = arc.At(t);
         box.Include({p[0], p[1], p[0], p[1]});
     };
     include(arc.t0);
@@ -107,10 +107,10 @@ std::vector<double> ArcsAlong(const EllipticArc& arc, int pieces) {
     for (int i = 0; i < pieces; ++i) {
         const double ta = arc.t0 + (arc.t1 - arc.t0) * i / pieces;
         const double tb = arc.t0 + (arc.t1 - arc.t0) * (i + 1) / pieces;
-        const PlanePoint a = arc.At(ta), m = arc.At((ta + tb) / 2), b = arc.At(tb);
+        const Point3 a = arc.At(ta), m = arc.At((ta + tb) / 2), b = arc.At(tb);
         // The arc through a, m and b: the angle at m is pi minus half the included angle, so the
         // bulge, the tangent of a quarter of that angle, is the cotangent of half the angle at m.
-        const PlanePoint ma = Minus(a, m), mb = Minus(b, m);
+        const Point3 ma = Minus(a, m), mb = Minus(b, m);
         const double angle = std::atan2(std::fabs(Cross2(ma, mb)), Dot2(ma, mb));
         const double turn = Cross2(Minus(m, a), Minus(b, m));  // positive: turning left, counter-clockwise
         const double bulge = std::tan((std::numbers::pi - angle) / 2);

@@ -12,7 +12,7 @@ namespace tgp {
 struct EllipticArc {
     double cx = 0, cy = 0, ux = 1, uy = 0, vx = 0, vy = 1, t0 = 0, t1 = 0;
 
-    PlanePoint At(double t) const;
+    Point3 At(double t) const;
     // The same arc under x' = a x + b y + e, y' = c x + d y + f.
     EllipticArc Mapped(double a, double b, double c, double d, double e, double f) const;
     // The same arc travelled the other way.
@@ -23,7 +23,7 @@ struct EllipticArc {
 // ∫ x y²/2 dx) along the arc with Origin as the origin, and the arc's length. Each integrand is a
 // trigonometric polynomial in t; Gauss-Legendre quadrature on steps of at most a sixteenth of a turn
 // integrates it to the rounding of the result.
-SegmentIntegrals IntegralsAbout(const EllipticArc& arc, const PlanePoint& Origin);
+SegmentIntegrals IntegralsAbout(const EllipticArc& arc, const Point3& Origin);
 double Length(const EllipticArc& arc);
 // The box around the arc: its ends and the points where it turns in x or in y.
 SegmentBox BoundingBox(const EllipticArc& arc);

@@ -28,13 +28,9 @@ std::shared_ptr<Q> InMillimetres(double value) {
     return q;
 }
 
-using Vec3 = std::array<double, 3>;
-
-Vec3 ToVec3(const Point& p) {
+// The first three elements of a point array, 0 for each one missing.
+Point3 Padded3(const Point& p) {
     return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0};
-}
-Point ToPoint3(const Vec3& v) {
-    return {v[0], v[1], v[2]};
 }
 
 Point Padded(Point p) {
@@ -74,7 +70,7 @@ std::shared_ptr<InertiaBlock> InertiaBlock::Copy() const {
     if (ocs_)
         copy->SetAxes(ocs_->Origin(), ocs_->Ux(), ocs_->Uy());
     else if (frameSet_)
-        copy->SetAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
+        copy->SetAxes(ToPoint(frame_.origin), ToPoint(frame_.ux), ToPoint(frame_.uy));
     return copy;
 }
 
@@ -90,12 +86,12 @@ void InertiaBlock::SetAxes(const Point& origin, const Point& ux, const Point& uy
         OCS()->SetUCS(origin, ux, uy);
         return;
     }
-    SetFrame({ToVec3(origin), ToVec3(unitX), ToVec3(unitY)});
+    SetFrame({Padded3(origin), Padded3(unitX), Padded3(unitY)});
 }
 
 void InertiaBlock::SetFrame(const Frame& frame) {
     if (ocs_) {
-        ocs_->RestoreAxes(ToPoint3(frame.origin), ToPoint3(frame.ux), ToPoint3(frame.uy));
+        ocs_->RestoreAxes(ToPoint(frame.origin), ToPoint(frame.ux), ToPoint(frame.uy));
         return;
     }
     frame_ = frame;
@@ -105,13 +101,13 @@ void InertiaBlock::SetFrame(const Frame& frame) {
 std::shared_ptr<UCS> InertiaBlock::OCS() {
     if (!ocs_) {
         ocs_ = UCS::Create();
-        if (frameSet_) ocs_->RestoreAxes(ToPoint3(frame_.origin), ToPoint3(frame_.ux), ToPoint3(frame_.uy));
+        if (frameSet_) ocs_->RestoreAxes(ToPoint(frame_.origin), ToPoint(frame_.ux), ToPoint(frame_.uy));
     }
     return ocs_;
 }
 
 Point InertiaBlock::Centroid() {
-    return ocs_ ? Padded(ocs_->Origin()) : ToPoint3(frame_.origin);
+    return ocs_ ? Padded(ocs_->Origin()) : ToPoint(frame_.origin);
 }
 
 void InertiaBlock::Centroid(const Point& newCentroid) {
@@ -272,10 +268,6 @@ void InertiaBlock::Inverse() {
 
 namespace {
 
-double Dot(const Vec3& a, const Vec3& b) {
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
 // The second moments of a figure about its own axes as the symmetric matrix [∫u², ∫uv; ∫uv, ∫v²].
 struct Moments {
     double uu, uv, vv;
@@ -294,7 +286,7 @@ Moments Turned(const Moments& m, double q00, double q01, double q10, double q11)
 
 InertiaBlock::Frame InertiaBlock::FrameValues() const {
     if (!ocs_) return frame_;
-    return {ToVec3(ocs_->Origin()), ToVec3(ocs_->Ux()), ToVec3(ocs_->Uy())};
+    return {Padded3(ocs_->Origin()), Padded3(ocs_->Ux()), Padded3(ocs_->Uy())};
 }
 
 void InertiaBlock::Join(const InertiaBlock& Block) {
@@ -312,24 +304,23 @@ void InertiaBlock::Join(const InertiaBlock& Block) {
             "Join: the areas cancel (a block joined with its own void), so the result has no centroid");
     // The new centroid from this one: c = c1 + (A2 / A)(c2 − c1), which keeps the digits of a
     // section far from the origin; the offsets of both centroids from it follow.
-    Vec3 between{};
+    Point3 between{};
     for (int i = 0; i < 3; ++i) between[i] = theirs.origin[i] - mine.origin[i];
-    Vec3 centroid{}, d1{}, d2{};
+    Point3 centroid{}, d1{}, d2{};
     for (int i = 0; i < 3; ++i) {
         d1[i] = -(A2 / A) * between[i];
         d2[i] = (A1 / A) * between[i];
         centroid[i] = CheckFinite(mine.origin[i] - d1[i]);
     }
-    const double d1x = Dot(d1, mine.ux), d1y = Dot(d1, mine.uy), d2x = Dot(d2, mine.ux),
-                 d2y = Dot(d2, mine.uy);
-    const Moments other = Turned({Block.iy_ * f, Block.ixy_ * f, Block.ix_ * f}, Dot(mine.ux, theirs.ux),
-                                 Dot(mine.ux, theirs.uy), Dot(mine.uy, theirs.ux), Dot(mine.uy, theirs.uy));
+    const double d1x = d1.Dot(mine.ux), d1y = d1.Dot(mine.uy), d2x = d2.Dot(mine.ux), d2y = d2.Dot(mine.uy);
+    const Moments other = Turned({Block.iy_ * f, Block.ixy_ * f, Block.ix_ * f}, mine.ux.Dot(theirs.ux),
+                                 mine.ux.Dot(theirs.uy), mine.uy.Dot(theirs.ux), mine.uy.Dot(theirs.uy));
     const double ix = CheckFinite(ix_ + A1 * d1y * d1y + other.vv + A2 * d2y * d2y);
     const double iy = CheckFinite(iy_ + A1 * d1x * d1x + other.uu + A2 * d2x * d2x);
     const double ixy = CheckFinite(ixy_ + A1 * d1x * d1y + other.uv + A2 * d2x * d2y);
     const double perimeter = CheckFinite(perimeter_ + Block.perimeter_);
     if (ocs_)
-        ocs_->Origin(ToPoint3(centroid));
+        ocs_->Origin(ToPoint(centroid));
     else
         SetFrame({centroid, mine.ux, mine.uy});
     area_ = A;
@@ -354,23 +345,23 @@ void InertiaBlock::Transformation(const Point& Displacement, double Rotation, do
             "onto a line");
     }
     const Frame frame = FrameValues();
-    const Vec3 base = ToVec3(BasePoint), move = ToVec3(Displacement);
+    const Point3 base = Padded3(BasePoint), move = Padded3(Displacement);
     const double k = std::fabs(sx * sy);
     const double area = CheckFinite(area_ * k), ix = CheckFinite(ix_ * k * (sy * sy));
     const double iy = CheckFinite(iy_ * k * (sx * sx)), ixy = CheckFinite(ixy_ * k * (sx * sy));
     const double perimeter = CheckFinite(perimeter_ * ((std::fabs(sx) + std::fabs(sy)) / 2));
     // The centroid scaled about BasePoint along the block's axes, then turned about it, then moved.
-    Vec3 offset{};
+    Point3 offset{};
     for (int i = 0; i < 3; ++i) offset[i] = frame.origin[i] - base[i];
-    const double u = Dot(offset, frame.ux) * sx, v = Dot(offset, frame.uy) * sy;
+    const double u = offset.Dot(frame.ux) * sx, v = offset.Dot(frame.uy) * sy;
     const double c = std::cos(Rotation), s = std::sin(Rotation);
     const double x = u * frame.ux[0] + v * frame.uy[0], y = u * frame.ux[1] + v * frame.uy[1];
-    const Vec3 centroid{CheckFinite(base[0] + (c * x - s * y) + move[0]),
-                        CheckFinite(base[1] + (s * x + c * y) + move[1]),
-                        CheckFinite(frame.origin[2] + move[2])};
-    auto turn = [&](const Vec3& a) { return Point{c * a[0] - s * a[1], s * a[0] + c * a[1], 0}; };
+    const Point3 centroid{CheckFinite(base[0] + (c * x - s * y) + move[0]),
+                          CheckFinite(base[1] + (s * x + c * y) + move[1]),
+                          CheckFinite(frame.origin[2] + move[2])};
+    auto turn = [&](const Point3& a) { return Point{c * a[0] - s * a[1], s * a[0] + c * a[1], 0}; };
     const Point ux = turn(frame.ux), uy = turn(frame.uy);
-    SetFrame({centroid, ToVec3(ux), ToVec3(uy)});
+    SetFrame({centroid, Padded3(ux), Padded3(uy)});
     area_ = area;
     ix_ = ix;
     iy_ = iy;

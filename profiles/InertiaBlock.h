@@ -116,7 +116,7 @@ class InertiaBlock {
   private:
     // Origin and axes, world ones for a block whose system was never made.
     struct Frame {
-        std::array<double, 3> origin, ux, uy;
+        Point3 origin, ux, uy;
     };
     Frame FrameValues() const;
     struct Principal {

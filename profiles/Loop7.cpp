@@ -21,16 +21,16 @@ double RuntimeDivide(double numerator, double denominator) {
 
 // Adds a point unless an equal one (within the on-line tolerance) is already there: neighbouring
 // segments report the vertex they share twice.
-void AddDistinct(std::vector<Point>& points, const PlanePoint& p) {
+void AddDistinct(std::vector<Point>& points, const Point3& p) {
     for (const Point& q : points) {
         if (Distance2(ToPlanePoint(q), p) <= LoopDLine::kOnLineTolerance) return;
     }
     points.push_back(ToPoint(p));
 }
 
-void ReportDistinct(const std::vector<PlanePoint>& found, std::vector<Point>* out) {
+void ReportDistinct(const std::vector<Point3>& found, std::vector<Point>* out) {
     if (!out) return;
-    for (const PlanePoint& p : found) AddDistinct(*out, p);
+    for (const Point3& p : found) AddDistinct(*out, p);
 }
 
 }  // namespace
@@ -39,11 +39,11 @@ void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<c
                                 bool NoClose) {
     if (Coordinates.size() % 2 != 0) throw Error::SubscriptOutOfRange();  // an x without its y
     const std::size_t n = Coordinates.size() / 2;
-    auto vertex = [&](std::size_t i) { return PlanePoint{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
+    auto vertex = [&](std::size_t i) { return Point3{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
     decltype(segments_) segments;
     segments.reserve(n);
-    std::size_t firstKept = 0;          // the closing segment ends at the first vertex not dropped
-    PlanePoint startPointSum{0, 0, 0};  // summed while the segment is at hand (see MeanVertex)
+    std::size_t firstKept = 0;      // the closing segment ends at the first vertex not dropped
+    Point3 startPointSum{0, 0, 0};  // summed while the segment is at hand (see MeanVertex)
     const std::size_t last = NoClose ? (n == 0 ? 0 : n - 1) : n;
     for (std::size_t i = 0; i < last; ++i) {
         if (i >= Bulges.size()) throw Error::SubscriptOutOfRange();
@@ -101,8 +101,8 @@ std::vector<double> Loop7::Coordinates() const {
     return xy;
 }
 
-PlanePoint Loop7::MeanVertex() const {
-    PlanePoint sum{0, 0, 0};
+Point3 Loop7::MeanVertex() const {
+    Point3 sum{0, 0, 0};
     if (startPointSum_) {
         sum = *startPointSum_;
     } else {
@@ -135,7 +135,7 @@ void Loop7::ComputeInertia() {
     }
     // The perimeter and the integrals are summed while the self-intersection sweep reads each
     // segment: a loop of millions of segments is read from memory, not cache, on every pass.
-    const PlanePoint O = MeanVertex();
+    const Point3 O = MeanVertex();
     double perimeter = 0;
     SegmentIntegrals sum;
     const bool cuts = FindSelfIntersections(segments_, closed_, nullptr, [&](const LoopDLine& segment) {
@@ -146,7 +146,7 @@ void Loop7::ComputeInertia() {
     block_ = BlockFromIntegrals(sum, O, perimeter);
 }
 
-std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O,
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const Point3& O,
                                                  double perimeter) {
     const double A = sum.Area;
     const double xc = RuntimeDivide(sum.StaticMomentY, A);
@@ -190,7 +190,7 @@ Point Loop7::Centroid() {
 
 bool Loop7::PointIsInside(const Point& point, bool* PointIsOn) const {
     if (PointIsOn) *PointIsOn = false;
-    const PlanePoint p = ToPlanePoint(point);
+    const Point3 p = ToPlanePoint(point);
     double winding = 0;
     for (const LoopDLine& segment : segments_) {
         if (segment.PointIsOnDline(p)) {
@@ -203,7 +203,7 @@ bool Loop7::PointIsInside(const Point& point, bool* PointIsOn) const {
 }
 
 bool Loop7::Encloses(const Point& point, bool* OnBoundary) const {
-    const PlanePoint p = ToPlanePoint(point);
+    const Point3 p = ToPlanePoint(point);
     const bool on = std::any_of(segments_.begin(), segments_.end(),
                                 [&](const LoopDLine& segment) { return segment.PointIsOnDline(p); });
     if (OnBoundary) *OnBoundary = on;
@@ -214,9 +214,9 @@ bool Loop7::Encloses(const Point& point, bool* OnBoundary) const {
 }
 
 bool Loop7::IntersectWithLine(const Point& SP, const Point& EP, std::vector<Point>* ArrIntersections) const {
-    const PlanePoint p1 = ToPlanePoint(SP), p2 = ToPlanePoint(EP);
+    const Point3 p1 = ToPlanePoint(SP), p2 = ToPlanePoint(EP);
     if (Distance2(p1, p2) == 0) throw Error::InvalidProcedureCall();
-    std::vector<PlanePoint> found;
+    std::vector<Point3> found;
     bool any = false;
     for (const LoopDLine& segment : segments_)
         any = segment.IntersectWithInfinitiveLine(p1, p2, &found) || any;
@@ -225,14 +225,14 @@ bool Loop7::IntersectWithLine(const Point& SP, const Point& EP, std::vector<Poin
 }
 
 bool Loop7::IntersectWithLoop(const Loop7& exLoop, std::vector<Point>* ArrIntersections) const {
-    std::vector<PlanePoint> found;
+    std::vector<Point3> found;
     const bool any = FindIntersections(segments_, exLoop.segments_, ArrIntersections ? &found : nullptr);
     ReportDistinct(found, ArrIntersections);
     return any;
 }
 
 bool Loop7::IsSelfIntersect(std::vector<Point>* ArrIntersections) const {
-    std::vector<PlanePoint> found;
+    std::vector<Point3> found;
     const bool any = FindSelfIntersections(segments_, closed_, ArrIntersections ? &found : nullptr);
     ReportDistinct(found, ArrIntersections);
     return any;
@@ -255,18 +255,18 @@ LoopRelationShip Loop7::RelationshipTo(const Loop7& exLoop) const {
 void Loop7::GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& BottomPoint,
                                const Point* AlignToPoint) const {
     if (segments_.empty()) return;
-    const PlanePoint u = ToPlanePoint(uVector);
-    PlanePoint top{}, bottom{};
+    const Point3 u = ToPlanePoint(uVector);
+    Point3 top{}, bottom{};
     segments_.front().GetTopBottomPoints(u, top, bottom);
     for (const LoopDLine& segment : segments_) {
-        PlanePoint t{}, b{};
+        Point3 t{}, b{};
         segment.GetTopBottomPoints(u, t, b);
         if (Dot2(t, u) > Dot2(top, u)) top = t;
         if (Dot2(b, u) < Dot2(bottom, u)) bottom = b;
     }
     if (AlignToPoint) {
-        const PlanePoint base = ToPlanePoint(*AlignToPoint);
-        const PlanePoint e = Scaled(u, 1 / Length2(u));
+        const Point3 base = ToPlanePoint(*AlignToPoint);
+        const Point3 e = Scaled(u, 1 / Length2(u));
         top = Plus(base, Scaled(e, Dot2(Minus(top, base), e)));
         bottom = Plus(base, Scaled(e, Dot2(Minus(bottom, base), e)));
     }
@@ -275,12 +275,12 @@ void Loop7::GetTopBottomPoints(const Point& uVector, Point& TopPoint, Point& Bot
 }
 
 void Loop7::Move(const Point& Displacement, bool MoveAcad) {
-    const PlanePoint d = ToPlanePoint(Displacement);
+    const Point3 d = ToPlanePoint(Displacement);
     // Everything is checked first and the entity moved before the loop, so that a refused move
     // (an overflow, or the entity's own error) leaves the loop where it was.
     for (const LoopDLine& segment : segments_) {
-        for (const PlanePoint& p :
-             {segment.StartPoint(), segment.EndPoint(), segment.Center().value_or(PlanePoint{})}) {
+        for (const Point3& p :
+             {segment.StartPoint(), segment.EndPoint(), segment.Center().value_or(Point3{})}) {
             CheckFinite(p[0] + d[0]);
             CheckFinite(p[1] + d[1]);
         }
@@ -299,7 +299,7 @@ void Loop7::Transformation(const Point& Displacement, double Rotation, double XS
         ThrowLibraryError(
             "Cannot Transformation Loop7 with a scale factor of 0: the loop would collapse onto a line");
     }
-    const PlanePoint d = ToPlanePoint(Displacement), base = ToPlanePoint(BasePoint);
+    const Point3 d = ToPlanePoint(Displacement), base = ToPlanePoint(BasePoint);
     // A dry run first: a segment that would overflow raises before any segment has changed.
     for (const LoopDLine& segment : segments_) {
         LoopDLine trial = segment;
@@ -311,11 +311,11 @@ void Loop7::Transformation(const Point& Displacement, double Rotation, double XS
 }
 
 void Loop7::PointAnalysis(const Point& point, double& Distance, Point& HPoint, double& TAngle) const {
-    const PlanePoint p = ToPlanePoint(point);
+    const Point3 p = ToPlanePoint(point);
     bool first = true;
     for (const LoopDLine& segment : segments_) {
         double distance = 0, angle = 0;
-        PlanePoint nearest{};
+        Point3 nearest{};
         segment.PointAnalysis(p, distance, nearest, angle);
         if (!first && distance >= Distance) continue;
         first = false;

@@ -125,7 +125,7 @@ class Loop7 {
 
   private:
     // The mean of the segments' start points (error 11 for an empty loop).
-    PlanePoint MeanVertex() const;
+    Point3 MeanVertex() const;
     void ComputeInertia();
     void Changed() {
         block_.reset();
@@ -140,7 +140,7 @@ class Loop7 {
     std::vector<LoopDLine, LargeBlockAllocator<LoopDLine>> segments_;
     // The sum of the start points in segment order, when known from building the loop: the mean
     // vertex then costs no pass over millions of segments. Cleared by whatever moves a segment.
-    std::optional<PlanePoint> startPointSum_;
+    std::optional<Point3> startPointSum_;
     bool closed_ = true;
     std::shared_ptr<HostEntity> entity_;
     std::string handle_;
@@ -154,7 +154,7 @@ class Loop7 {
 // (the loop computes them about its mean vertex): the centroid from the first moments, the second
 // moments moved to it by the parallel-axis rule. An area of 0 raises 6 "Overflow" (11 for moments
 // without area), an overflow 6.
-std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const PlanePoint& O,
+std::shared_ptr<InertiaBlock> BlockFromIntegrals(const SegmentIntegrals& sum, const Point3& O,
                                                  double perimeter);
 
 }  // namespace tgp

@@ -20,11 +20,11 @@ constexpr double kTol = LoopDLine::kOnLineTolerance;
 // small that the shortened pi would put more than 1E-12 relative error into the radius.
 constexpr double kShortenedPiBulges[2] = {1e-3, 1e3};
 
-void Append(std::vector<PlanePoint>* points, const PlanePoint& p) {
+void Append(std::vector<Point3>* points, const Point3& p) {
     if (points) points->push_back(p);
 }
 
-PlanePoint UnitDirection(const PlanePoint& from, const PlanePoint& to) {
+Point3 UnitDirection(const Point3& from, const Point3& to) {
     return Scaled(Minus(to, from), 1 / Distance2(from, to));
 }
 
@@ -32,10 +32,10 @@ PlanePoint UnitDirection(const PlanePoint& from, const PlanePoint& to) {
 // tolerance) of one already kept. Without an output list the first kept one ends the search.
 class CommonPoints {
   public:
-    explicit CommonPoints(std::vector<PlanePoint>* out) : out_(out) {}
+    explicit CommonPoints(std::vector<Point3>* out) : out_(out) {}
 
     template <class Test>
-    bool Offer(const PlanePoint& candidate, Test&& onBoth) {
+    bool Offer(const Point3& candidate, Test&& onBoth) {
         for (int i = 0; i < count_; ++i) {
             if (Distance2(kept_[i], candidate) <= kTol) return false;
         }
@@ -48,14 +48,14 @@ class CommonPoints {
 
   private:
     static constexpr int kMax = 8;
-    std::vector<PlanePoint>* out_;
-    PlanePoint kept_[kMax];
+    std::vector<Point3>* out_;
+    Point3 kept_[kMax];
     int count_ = 0;
 };
 
-bool LineLine(const LoopDLine& p, const LoopDLine& q, std::vector<PlanePoint>* points) {
-    const PlanePoint& A = p.StartPoint();
-    const PlanePoint d1 = p.VectorAB(), d2 = q.VectorAB();
+bool LineLine(const LoopDLine& p, const LoopDLine& q, std::vector<Point3>* points) {
+    const Point3& A = p.StartPoint();
+    const Point3 d1 = p.VectorAB(), d2 = q.VectorAB();
     const double l1 = Length2(d1), l2 = Length2(d2);
     if (l1 == 0 || l2 == 0) {
         const LoopDLine& point = l1 == 0 ? p : q;
@@ -64,7 +64,7 @@ bool LineLine(const LoopDLine& p, const LoopDLine& q, std::vector<PlanePoint>* p
         Append(points, point.StartPoint());
         return true;
     }
-    const PlanePoint w = Minus(q.StartPoint(), A);
+    const Point3 w = Minus(q.StartPoint(), A);
     const double denom = Cross2(d1, d2);
     if (std::fabs(denom) <= 1e-12 * l1 * l2) {
         if (std::fabs(Cross2(w, d1)) / l1 > kTol) return false;
@@ -95,7 +95,7 @@ SegmentIntegrals& SegmentIntegrals::operator+=(const SegmentIntegrals& other) {
     return *this;
 }
 
-void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, double Bulge) {
+void LoopDLine::Init(const Point3& StartPoint, const Point3& EndPoint, double Bulge) {
     start_ = StartPoint;
     end_ = EndPoint;
     bulge_ = Bulge;
@@ -147,7 +147,7 @@ void LoopDLine::Init(const PlanePoint& StartPoint, const PlanePoint& EndPoint, d
     }
 }
 
-std::optional<PlanePoint> LoopDLine::Center() const {
+std::optional<Point3> LoopDLine::Center() const {
     if (!IsArc()) return std::nullopt;
     return center_;
 }
@@ -157,7 +157,7 @@ double LoopDLine::ArcArea() const {
     return alfa_ * r2 - 0.5 * r2 * std::sin(alfa_);
 }
 
-PlanePoint LoopDLine::MidPoint() const {
+Point3 LoopDLine::MidPoint() const {
     if (!IsArc()) return Scaled(Plus(start_, end_), 0.5);
     const double m = (startAngle_ + endAngle_) / 2;
     return {center_[0] + std::cos(m) * radius_, center_[1] + std::sin(m) * radius_, center_[2]};
@@ -168,11 +168,11 @@ SegmentIntegrals LoopDLine::Integrals() const {
     return IntegralsAbout({0, 0, 0});
 }
 
-SegmentIntegrals LoopDLine::IntegralsAbout(const PlanePoint& Origin) const {
+SegmentIntegrals LoopDLine::IntegralsAbout(const Point3& Origin) const {
     return IntegralsOf(Minus(start_, Origin), Minus(end_, Origin), IsArc() ? alfa_ : 0.0);
 }
 
-SegmentIntegrals LoopDLine::IntegralsOf(const PlanePoint& a, const PlanePoint& b, double Alfa) {
+SegmentIntegrals LoopDLine::IntegralsOf(const Point3& a, const Point3& b, double Alfa) {
     SegmentIntegrals s = LineIntegrals(a, b);
     if (Alfa != 0) s += SegmentRegionIntegrals(a, b, Alfa);
     return s;
@@ -181,7 +181,7 @@ SegmentIntegrals LoopDLine::IntegralsOf(const PlanePoint& a, const PlanePoint& b
 // The integrals along the chord, from its end points: the antiderivatives in x of the line
 // y = k x + b taken between the ends, multiplied out so that no slope appears. A steep segment
 // therefore loses no digits, and a vertical one (equal x) gives 0 for all six.
-SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint& b) {
+SegmentIntegrals LoopDLine::LineIntegrals(const Point3& a, const Point3& b) {
     const double xa = a[0], ya = a[1], xb = b[0], yb = b[1];
     if (xa == xb) return {};
     const double dx = xb - xa;
@@ -203,7 +203,7 @@ SegmentIntegrals LoopDLine::LineIntegrals(const PlanePoint& a, const PlanePoint&
 // chord encloses the circular segment, counter-clockwise for a positive bulge, and by Green's theorem
 // the closed integral of P dx is minus the area integral of dP/dy (plus for clockwise). The segment's
 // moments are known in the chord's frame and carried over to the global axes exactly.
-SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& a, const PlanePoint& b, double alfa) {
+SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const Point3& a, const Point3& b, double alfa) {
     const double dx = b[0] - a[0], dy = b[1] - a[1];
     const double chord = std::sqrt(dx * dx + dy * dy);
     if (chord == 0) return {};
@@ -221,7 +221,7 @@ SegmentIntegrals LoopDLine::SegmentRegionIntegrals(const PlanePoint& a, const Pl
     return {k * A, k * yDA, k * xDA, k * yyDA, k * xxDA, k * xyDA};
 }
 
-double LoopDLine::AngleTo(const PlanePoint& Point) const {
+double LoopDLine::AngleTo(const Point3& Point) const {
     if (SamePlanePoint(Point, start_) || SamePlanePoint(Point, end_)) return IsArc() ? alfa_ / 2 : 0.0;
     const double a = TurnAngle(Minus(start_, Point), Minus(end_, Point));
     if (IsEqual(std::fabs(a), kPi)) return bulge_ >= 0 ? kPi : -kPi;
@@ -229,13 +229,13 @@ double LoopDLine::AngleTo(const PlanePoint& Point) const {
     return a;
 }
 
-double LoopDLine::SubtendedAngle(const PlanePoint& Point) const {
+double LoopDLine::SubtendedAngle(const Point3& Point) const {
     const double a = TurnAngle(Minus(start_, Point), Minus(end_, Point));
     if (!PointIsInDlineArea(Point)) return a;
     return a <= 0 ? a + kTwoPi : a - kTwoPi;
 }
 
-void LoopDLine::Move(const PlanePoint& Displacement) {
+void LoopDLine::Move(const Point3& Displacement) {
     start_ = Plus(start_, Displacement);
     end_ = Plus(end_, Displacement);
     if (IsArc()) center_ = Plus(center_, Displacement);
@@ -250,17 +250,16 @@ bool LoopDLine::OnOnePoint() const {
     return start_[0] == end_[0] && start_[1] == end_[1];
 }
 
-double LoopDLine::DistanceTo(const PlanePoint& Point) const {
+double LoopDLine::DistanceTo(const Point3& Point) const {
     double distance = 0, tangent = 0;
-    PlanePoint nearest{};
+    Point3 nearest{};
     PointAnalysis(Point, distance, nearest, tangent);
     return distance;
 }
 
-void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePoint& HPoint,
-                              double& TAngle) const {
+void LoopDLine::PointAnalysis(const Point3& Point, double& Distance, Point3& HPoint, double& TAngle) const {
     if (!IsArc()) {
-        const PlanePoint d = VectorAB();
+        const Point3 d = VectorAB();
         HPoint = Plus(start_, Scaled(d, ChordParameter(Point)));
         Distance = Distance2(Point, HPoint);
         TAngle = PolarAngle(d);
@@ -287,15 +286,15 @@ void LoopDLine::PointAnalysis(const PlanePoint& Point, double& Distance, PlanePo
         HPoint = start_;
     }
     Distance = Distance2(Point, HPoint);
-    const PlanePoint n = f.WorldDirection(nu, nv);
+    const Point3 n = f.WorldDirection(nu, nv);
     TAngle = PolarAngle(-n[1] * turn, n[0] * turn);
 }
 
-bool LoopDLine::PointIsOnDline(const PlanePoint& Point, double Tolerance) const {
+bool LoopDLine::PointIsOnDline(const Point3& Point, double Tolerance) const {
     return DistanceTo(Point) <= Tolerance;
 }
 
-bool LoopDLine::PointIsInOAB(const PlanePoint& Point, const PlanePoint& O) const {
+bool LoopDLine::PointIsInOAB(const Point3& Point, const Point3& O) const {
     const double s1 = Cross2(Minus(start_, O), Minus(Point, O));
     const double s2 = Cross2(Minus(end_, start_), Minus(Point, start_));
     const double s3 = Cross2(Minus(O, end_), Minus(Point, end_));
@@ -310,21 +309,21 @@ bool LoopDLine::PointIsInOAB(const PlanePoint& Point, const PlanePoint& O) const
     return (s1 >= 0 && s2 >= 0 && s3 >= 0) || (s1 <= 0 && s2 <= 0 && s3 <= 0);
 }
 
-bool LoopDLine::PointIsInArcArea(const PlanePoint& Point) const {
+bool LoopDLine::PointIsInArcArea(const Point3& Point) const {
     if (!IsArc() || OnOnePoint()) return false;
     const ChordFrame f = Frame();
     ChordFrame::Projection q{};
     return f.Project(f.U(Point), f.V(Point), q) && q.gap < 0 && q.v >= 0;
 }
 
-bool LoopDLine::PointIsInDlineArea(const PlanePoint& Point) const {
+bool LoopDLine::PointIsInDlineArea(const Point3& Point) const {
     if (!IsArc() || OnOnePoint()) return false;
     const ChordFrame f = Frame();
     const double u = f.U(Point), v = f.V(Point);
     return v > 0 && f.F(u, v) < 0;
 }
 
-bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
+bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<Point3>* Points) const {
     if (!IsArc() && !Other.IsArc()) return LineLine(*this, Other, Points);
     return IsArc() ? ArcIntersections(Other, Points) : Other.ArcIntersections(*this, Points);
 }
@@ -333,10 +332,10 @@ bool LoopDLine::IntersectWithDline(const LoopDLine& Other, std::vector<PlanePoin
 // two circles, cut with this one), where they come closest (a tangent), and the four end points
 // (touching ends, overlaps along one circle or line). A candidate counts when it lies within the
 // tolerance of both segments, which settles every range, angle and tangency question at once.
-bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>* Points) const {
+bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<Point3>* Points) const {
     CommonPoints common(Points);
-    auto onBoth = [&](const PlanePoint& x) { return DistanceTo(x) <= kTol && Other.DistanceTo(x) <= kTol; };
-    auto offerLine = [&](const ChordFrame& f, const PlanePoint& X0, const PlanePoint& e) {
+    auto onBoth = [&](const Point3& x) { return DistanceTo(x) <= kTol && Other.DistanceTo(x) <= kTol; };
+    auto offerLine = [&](const ChordFrame& f, const Point3& X0, const Point3& e) {
         double tau[3];
         const int n = f.LinePositions(X0, e, tau);
         for (int i = 0; i < n; ++i) {
@@ -353,11 +352,11 @@ bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>
             if (Other.Length() > 0 && offerLine(f, Other.start_, UnitDirection(Other.start_, Other.end_)))
                 return true;
         } else {
-            PlanePoint X0{}, e{};
+            Point3 X0{}, e{};
             if (RadicalLine(f, Other.Frame(), X0, e) && offerLine(f, X0, e)) return true;
         }
     }
-    for (const PlanePoint* end : {&start_, &end_, &Other.start_, &Other.end_}) {
+    for (const Point3* end : {&start_, &end_, &Other.start_, &Other.end_}) {
         if (common.Offer(*end, onBoth)) return true;
     }
     return common.Any();
@@ -365,14 +364,14 @@ bool LoopDLine::ArcIntersections(const LoopDLine& Other, std::vector<PlanePoint>
 
 // Whether Other's ends and middle all lie on the circle of this arc, within the tolerance.
 bool LoopDLine::AlongCircleOf(const ChordFrame& f, const LoopDLine& Other) {
-    for (const PlanePoint& p : {Other.start_, Other.Middle(), Other.end_}) {
+    for (const Point3& p : {Other.start_, Other.Middle(), Other.end_}) {
         ChordFrame::Projection q{};
         if (!f.Project(f.U(p), f.V(p), q) || !(std::fabs(q.gap) <= kTol)) return false;
     }
     return true;
 }
 
-PlanePoint LoopDLine::Middle() const {
+Point3 LoopDLine::Middle() const {
     if (!IsArc() || OnOnePoint()) return Scaled(Plus(start_, end_), 0.5);
     const ChordFrame f = Frame();
     double u = 0, v = 0;
@@ -382,7 +381,7 @@ PlanePoint LoopDLine::Middle() const {
 
 // The line through the common points of two circles, each written as k|p|² + 2 L·p + K about the
 // first arc's chord midpoint: k2 (first) − k1 (second) leaves a line. Concentric circles have none.
-bool LoopDLine::RadicalLine(const ChordFrame& f, const ChordFrame& g, PlanePoint& X0, PlanePoint& e) {
+bool LoopDLine::RadicalLine(const ChordFrame& f, const ChordFrame& g, Point3& X0, Point3& e) {
     const double Dx = g.m[0] - f.m[0], Dy = g.m[1] - f.m[1];
     const double kf = f.kappa, kg = g.kappa;
     const double Kf = -kf * f.a * f.a;
@@ -398,9 +397,9 @@ bool LoopDLine::RadicalLine(const ChordFrame& f, const ChordFrame& g, PlanePoint
     return std::isfinite(X0[0]) && std::isfinite(X0[1]);
 }
 
-bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoint& P2,
-                                            std::vector<PlanePoint>* Points) const {
-    const PlanePoint e = UnitDirection(P1, P2);
+bool LoopDLine::IntersectWithInfinitiveLine(const Point3& P1, const Point3& P2,
+                                            std::vector<Point3>* Points) const {
+    const Point3 e = UnitDirection(P1, P2);
     if (!IsArc()) {
         const double sa = Cross2(e, Minus(start_, P1)), sb = Cross2(e, Minus(end_, P1));
         if (std::fabs(sa) <= kTol && std::fabs(sb) <= kTol) {
@@ -414,7 +413,7 @@ bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoi
         return true;
     }
     CommonPoints common(Points);
-    auto onBoth = [&](const PlanePoint& x) {
+    auto onBoth = [&](const Point3& x) {
         return std::fabs(Cross2(e, Minus(x, P1))) <= kTol && DistanceTo(x) <= kTol;
     };
     if (OnOnePoint()) {
@@ -429,14 +428,13 @@ bool LoopDLine::IntersectWithInfinitiveLine(const PlanePoint& P1, const PlanePoi
     return common.Any();
 }
 
-void LoopDLine::GetTopBottomPoints(const PlanePoint& uVector, PlanePoint& TopPoint,
-                                   PlanePoint& BottomPoint) const {
-    PlanePoint candidates[4] = {start_, end_};
+void LoopDLine::GetTopBottomPoints(const Point3& uVector, Point3& TopPoint, Point3& BottomPoint) const {
+    Point3 candidates[4] = {start_, end_};
     int count = 2;
     if (IsArc() && !OnOnePoint()) {
         const ChordFrame f = Frame();
-        const PlanePoint e = Scaled(uVector, 1 / Length2(uVector));
-        for (const PlanePoint& direction : {e, Scaled(e, -1)}) {
+        const Point3 e = Scaled(uVector, 1 / Length2(uVector));
+        for (const Point3& direction : {e, Scaled(e, -1)}) {
             if (f.ExtremeTowards(direction, candidates[count])) ++count;
         }
     }
@@ -453,7 +451,7 @@ SegmentBox LoopDLine::BoundingBox() const {
                    std::max(start_[1], end_[1])};
     if (!IsArc() || OnOnePoint()) return box;
     const ChordFrame f = Frame();
-    PlanePoint extreme{};
+    Point3 extreme{};
     if (f.ExtremeTowards({1, 0, 0}, extreme)) box.xmax = std::max(box.xmax, extreme[0]);
     if (f.ExtremeTowards({0, 1, 0}, extreme)) box.ymax = std::max(box.ymax, extreme[1]);
     if (f.ExtremeTowards({-1, 0, 0}, extreme)) box.xmin = std::min(box.xmin, extreme[0]);
@@ -462,28 +460,28 @@ SegmentBox LoopDLine::BoundingBox() const {
 }
 
 void LoopDLine::Inverse() {
-    Init(PlanePoint(end_), PlanePoint(start_), -bulge_);
+    Init(Point3(end_), Point3(start_), -bulge_);
 }
 
-void LoopDLine::Transformation(const PlanePoint& Displacement, double Rotation, double XScaleFactor,
-                               double YScaleFactor, const PlanePoint& BasePoint) {
+void LoopDLine::Transformation(const Point3& Displacement, double Rotation, double XScaleFactor,
+                               double YScaleFactor, const Point3& BasePoint) {
     const double c = std::cos(Rotation), s = std::sin(Rotation);
-    auto transform = [&](const PlanePoint& p) {
+    auto transform = [&](const Point3& p) {
         const double x = (p[0] - BasePoint[0]) * XScaleFactor, y = (p[1] - BasePoint[1]) * YScaleFactor;
-        return PlanePoint{BasePoint[0] + c * x - s * y + Displacement[0],
-                          BasePoint[1] + s * x + c * y + Displacement[1], p[2]};
+        return Point3{BasePoint[0] + c * x - s * y + Displacement[0],
+                      BasePoint[1] + s * x + c * y + Displacement[1], p[2]};
     };
     const bool mirrored = (XScaleFactor < 0) != (YScaleFactor < 0);
     Init(transform(start_), transform(end_), mirrored ? -bulge_ : bulge_);
 }
 
-double LoopDLine::ChordParameter(const PlanePoint& Point) const {
-    const PlanePoint d = VectorAB();
+double LoopDLine::ChordParameter(const Point3& Point) const {
+    const Point3 d = VectorAB();
     const double l2 = Dot2(d, d);
     return l2 == 0 ? 0.0 : std::clamp(Dot2(Minus(Point, start_), d) / l2, 0.0, 1.0);
 }
 
-double LoopDLine::ParameterOf(const PlanePoint& pointOnSegment) const {
+double LoopDLine::ParameterOf(const Point3& pointOnSegment) const {
     if (!IsArc()) return ChordParameter(pointOnSegment);
     if (OnOnePoint()) return 0;
     const ChordFrame f = Frame();
@@ -491,7 +489,7 @@ double LoopDLine::ParameterOf(const PlanePoint& pointOnSegment) const {
     return std::clamp((phi + f.theta) / (2 * f.theta), 0.0, 1.0);
 }
 
-PlanePoint LoopDLine::PointAt(double t) const {
+Point3 LoopDLine::PointAt(double t) const {
     if (t == 0) return start_;
     if (t == 1) return end_;
     if (!IsArc() || OnOnePoint()) return Plus(start_, Scaled(VectorAB(), t));
@@ -507,9 +505,9 @@ LoopDLine LoopDLine::Piece(double t0, double t1) const {
     return piece;
 }
 
-std::pair<LoopDLine, LoopDLine> LoopDLine::Divide1(const PlanePoint& Point) const {
+std::pair<LoopDLine, LoopDLine> LoopDLine::Divide1(const Point3& Point) const {
     double distance = 0, tangent = 0;
-    PlanePoint nearest{};
+    Point3 nearest{};
     PointAnalysis(Point, distance, nearest, tangent);
     const double t = ParameterOf(nearest);
     return {Piece(0, t), Piece(t, 1)};

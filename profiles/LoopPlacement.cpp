@@ -13,11 +13,11 @@ enum class Side { Inside, Outside, Mixed, OnBoundary };
 
 // Where the boundary of `a` lies relative to the region of `b`, and whether the boundaries meet.
 Side SideOf(const Loop7& a, const Loop7& b, bool& meet) {
-    std::vector<PlanePoint> common;
+    std::vector<Point3> common;
     CommonPoints(a.Segments(), b.Segments(), &common);
     meet = !common.empty();
     bool inside = false, outside = false;
-    auto probe = [&](const PlanePoint& p) {
+    auto probe = [&](const Point3& p) {
         bool on = false;
         const bool in = b.Encloses(ToPoint(p), &on);
         if (on) return;
@@ -29,7 +29,7 @@ Side SideOf(const Loop7& a, const Loop7& b, bool& meet) {
         std::vector<double> cuts;
         for (const LoopDLine& segment : a.Segments()) {
             cuts.assign({0.0, 1.0});
-            for (const PlanePoint& p : common) {
+            for (const Point3& p : common) {
                 if (segment.PointIsOnDline(p)) cuts.push_back(segment.ParameterOf(p));
             }
             if (cuts.size() == 2) continue;  // the runs between meeting points are probed where they start

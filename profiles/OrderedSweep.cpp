@@ -96,7 +96,7 @@ class Sweep {
     };
     using Status = std::pmr::set<std::uint32_t, Order>;
 
-    void AddPiece(const PlanePoint& p, const PlanePoint& q, std::uint32_t segment, std::int32_t frame,
+    void AddPiece(const Point3& p, const Point3& q, std::uint32_t segment, std::int32_t frame,
                   bool upper = false) {
         if (Before(q[0], q[1], p[0], p[1]))
             pieces_.push_back({q[0], q[1], p[0], p[1], segment, frame, upper});
@@ -114,8 +114,8 @@ class Sweep {
         frames_.push_back(ChordFrame::Of(s.StartPoint(), s.EndPoint(), s.Alfa()));
         double inner[2];
         int n = 0;
-        for (const PlanePoint e : {PlanePoint{1, 0, 0}, PlanePoint{-1, 0, 0}}) {
-            PlanePoint extreme{};
+        for (const Point3 e : {Point3{1, 0, 0}, Point3{-1, 0, 0}}) {
+            Point3 extreme{};
             if (frames_.back().ExtremeTowards(e, extreme)) inner[n++] = s.ParameterOf(extreme);
         }
         if (n == 2 && inner[1] < inner[0]) std::swap(inner[0], inner[1]);
@@ -123,10 +123,10 @@ class Sweep {
         const ChordFrame& f = frames_.back();
         const double centreY =
             f.m[1] - f.c / f.kappa * f.wy;  // far off, but on the right side, when nearly straight
-        PlanePoint from = s.StartPoint();
+        Point3 from = s.StartPoint();
         for (int k = 1; k < 4; ++k) {
             if (cuts[k] <= cuts[k - 1]) continue;
-            const PlanePoint to = cuts[k] == 1 ? s.EndPoint() : s.PointAt(cuts[k]);
+            const Point3 to = cuts[k] == 1 ? s.EndPoint() : s.PointAt(cuts[k]);
             AddPiece(from, to, index, frame, s.PointAt((cuts[k - 1] + cuts[k]) / 2)[1] > centreY);
             from = to;
         }
@@ -162,7 +162,7 @@ class Sweep {
         // Along the circle: perpendicular to the gradient of F (a unit vector on the circle), turned
         // to point right. Where the circle turns back in x the piece goes up or down from there as
         // it lies above or below the centre, whichever way rounding tips the tangent.
-        PlanePoint d = f.WorldDirection(-(f.kappa * v + f.c), f.kappa * u);
+        Point3 d = f.WorldDirection(-(f.kappa * v + f.c), f.kappa * u);
         if (std::fabs(d[0]) <= 1e-9) return (p.upper == (x_ <= p.lx)) ? kQuarterTurn : -kQuarterTurn;
         if (d[0] < 0) d = Scaled(d, -1);
         return std::atan2(d[1], d[0]);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cmath>
 
 #include "geometry/Point.h"
@@ -8,34 +7,31 @@
 
 namespace tgp {
 
-// A point of a profile: x, y and a z that the profile code carries but never reads. Segments keep
-// their points in this fixed type so that loops of millions of vertices allocate nothing per point;
-// the published members convert to and from Point at the class boundary.
-using PlanePoint = std::array<double, 3>;
+// The plane arithmetic of profiles on fixed points (x and y; z is carried along). Segments keep their
+// points fixed so that loops of millions of vertices allocate nothing per point.
 
 // Reads x, y (and z when present) of a point array; fewer than two elements raise error 9.
-PlanePoint ToPlanePoint(const Point& p);
-Point ToPoint(const PlanePoint& p);
+Point3 ToPlanePoint(const Point& p);
 
-inline PlanePoint Plus(const PlanePoint& a, const PlanePoint& b) {
+inline Point3 Plus(const Point3& a, const Point3& b) {
     return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
 }
-inline PlanePoint Minus(const PlanePoint& a, const PlanePoint& b) {
+inline Point3 Minus(const Point3& a, const Point3& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
-inline PlanePoint Scaled(const PlanePoint& a, double r) {
+inline Point3 Scaled(const Point3& a, double r) {
     return {a[0] * r, a[1] * r, a[2] * r};
 }
-inline double Dot2(const PlanePoint& a, const PlanePoint& b) {
+inline double Dot2(const Point3& a, const Point3& b) {
     return a[0] * b[0] + a[1] * b[1];
 }
-inline double Cross2(const PlanePoint& a, const PlanePoint& b) {
+inline double Cross2(const Point3& a, const Point3& b) {
     return a[0] * b[1] - a[1] * b[0];
 }
-inline double Length2(const PlanePoint& a) {
+inline double Length2(const Point3& a) {
     return std::sqrt(a[0] * a[0] + a[1] * a[1]);
 }
-inline double Distance2(const PlanePoint& a, const PlanePoint& b) {
+inline double Distance2(const Point3& a, const Point3& b) {
     return Length2(Minus(b, a));
 }
 
@@ -43,17 +39,17 @@ inline double Distance2(const PlanePoint& a, const PlanePoint& b) {
 inline double PolarAngle(double x, double y) {
     return Vector::PlaneAngle(x, y);
 }
-inline double PolarAngle(const PlanePoint& v) {
+inline double PolarAngle(const Point3& v) {
     return Vector::PlaneAngle(v[0], v[1]);
 }
 
 // The turn from direction v to direction w, counter-clockwise positive, in [-pi, pi]
 // (Vector::vAngle(v, w) without the point arrays).
-inline double TurnAngle(const PlanePoint& v, const PlanePoint& w) {
+inline double TurnAngle(const Point3& v, const Point3& w) {
     return Vector::PlaneTurn(v[0], v[1], w[0], w[1]);
 }
 
 // x and y equal under the library's equality routine with its default tolerance.
-bool SamePlanePoint(const PlanePoint& a, const PlanePoint& b);
+bool SamePlanePoint(const Point3& a, const Point3& b);
 
 }  // namespace tgp

@@ -27,12 +27,12 @@ struct Piece {
 // Where the pieces are taken: moved by -centre, and with x and y exchanged when `swap` (a mirror,
 // which turns arcs the other way), so that the vertical axis is found as a horizontal one.
 struct Placement {
-    PlanePoint centre;
+    Point3 centre;
     bool swap;
 
-    PlanePoint Place(const PlanePoint& p) const {
+    Point3 Place(const Point3& p) const {
         const double x = p[0] - centre[0], y = p[1] - centre[1];
-        return swap ? PlanePoint{y, x, 0} : PlanePoint{x, y, 0};
+        return swap ? Point3{y, x, 0} : Point3{x, y, 0};
     }
     double Alfa(const LoopDLine& s) const { return s.IsArc() ? (swap ? -s.Alfa() : s.Alfa()) : 0.0; }
 };
@@ -160,8 +160,7 @@ void FillPieces(Pieces& pieces, std::span<const std::shared_ptr<Loop7>> loops, c
         double area = 0;
         for (const LoopDLine& original : loop.Segments()) {
             // Box and integrals from the end points and the angle: no segment is rebuilt.
-            const PlanePoint a = placement.Place(original.StartPoint()),
-                             b = placement.Place(original.EndPoint());
+            const Point3 a = placement.Place(original.StartPoint()), b = placement.Place(original.EndPoint());
             const SegmentBox box = original.BoundingBox();
             const SegmentIntegrals integrals = LoopDLine::IntegralsOf(a, b, placement.Alfa(original));
             Piece piece{};
@@ -259,7 +258,7 @@ SectionModuli ComputeModuli(std::span<const std::shared_ptr<Loop7>> loops, const
     m.wxBottom = ix / m.bottom;
     m.wyLeft = iy / m.left;
     m.wyRight = iy / m.right;
-    const PlanePoint centre{c[0], c[1], 0};
+    const Point3 centre{c[0], c[1], 0};
     double axis = 0;
     Pieces pieces;
     const Placement horizontal{centre, false}, vertical{centre, true};

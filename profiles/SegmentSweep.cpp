@@ -231,7 +231,7 @@ class ChainSet {
 
 // The end point two neighbouring segments share, if they are neighbours.
 int SharedJoints(std::size_t i, std::size_t j, std::size_t count, bool closed,
-                 std::span<const LoopDLine> segments, PlanePoint joints[2]) {
+                 std::span<const LoopDLine> segments, Point3 joints[2]) {
     const std::size_t lo = std::min(i, j), hi = std::max(i, j);
     int n = 0;
     if (hi == lo + 1) joints[n++] = segments[lo].EndPoint();
@@ -239,7 +239,7 @@ int SharedJoints(std::size_t i, std::size_t j, std::size_t count, bool closed,
     return n;
 }
 
-bool NearAny(const PlanePoint& p, const PlanePoint* joints, int count, double tolerance) {
+bool NearAny(const Point3& p, const Point3* joints, int count, double tolerance) {
     for (int k = 0; k < count; ++k) {
         if (Distance2(p, joints[k]) <= tolerance) return true;
     }
@@ -262,17 +262,17 @@ class CrossingTest {
   public:
     CrossingTest(std::span<const LoopDLine> segments, bool closed) : segments_(segments), closed_(closed) {}
 
-    bool operator()(std::uint32_t i, std::uint32_t j, std::vector<PlanePoint>* Points, bool firstOnly) {
+    bool operator()(std::uint32_t i, std::uint32_t j, std::vector<Point3>* Points, bool firstOnly) {
         const LoopDLine& p = segments_[i];
         const LoopDLine& q = segments_[j];
-        PlanePoint joints[2];
+        Point3 joints[2];
         const int shared = SharedJoints(i, j, segments_.size(), closed_, segments_, joints);
         found_.clear();
         if (!p.IntersectWithDline(q, &found_)) return false;
         // Neighbours meet at their joint; a gap left by a dropped zero-length segment counts as one.
         const double jointTolerance = kZeroLengthTolerance + 1e-6 * std::max(p.Length(), q.Length());
         bool any = false;
-        for (const PlanePoint& x : found_) {
+        for (const Point3& x : found_) {
             if (NearAny(x, joints, shared, jointTolerance)) continue;
             any = true;
             if (!Points) return true;
@@ -285,14 +285,14 @@ class CrossingTest {
   private:
     std::span<const LoopDLine> segments_;
     bool closed_;
-    std::vector<PlanePoint> found_;
+    std::vector<Point3> found_;
 };
 
 // The box sweep over one loop, stopping at the first crossing unless every point is wanted. With a
 // budget it leaves the loop to the ordered sweep (OverBudget) when its chains are short or it has
 // spent the budget; `visit` has then seen every segment all the same.
 ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& crossing,
-                             std::vector<PlanePoint>* Points, bool firstOnly, std::size_t budget,
+                             std::vector<Point3>* Points, bool firstOnly, std::size_t budget,
                              const std::function<void(const LoopDLine&)>& visit = {}) {
     ChainSet chains;
     const bool budgeted = budget != SIZE_MAX;
@@ -314,8 +314,7 @@ ChainSet::Outcome SweepBoxes(std::span<const LoopDLine> segments, CrossingTest& 
     return outcome;
 }
 
-bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing,
-                  std::vector<PlanePoint>* first) {
+bool SweepOrdered(std::span<const LoopDLine> segments, CrossingTest& crossing, std::vector<Point3>* first) {
     return SweepNeighbours(segments,
                            [&](std::uint32_t i, std::uint32_t j) { return crossing(i, j, first, true); });
 }
@@ -348,14 +347,14 @@ bool FewSegmentsCross(std::span<const LoopDLine> segments, CrossingTest& crossin
 
 }  // namespace
 
-bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
+bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<Point3>* Points,
                            const std::function<void(const LoopDLine&)>& visit) {
     CrossingTest crossing(segments, closed);
     if (!Points && segments.size() <= kFewSegments) return FewSegmentsCross(segments, crossing, visit);
     const std::size_t before = Points ? Points->size() : 0;
     const auto outcome = SweepBoxes(segments, crossing, Points, false, BoxBudget(segments.size()), visit);
     if (outcome != ChainSet::Outcome::OverBudget) return outcome == ChainSet::Outcome::Stopped;
-    std::vector<PlanePoint> first;
+    std::vector<Point3> first;
     if (!SweepOrdered(segments, crossing, Points ? &first : nullptr)) return false;
     if (!Points) return true;
     // Every crossing of such an outline: the box sweep again, to the end (only an outline that does
@@ -365,9 +364,9 @@ bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std
     return true;
 }
 
-std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed) {
+std::optional<Point3> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed) {
     CrossingTest crossing(segments, closed);
-    std::vector<PlanePoint> first;
+    std::vector<Point3> first;
     const auto outcome = SweepBoxes(segments, crossing, &first, true, BoxBudget(segments.size()));
     if (outcome == ChainSet::Outcome::OverBudget) {
         first.clear();
@@ -378,7 +377,7 @@ std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segme
 }
 
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
-                       std::vector<PlanePoint>* Points) {
+                       std::vector<Point3>* Points) {
     if (!Points && first.size() <= kFewSegments && second.size() <= kFewSegments)
         return CommonPoints(first, second, nullptr);
     ChainSet chains;
@@ -396,7 +395,7 @@ bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLi
 }
 
 bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
-                  std::vector<PlanePoint>* Points) {
+                  std::vector<Point3>* Points) {
     if (first.size() > kFewSegments || second.size() > kFewSegments)
         return FindIntersections(first, second, Points);
     SegmentBox boxes[kFewSegments];

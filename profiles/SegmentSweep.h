@@ -23,19 +23,19 @@ namespace tgp {
 // `visit`, when given, sees every segment once, in order, while the sweep reads it anyway: a caller
 // that needs a pass over millions of segments (their integrals) rides along instead of reading
 // them from memory a second time.
-bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<PlanePoint>* Points,
+bool FindSelfIntersections(std::span<const LoopDLine> segments, bool closed, std::vector<Point3>* Points,
                            const std::function<void(const LoopDLine&)>& visit = {});
 
 // The first crossing of a loop with itself, as FindSelfIntersections would list it first (on any
 // outline, without listing the others).
-std::optional<PlanePoint> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed);
+std::optional<Point3> FirstSelfIntersection(std::span<const LoopDLine> segments, bool closed);
 
 // Common points of two loops (touching counts). Without Points the search stops at the first one.
 bool FindIntersections(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
-                       std::vector<PlanePoint>* Points);
+                       std::vector<Point3>* Points);
 
 // The same points in no particular order: small loops are compared pair by pair, without a sweep.
 bool CommonPoints(std::span<const LoopDLine> first, std::span<const LoopDLine> second,
-                  std::vector<PlanePoint>* Points);
+                  std::vector<Point3>* Points);
 
 }  // namespace tgp

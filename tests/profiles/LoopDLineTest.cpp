@@ -10,7 +10,7 @@
 namespace tgp {
 namespace {
 
-LoopDLine Segment(PlanePoint a, PlanePoint b, double bulge) {
+LoopDLine Segment(Point3 a, Point3 b, double bulge) {
     LoopDLine s;
     s.Init(a, b, bulge);
     return s;
@@ -20,7 +20,7 @@ LoopDLine Segment(PlanePoint a, PlanePoint b, double bulge) {
 
 struct InitCase {
     const char* name;
-    PlanePoint a, b;
+    Point3 a, b;
     double bulge;
     double radius, alfa, cx, cy, length;
 };
@@ -78,7 +78,7 @@ TEST(SegmentInit, WrapsAnglesOnceWhenTheEndPassesAFullTurn) {
     // Unit circle about the origin. Counter-clockwise from 3 rad through 4 atan 3 passes 2 pi, so
     // both angles drop by the shortened full turn; clockwise from -2 rad passes -2 pi likewise.
     const double sweep = 4 * std::atan(3.0);
-    auto onCircle = [](double a) { return PlanePoint{std::cos(a), std::sin(a), 0}; };
+    auto onCircle = [](double a) { return Point3{std::cos(a), std::sin(a), 0}; };
     const LoopDLine up = Segment(onCircle(3), onCircle(3 + sweep), 3);
     EXPECT_NEAR(up.StartAngle(), 3 - kTwoPi, 1e-9);
     EXPECT_NEAR(up.EndAngle(), 3 + sweep - kTwoPi, 1e-9);
@@ -105,10 +105,10 @@ TEST(SegmentGeometry, ArcAreaKeepsItsFirstTermWithoutOneHalf) {
 }
 
 TEST(SegmentGeometry, MidPointIsOnTheChordOrOnTheArc) {
-    const PlanePoint chord = Segment({0, 0, 0}, {4, 2, 0}, 0).MidPoint();
+    const Point3 chord = Segment({0, 0, 0}, {4, 2, 0}, 0).MidPoint();
     EXPECT_DOUBLE_EQ(chord[0], 2);
     EXPECT_DOUBLE_EQ(chord[1], 1);
-    const PlanePoint arc = Segment({0, 0, 0}, {2, 0, 0}, 1).MidPoint();  // counter-clockwise: below
+    const Point3 arc = Segment({0, 0, 0}, {2, 0, 0}, 1).MidPoint();  // counter-clockwise: below
     EXPECT_NEAR(arc[0], 1, 1e-12);
     EXPECT_NEAR(arc[1], -1, 1e-12);
 }
@@ -116,7 +116,7 @@ TEST(SegmentGeometry, MidPointIsOnTheChordOrOnTheArc) {
 // ---- integrals ---------------------------------------------------------------------------------
 
 // The published antiderivatives in x of the straight segment y = k x + b.
-SegmentIntegrals SlopeAntiderivatives(PlanePoint a, PlanePoint c) {
+SegmentIntegrals SlopeAntiderivatives(Point3 a, Point3 c) {
     if (a[0] == c[0]) return {};
     const double k = (c[1] - a[1]) / (c[0] - a[0]), b = a[1] - a[0] * k;
     auto F = [&](double x) {
@@ -164,7 +164,7 @@ void ExpectIntegralsNear(const SegmentIntegrals& a, const SegmentIntegrals& e, d
 }
 
 struct LineCase {
-    PlanePoint a, b;
+    Point3 a, b;
 };
 class StraightIntegrals : public ::testing::TestWithParam<LineCase> {};
 
@@ -207,7 +207,7 @@ TEST_P(ArcIntegralsCase, MatchQuadratureOfTheIntegrands) {
 INSTANTIATE_TEST_SUITE_P(Bulges, ArcIntegralsCase, ::testing::Values(0.1, 0.4142, 1, 2.5, -0.3, -1, -4));
 
 TEST(SegmentIntegralsSum, CounterClockwiseSquareSumsToMinusItsArea) {
-    const PlanePoint p[4] = {{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}};
+    const Point3 p[4] = {{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}};
     double area = 0;
     for (int i = 0; i < 4; ++i) area += Segment(p[i], p[(i + 1) % 4], 0).Area();
     EXPECT_DOUBLE_EQ(area, -4);
@@ -231,7 +231,7 @@ TEST(SegmentMove, MovesEndsAndCentreAndRecomputesIntegrals) {
 struct AngleCase {
     const char* name;
     double bulge;
-    PlanePoint point;
+    Point3 point;
     double expected;
 };
 class SegmentAngleTo : public ::testing::TestWithParam<AngleCase> {};
@@ -281,7 +281,7 @@ TEST(SegmentPointTests, OnDlineArcAreaAndTriangle) {
 
 TEST(SegmentPointAnalysis, NearestPointDistanceAndTangent) {
     double d = 0, angle = 0;
-    PlanePoint h{};
+    Point3 h{};
     Segment({0, 0, 0}, {2, 0, 0}, 1).PointAnalysis({1, -3, 0}, d, h, angle);
     EXPECT_NEAR(d, 2, 1e-12);
     EXPECT_NEAR(h[1], -1, 1e-12);
@@ -298,23 +298,23 @@ TEST(SegmentPointAnalysis, NearestPointDistanceAndTangent) {
 
 struct CrossCase {
     const char* name;
-    PlanePoint a1, b1;
+    Point3 a1, b1;
     double bulge1;
-    PlanePoint a2, b2;
+    Point3 a2, b2;
     double bulge2;
-    std::vector<PlanePoint> expected;
+    std::vector<Point3> expected;
 };
 class SegmentIntersection : public ::testing::TestWithParam<CrossCase> {};
 
 TEST_P(SegmentIntersection, FindsTheCommonPoints) {
     const CrossCase& c = GetParam();
-    std::vector<PlanePoint> found;
+    std::vector<Point3> found;
     const bool any = Segment(c.a1, c.b1, c.bulge1).IntersectWithDline(Segment(c.a2, c.b2, c.bulge2), &found);
     EXPECT_EQ(any, !c.expected.empty());
     ASSERT_EQ(found.size(), c.expected.size());
-    for (const PlanePoint& e : c.expected) {
+    for (const Point3& e : c.expected) {
         bool matched = false;
-        for (const PlanePoint& f : found)
+        for (const Point3& f : found)
             matched = matched || (std::fabs(f[0] - e[0]) < 1e-9 && std::fabs(f[1] - e[1]) < 1e-9);
         EXPECT_TRUE(matched) << c.name << " misses (" << e[0] << ", " << e[1] << ")";
     }
@@ -352,7 +352,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST(SegmentIntersection, InfiniteLineMeetsLinesAndArcs) {
-    std::vector<PlanePoint> found;
+    std::vector<Point3> found;
     EXPECT_TRUE(Segment({0, 0, 0}, {2, 0, 0}, 0).IntersectWithInfinitiveLine({1, 5, 0}, {1, 6, 0}, &found));
     EXPECT_TRUE(
         Segment({0, 0, 0}, {2, 0, 0}, 1).IntersectWithInfinitiveLine({0, -0.5, 0}, {0.1, -0.5, 0}, &found));
@@ -366,7 +366,7 @@ TEST(SegmentIntersection, InfiniteLineMeetsLinesAndArcs) {
 }
 
 TEST(SegmentExtremes, IncludeTheArcBulge) {
-    PlanePoint top{}, bottom{};
+    Point3 top{}, bottom{};
     Segment({0, 0, 0}, {2, 0, 0}, 1).GetTopBottomPoints({0, 1, 0}, top, bottom);
     EXPECT_EQ(top[1], 0);
     EXPECT_NEAR(bottom[1], -1, 1e-12);

@@ -20,10 +20,10 @@ using test::Outline;
 
 // The pair rule of the tests: any common point but the joint of neighbours.
 bool Crossing(std::span<const LoopDLine> s, std::uint32_t i, std::uint32_t j) {
-    std::vector<PlanePoint> points;
+    std::vector<Point3> points;
     if (!s[i].IntersectWithDline(s[j], &points)) return false;
     const std::size_t n = s.size(), lo = std::min(i, j), hi = std::max(i, j);
-    for (const PlanePoint& p : points) {
+    for (const Point3& p : points) {
         const bool joint = (hi == lo + 1 && Distance2(p, s[lo].EndPoint()) < 1e-9) ||
                            (lo == 0 && hi == n - 1 && Distance2(p, s[hi].EndPoint()) < 1e-9);
         if (!joint) return true;
