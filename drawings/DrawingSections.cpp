@@ -34,7 +34,7 @@ std::vector<DrawnProfile> ReadOutlines(const std::string& path, const DrawingOpt
     const double scale = options.millimetresPerUnit.value_or(1);
     if (scale != 1) {
         for (DrawnProfile& p : profiles) {
-            for (double& v : p.xy) v *= scale;
+            for (Point3& v : p.vertices) v = v * scale;
         }
     }
     return profiles;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,13 +10,13 @@
 
 namespace tgp::drawings {
 
-// One closed outline as read from a drawing or a text file: the vertices (x, y pairs, in
-// millimetres), one bulge per vertex, whether the source marks it closed, and what tells the user
+// One closed outline as read from a drawing or a text file: the vertices (in millimetres), one
+// bulge per vertex, whether the source marks it closed, and what tells the user
 // which outline it is: a name, and for a drawing's entity its type, handle and layer.
 struct DrawnProfile {
     std::string name;
     std::string type, handle, layer;  // empty for text input
-    std::vector<double> xy;
+    std::vector<Point3> vertices;
     std::vector<double> bulges;
     bool closed = true;
     // Why the outline cannot be used as drawn (an arc scaled unequally, a block that inserts
@@ -31,9 +32,19 @@ struct DrawnProfile {
     std::vector<int> curveOf;
 
     void Add(double x, double y, double bulge) {
-        xy.push_back(x);
-        xy.push_back(y);
+        vertices.push_back({x, y, 0});
         bulges.push_back(bulge);
+    }
+    // Adds x, y pairs with their bulges.
+    void AddAll(std::span<const double> xy, std::span<const double> bulgeList) {
+        for (std::size_t k = 0; k < bulgeList.size() && 2 * k + 1 < xy.size(); ++k)
+            Add(xy[2 * k], xy[2 * k + 1], bulgeList[k]);
+    }
+    // The vertices as x, y pairs, as a loop takes them from a script.
+    std::vector<double> Coordinates() const {
+        std::vector<double> xy;
+        for (const Point3& v : vertices) xy.insert(xy.end(), {v.x, v.y});
+        return xy;
     }
     std::size_t VertexCount() const { return bulges.size(); }
 };

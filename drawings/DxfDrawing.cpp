@@ -269,12 +269,11 @@ class Parser {
         switch (tag.code) {
             case 70: s.closed = (Integer(tag) & kClosedFlag) != 0; break;
             case 10:
-                s.xy.push_back(Number(tag));
-                s.xy.push_back(0);
+                s.vertices.push_back({Number(tag), 0, 0});
                 s.bulges.push_back(0);
                 break;
             case 20:
-                if (!s.xy.empty()) s.xy.back() = Number(tag);
+                if (!s.vertices.empty()) s.vertices.back().y = Number(tag);
                 break;
             case 42:
                 if (!s.bulges.empty()) s.bulges.back() = Number(tag);
@@ -342,7 +341,7 @@ class Parser {
         entity_.reset();
         switch (e.kind) {
             case Kind::LwPolyline:
-                if (e.shape.xy.empty()) e.shape.problem = "has no vertices";
+                if (e.shape.vertices.empty()) e.shape.problem = "has no vertices";
                 Space().shapes.push_back(std::move(e.shape));
                 break;
             case Kind::Circle: Space().shapes.push_back(CircleShape(std::move(e))); break;
@@ -361,8 +360,7 @@ class Parser {
                 break;
             case Kind::Vertex:
                 if (polyline_ && !(e.flags & kFrameControlPointFlag)) {
-                    polyline_->xy.push_back(e.cx);
-                    polyline_->xy.push_back(e.cy);
+                    polyline_->vertices.push_back({e.cx, e.cy, 0});
                     polyline_->bulges.push_back(e.radius);
                 }
                 break;
@@ -376,7 +374,7 @@ class Parser {
             s.problem = "has a radius of " + Shown(e.radius) + " (a circle needs a radius above 0)";
             return s;
         }
-        s.xy = {e.cx - e.radius, e.cy, e.cx + e.radius, e.cy};
+        s.vertices = {{e.cx - e.radius, e.cy, 0}, {e.cx + e.radius, e.cy, 0}};
         s.bulges = {1, 1};
         s.closed = true;
         s.ellipse = std::make_shared<const EllipticArc>(
@@ -391,10 +389,10 @@ class Parser {
         if (!(e.radius > 0) || sweep >= 360) return CircleShape(std::move(e));
         DxfShape s = std::move(e.shape);
         const double degree = std::numbers::pi / 180;
-        s.xy = {e.cx + e.radius * std::cos(e.startAngle * degree),
-                e.cy + e.radius * std::sin(e.startAngle * degree),
-                e.cx + e.radius * std::cos(e.endAngle * degree),
-                e.cy + e.radius * std::sin(e.endAngle * degree)};
+        s.vertices = {{e.cx + e.radius * std::cos(e.startAngle * degree),
+                       e.cy + e.radius * std::sin(e.startAngle * degree), 0},
+                      {e.cx + e.radius * std::cos(e.endAngle * degree),
+                       e.cy + e.radius * std::sin(e.endAngle * degree), 0}};
         s.bulges = {std::tan(sweep * degree / 4), 0};
         s.edge = true;
         s.ellipse = std::make_shared<const EllipticArc>(EllipticArc{e.cx, e.cy, e.radius, 0, 0, e.radius,
@@ -414,7 +412,7 @@ class Parser {
     static DxfShape LineShape(Entity e) {
         DxfShape s = std::move(e.shape);
         s.extrusion = {0, 0, 1};
-        s.xy = {e.cx, e.cy, e.x1, e.y1};
+        s.vertices = {{e.cx, e.cy, 0}, {e.x1, e.y1, 0}};
         s.bulges = {0, 0};
         s.edge = true;
         return s;
@@ -472,10 +470,7 @@ class Parser {
         const auto& last = points.back();
         s.closed = (e.flags & kClosedFlag) != 0 || (first[0] == last[0] && first[1] == last[1]);
         const std::size_t count = points.size() - (s.closed && first == last ? 1 : 0);
-        for (std::size_t i = 0; i < count; ++i) {
-            s.xy.push_back(points[i][0]);
-            s.xy.push_back(points[i][1]);
-        }
+        s.vertices.assign(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(count));
         s.bulges.assign(count, 0.0);
         s.edge = !s.closed;
         return s;
@@ -488,7 +483,7 @@ class Parser {
         s.closed = (polylineFlags_ & kClosedFlag) != 0;
         if (polylineFlags_ & kMeshFlags)
             s.problem = "is a mesh, not a profile";
-        else if (s.xy.empty())
+        else if (s.vertices.empty())
             s.problem = "has no vertices";
         else if (polylineFlags_ & k3dPolylineFlag)
             s.problem = "is a 3D polyline, not a plane profile";

@@ -23,9 +23,10 @@ struct DxfShape {
     std::string type;  // LWPOLYLINE, POLYLINE, CIRCLE, LINE, ARC, SPLINE, ELLIPSE or HATCH
     std::string handle, layer;
     Point3 extrusion{0, 0, 1};  // group codes 210, 220, 230: the normal of the entity's plane
-    std::vector<double> xy, bulges;
+    std::vector<Point3> vertices;
+    std::vector<double> bulges;
     // An elliptic arc: with followsEllipse the whole shape follows it (an ELLIPSE or a hatch's
-    // elliptic edge; xy and bulges are arcs through its points); otherwise it is a CIRCLE or ARC as
+    // elliptic edge; vertices and bulges are arcs through its points); otherwise it is a CIRCLE or ARC as
     // an elliptic arc, for a block reference that scales it unequally.
     std::shared_ptr<const EllipticArc> ellipse;
     // A HATCH boundary path: for a path of edges the edges themselves (chained into the outline

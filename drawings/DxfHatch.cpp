@@ -51,12 +51,11 @@ void HatchReader::PathGroup(const DxfTag& tag) {
     if (polylinePath_) {
         switch (tag.code) {
             case 10:
-                path_.xy.push_back(number_(tag));
-                path_.xy.push_back(0);
+                path_.vertices.push_back({number_(tag), 0, 0});
                 path_.bulges.push_back(0);
                 break;
             case 20:
-                if (!path_.xy.empty()) path_.xy.back() = number_(tag);
+                if (!path_.vertices.empty()) path_.vertices.back().y = number_(tag);
                 break;
             case 42:
                 if (!path_.bulges.empty()) path_.bulges.back() = number_(tag);
@@ -112,7 +111,7 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
     piece.edge = true;
     switch (e.type) {
         case 1:
-            piece.xy = {e.x, e.y, e.x1, e.y1};
+            piece.vertices = {{e.x, e.y, 0}, {e.x1, e.y1, 0}};
             piece.bulges = {0, 0};
             return piece;
         case 2: {
@@ -128,7 +127,7 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
             if (!e.counterClockwise) arc = arc.Reversed();
             piece.ellipse = std::make_shared<const EllipticArc>(arc);
             const Point3 p = arc.At(arc.t0), q = arc.At(arc.t1);
-            piece.xy = {p[0], p[1], q[0], q[1]};
+            piece.vertices = {{p.x, p.y, 0}, {q.x, q.y, 0}};
             piece.bulges = {(e.counterClockwise ? 1 : -1) * std::tan(sweep * kDegree / 4), 0};
             piece.closed = sweep >= 360;
             return piece;
@@ -155,11 +154,10 @@ DxfShape HatchReader::PieceOf(const Edge& e) {
         case 4: {
             piece.approximate = true;
             for (const auto& p : FlattenSpline(e.spline)) {
-                piece.xy.push_back(p[0]);
-                piece.xy.push_back(p[1]);
+                piece.vertices.push_back({p.x, p.y, 0});
                 piece.bulges.push_back(0);
             }
-            if (piece.xy.size() < 4) piece.problem = "has a spline edge with too few points to draw";
+            if (piece.vertices.size() < 2) piece.problem = "has a spline edge with too few points to draw";
             return piece;
         }
         default: piece.problem = "has an edge of unknown type " + std::to_string(e.type); return piece;
@@ -173,13 +171,13 @@ void HatchReader::EndPath() {
     if (polylinePath_) {
         path = std::move(path_);
         path.closed = true;  // a boundary is closed whatever its flag says
-        if (path.xy.size() < 4) path.problem = "has a boundary of fewer than two vertices";
+        if (path.vertices.size() < 2) path.problem = "has a boundary of fewer than two vertices";
     } else if (edges_.size() == 1 && PieceOf(edges_.front()).closed) {
         path = PieceOf(edges_.front());  // a whole circle or ellipse
         path.edge = false;
         if (path.ellipse && !path.followsEllipse) {  // the circle as two half arcs, as CIRCLE gives it
             const EllipticArc c = *path.ellipse;
-            path.xy = {c.cx - c.ux, c.cy, c.cx + c.ux, c.cy};
+            path.vertices = {{c.cx - c.ux, c.cy, 0}, {c.cx + c.ux, c.cy, 0}};
             path.bulges = {1, 1};
             path.ellipse = std::make_shared<const EllipticArc>(
                 EllipticArc{c.cx, c.cy, c.ux, 0, 0, c.ux, std::numbers::pi, 3 * std::numbers::pi});

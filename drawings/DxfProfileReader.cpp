@@ -214,8 +214,8 @@ class Resolver {
             Place(shape, map, p, last);
         }
         if (!p.closed && p.VertexCount() > 2) {
-            const auto& xy = p.xy;
-            p.closed = xy[0] == xy[xy.size() - 2] && xy[1] == xy[xy.size() - 1];
+            const Point3 &first = p.vertices.front(), &last = p.vertices.back();
+            p.closed = first.x == last.x && first.y == last.y;
         }
         return p;
     }
@@ -223,10 +223,11 @@ class Resolver {
     // A placed piece as an edge to chain, or nothing (with the problem set) when a coordinate is
     // not finite.
     static std::optional<DrawnEdge> EdgeOf(const DxfShape& shape, const std::string& layer, DrawnProfile& p) {
-        auto finite = [](const std::vector<double>& values) {
-            return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
-        };
-        if (p.xy.size() < 4 || !finite(p.xy) || !finite(p.bulges)) {
+        const auto finite = [](double v) { return std::isfinite(v); };
+        const bool finiteVertices = std::all_of(p.vertices.begin(), p.vertices.end(),
+                                                [&](const Point3& v) { return finite(v.x) && finite(v.y); });
+        if (p.vertices.size() < 2 || !finiteVertices ||
+            !std::all_of(p.bulges.begin(), p.bulges.end(), finite)) {
             p.problem = "has a coordinate that is not a finite number";
             return std::nullopt;
         }
@@ -234,7 +235,7 @@ class Resolver {
         return DrawnEdge{shape.type,
                          shape.handle,
                          layer,
-                         std::move(p.xy),
+                         std::move(p.vertices),
                          std::move(p.bulges),
                          shape.approximate,
                          p.curves.empty() ? std::nullopt : std::optional<EllipticArc>(p.curves.front())};
@@ -253,7 +254,7 @@ class Resolver {
             std::optional<DrawnEdge> edge = p.problem.empty() ? EdgeOf(piece, layer, p) : std::nullopt;
             if (!edge) {
                 named.problem = p.problem;
-                named.xy.clear();
+                named.vertices.clear();
                 profiles_.push_back(std::move(named));
                 return;
             }
@@ -279,14 +280,10 @@ class Resolver {
     // `last` the shape's own lists are mapped in place and handed over.
     static void Place(DxfShape& shape, const Affine& map, DrawnProfile& p, bool last) {
         const double flip = map.Determinant() < 0 ? -1 : 1;
-        p.xy = last ? std::move(shape.xy) : shape.xy;
+        p.vertices = last ? std::move(shape.vertices) : shape.vertices;
         p.bulges = last ? std::move(shape.bulges) : shape.bulges;
-        if (p.xy.size() % 2 != 0) p.xy.pop_back();  // an x without its y
-        for (std::size_t i = 0; i + 1 < p.xy.size(); i += 2) {
-            const double x = p.xy[i], y = p.xy[i + 1];
-            p.xy[i] = map.a * x + map.b * y + map.e;
-            p.xy[i + 1] = map.c * x + map.d * y + map.f;
-        }
+        for (Point3& v : p.vertices)
+            v = {map.a * v.x + map.b * v.y + map.e, map.c * v.x + map.d * v.y + map.f, 0};
         for (double& bulge : p.bulges) bulge *= flip;
     }
 

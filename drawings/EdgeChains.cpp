@@ -19,22 +19,22 @@ class Nodes {
   public:
     explicit Nodes(double gap) : gap_(gap > 0 ? gap : 1e-300) {}
 
-    int At(double x, double y) {
-        const std::int64_t cx = Cell(x), cy = Cell(y);
+    int At(const Point3& p) {
+        const std::int64_t cx = Cell(p.x), cy = Cell(p.y);
         for (std::int64_t dx = -1; dx <= 1; ++dx) {
             for (std::int64_t dy = -1; dy <= 1; ++dy) {
                 const auto found = cells_.find(Key(cx + dx, cy + dy));
                 if (found == cells_.end()) continue;
                 for (int node : found->second) {
-                    if (std::hypot(points_[static_cast<std::size_t>(node)].first - x,
-                                   points_[static_cast<std::size_t>(node)].second - y) <= gap_) {
+                    const Point3& q = points_[static_cast<std::size_t>(node)];
+                    if (std::hypot(q.x - p.x, q.y - p.y) <= gap_) {
                         return node;
                     }
                 }
             }
         }
         const int node = static_cast<int>(points_.size());
-        points_.emplace_back(x, y);
+        points_.push_back(p);
         cells_[Key(cx, cy)].push_back(node);
         return node;
     }
@@ -50,7 +50,7 @@ class Nodes {
     }
 
     double gap_;
-    std::vector<std::pair<double, double>> points_;
+    std::vector<Point3> points_;
     std::unordered_map<std::uint64_t, std::vector<int>> cells_;
 };
 
@@ -131,8 +131,7 @@ std::string CountedTypes(const std::vector<DrawnEdge>& edges, const std::vector<
 double ExtentOf(const std::vector<DrawnEdge>& edges) {
     SegmentBox box = SegmentBox::Empty();
     for (const DrawnEdge& e : edges) {
-        for (std::size_t i = 0; i + 1 < e.xy.size(); i += 2)
-            box.Include({e.xy[i], e.xy[i + 1], e.xy[i], e.xy[i + 1]});
+        for (const Point3& v : e.vertices) box.Include({v.x, v.y, v.x, v.y});
     }
     return std::max(box.xmax - box.xmin, box.ymax - box.ymin);
 }
@@ -152,7 +151,7 @@ class EdgeGraph {
         : edges_(edges), unused_(unused), ends_(edges.size()), done_(edges.size(), false) {
         Nodes nodes(kChainGap * ExtentOf(edges));
         for (std::size_t i = 0; i < edges.size(); ++i)
-            ends_[i] = {nodes.At(edges[i].X0(), edges[i].Y0()), nodes.At(edges[i].X1(), edges[i].Y1())};
+            ends_[i] = {nodes.At(edges[i].Start()), nodes.At(edges[i].End())};
         at_.resize(nodes.Count());
         for (std::size_t i = 0; i < edges.size(); ++i) {
             if (ends_[i].first == ends_[i].second) continue;
@@ -219,7 +218,7 @@ class EdgeGraph {
         }
         DrawnProfile p;
         for (std::size_t k = 0; k < edge.bulges.size(); ++k)
-            p.Add(edge.xy[2 * k], edge.xy[2 * k + 1], edge.bulges[k]);
+            p.Add(edge.vertices[k].x, edge.vertices[k].y, edge.bulges[k]);
         if (edge.curve) {
             p.curves = {*edge.curve};
             p.curveOf.assign(edge.bulges.size(), 0);
@@ -268,7 +267,7 @@ class EdgeGraph {
             if (edge.curve) p.curves.push_back(forwards ? *edge.curve : edge.curve->Reversed());
             for (std::size_t k = 0; k < segments; ++k) {  // each segment's start point and bulge
                 const std::size_t i = forwards ? k : segments - k;
-                p.Add(edge.xy[2 * i], edge.xy[2 * i + 1],
+                p.Add(edge.vertices[i].x, edge.vertices[i].y,
                       forwards ? edge.bulges[k] : -edge.bulges[segments - 1 - k]);
                 p.curveOf.push_back(curve);
             }

@@ -10,18 +10,17 @@
 namespace tgp::drawings {
 
 // A piece of outline in world coordinates, drawn as an entity of its own: a LINE, an ARC, an open
-// SPLINE (flattened), a hatch boundary's edge. Vertices as x, y pairs and one bulge per segment
-// (positive counter-clockwise): xy holds one point more than bulges.
+// SPLINE (flattened), a hatch boundary's edge: its vertices and one bulge per segment (positive
+// counter-clockwise), one vertex more than bulges.
 struct DrawnEdge {
     std::string type, handle, layer;
-    std::vector<double> xy, bulges;
+    std::vector<Point3> vertices;
+    std::vector<double> bulges;
     bool approximate = false;          // a flattened curve
     std::optional<EllipticArc> curve;  // an elliptic arc the segments run along
 
-    double X0() const { return xy[0]; }
-    double Y0() const { return xy[1]; }
-    double X1() const { return xy[xy.size() - 2]; }
-    double Y1() const { return xy[xy.size() - 1]; }
+    const Point3& Start() const { return vertices.front(); }
+    const Point3& End() const { return vertices.back(); }
 };
 
 // End points closer than this share a point, relative to the extent of all the edges (the larger of

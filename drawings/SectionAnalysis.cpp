@@ -64,7 +64,7 @@ double ModulusIn(double cubicMillimetres, const Units& units) {
 LoopDLine SegmentOf(const DrawnProfile& p, std::size_t k) {
     const std::size_t next = (k + 1) % p.VertexCount();
     LoopDLine segment;
-    segment.Init({p.xy[2 * k], p.xy[2 * k + 1], 0}, {p.xy[2 * next], p.xy[2 * next + 1], 0}, p.bulges[k]);
+    segment.Init(p.vertices[k], p.vertices[next], p.bulges[k]);
     return segment;
 }
 
@@ -73,7 +73,7 @@ LoopDLine SegmentOf(const DrawnProfile& p, std::size_t k) {
 std::shared_ptr<InertiaBlock> ExactBlock(const DrawnProfile& p) {
     const std::size_t n = p.VertexCount();
     Point3 O{0, 0, 0};
-    for (std::size_t k = 0; k < n; ++k) O = Plus(O, {p.xy[2 * k], p.xy[2 * k + 1], 0});
+    for (std::size_t k = 0; k < n; ++k) O = Plus(O, p.vertices[k]);
     O = Scaled(O, 1.0 / static_cast<double>(n));
     SegmentIntegrals sum;
     double perimeter = 0;

@@ -30,13 +30,14 @@ BuiltLoop BuildLoop(const DrawnProfile& profile) {
     if (!profile.closed) return {nullptr, "is open: its last vertex does not meet the first"};
     // Fourth powers of the coordinates must stay finite for the moments.
     const auto usable = [](double v) { return std::fabs(v) <= 1e60; };
-    if (!std::all_of(profile.xy.begin(), profile.xy.end(), usable) ||
+    const auto usablePoint = [&](const Point3& p) { return usable(p.x) && usable(p.y); };
+    if (!std::all_of(profile.vertices.begin(), profile.vertices.end(), usablePoint) ||
         !std::all_of(profile.bulges.begin(), profile.bulges.end(), usable)) {
         return {nullptr, "has a coordinate or bulge out of range (not finite or beyond 1E+60)"};
     }
     auto loop = Loop7::Create();
     try {
-        loop->InitFromCoordinates(profile.xy, profile.bulges);
+        loop->InitFromVertices(profile.vertices, profile.bulges);
     } catch (const Error&) {
         // Only an overflow can stop the building here: an arc so flat (a bulge within about 1E-300
         // of 0) that its radius passes the number range.
@@ -64,12 +65,13 @@ BuiltLoop BuildLoop(const DrawnProfile& profile) {
 // for an outline that building will reject.
 std::optional<SegmentBox> ReachOf(const DrawnProfile& p) {
     const std::size_t n = p.VertexCount();
-    if (!p.problem.empty() || !p.closed || n == 0 || p.xy.size() != 2 * n) return std::nullopt;
+    if (!p.problem.empty() || !p.closed || n == 0 || p.vertices.size() != n) return std::nullopt;
     SegmentBox box = SegmentBox::Empty();
     double magnitude = 0, steepest = 0;
     for (std::size_t k = 0; k < n; ++k) {
         const std::size_t next = (k + 1) % n;
-        const double x0 = p.xy[2 * k], y0 = p.xy[2 * k + 1], x1 = p.xy[2 * next], y1 = p.xy[2 * next + 1];
+        const double x0 = p.vertices[k].x, y0 = p.vertices[k].y, x1 = p.vertices[next].x,
+                     y1 = p.vertices[next].y;
         const double b = std::fabs(p.bulges[k]);
         if (!(std::fabs(x0) <= 1e60 && std::fabs(y0) <= 1e60 && b <= 1e60)) return std::nullopt;
         const double chord = std::hypot(x1 - x0, y1 - y0);

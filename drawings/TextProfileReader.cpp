@@ -78,7 +78,8 @@ struct Piece {
     };
     std::string_view text;
     std::vector<Item> items;
-    std::vector<double> xy, bulges;
+    std::vector<Point3> vertices;
+    std::vector<double> bulges;
     std::string malformed;  // what is wrong with the malformed line that ended the piece
     int lines = 0;
     std::exception_ptr failure;  // what stopped the reading otherwise (out of memory)
@@ -97,7 +98,7 @@ struct Piece {
   private:
     void ReadLines(std::string_view rest) {
         const auto lineBreaks = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '\n'));
-        xy.reserve(2 * (lineBreaks + 1));
+        vertices.reserve(lineBreaks + 1);
         bulges.reserve(lineBreaks + 1);
         while (!rest.empty()) {
             const std::size_t end = rest.find('\n');
@@ -147,8 +148,7 @@ struct Piece {
         if (items.empty() || items.back().kind != Kind::Vertices)
             items.push_back(Item{Kind::Vertices, lines, bulges.size(), 0});
         ++items.back().count;
-        xy.push_back(value[0]);
-        xy.push_back(value[1]);
+        vertices.push_back({value[0], value[1], 0});
         bulges.push_back(value[2]);
         return true;
     }
@@ -248,13 +248,13 @@ class TextParser {
         if (!inLoop_) Start("");
         DrawnProfile& loop = current_;
         if (loop.bulges.empty() && run.count == piece.bulges.size()) {
-            loop.xy = std::move(piece.xy);
+            loop.vertices = std::move(piece.vertices);
             loop.bulges = std::move(piece.bulges);
         } else {
             const auto first = static_cast<std::ptrdiff_t>(run.first);
             const auto count = static_cast<std::ptrdiff_t>(run.count);
-            loop.xy.insert(loop.xy.end(), piece.xy.begin() + 2 * first,
-                           piece.xy.begin() + 2 * (first + count));
+            loop.vertices.insert(loop.vertices.end(), piece.vertices.begin() + first,
+                                 piece.vertices.begin() + first + count);
             loop.bulges.insert(loop.bulges.end(), piece.bulges.begin() + first,
                                piece.bulges.begin() + first + count);
         }

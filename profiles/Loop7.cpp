@@ -38,8 +38,25 @@ void ReportDistinct(const std::vector<Point3>& found, std::vector<Point>* out) {
 void Loop7::InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges,
                                 bool NoClose) {
     if (Coordinates.size() % 2 != 0) throw Error::SubscriptOutOfRange();  // an x without its y
-    const std::size_t n = Coordinates.size() / 2;
-    auto vertex = [&](std::size_t i) { return Point3{Coordinates[2 * i], Coordinates[2 * i + 1], 0}; };
+    InitFrom(
+        Coordinates.size() / 2,
+        [&](std::size_t i) {
+            return Point3{Coordinates[2 * i], Coordinates[2 * i + 1], 0};
+        },
+        Bulges, NoClose);
+}
+
+void Loop7::InitFromVertices(std::span<const Point3> Vertices, std::span<const double> Bulges) {
+    InitFrom(
+        Vertices.size(),
+        [&](std::size_t i) {
+            return Point3{Vertices[i].x, Vertices[i].y, 0};
+        },
+        Bulges, false);
+}
+
+template <class VertexAt>
+void Loop7::InitFrom(std::size_t n, VertexAt vertex, std::span<const double> Bulges, bool NoClose) {
     decltype(segments_) segments;
     segments.reserve(n);
     std::size_t firstKept = 0;      // the closing segment ends at the first vertex not dropped

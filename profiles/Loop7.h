@@ -39,6 +39,8 @@ class Loop7 {
     // coordinates, raises error 9.
     void InitFromCoordinates(std::span<const double> Coordinates, std::span<const double> Bulges,
                              bool NoClose = false);
+    // The same from fixed points (closed), for readers that hold their outlines as points.
+    void InitFromVertices(std::span<const Point3> Vertices, std::span<const double> Bulges);
     // A closed polygon through the points (bulges 0).
     void InitFromPoints(std::span<const Point> Vertices);
     // Reverses the traversal; an existing property block is inverted rather than recomputed.
@@ -124,6 +126,8 @@ class Loop7 {
     std::shared_ptr<Loop7> Copy() const;
 
   private:
+    template <class VertexAt>
+    void InitFrom(std::size_t n, VertexAt vertex, std::span<const double> Bulges, bool NoClose);
     // The mean of the segments' start points (error 11 for an empty loop).
     Point3 MeanVertex() const;
     void ComputeInertia();

@@ -30,11 +30,10 @@ std::shared_ptr<UnitSetting> Units(int16_t length, int16_t angle = Degree_UnitID
     return s;
 }
 
-DrawnProfile Profile(std::vector<double> xy, std::vector<double> bulges, bool closed = true) {
+DrawnProfile Profile(const std::vector<double>& xy, const std::vector<double>& bulges, bool closed = true) {
     DrawnProfile p;
     p.name = "p";
-    p.xy = std::move(xy);
-    p.bulges = std::move(bulges);
+    p.AddAll(xy, bulges);
     p.closed = closed;
     return p;
 }
@@ -57,8 +56,9 @@ TEST(AnalyseProfile, BothDirectionsGivePositiveValuesInTheChosenUnits) {
         xy.push_back(x * s + y * c);
     }
     for (bool reversed : {false, true}) {
-        DrawnProfile p = Profile(xy, {0, 0, 0, 0});
-        if (reversed) p.xy = {xy[6], xy[7], xy[4], xy[5], xy[2], xy[3], xy[0], xy[1]};
+        const DrawnProfile p =
+            reversed ? Profile({xy[6], xy[7], xy[4], xy[5], xy[2], xy[3], xy[0], xy[1]}, {0, 0, 0, 0})
+                     : Profile(xy, {0, 0, 0, 0});
         const ProfileOutcome o = AnalyseProfile(p, Units(cm_UnitID));
         ASSERT_TRUE(o.values) << o.error;
         EXPECT_NEAR(o.values->area, 10, 1e-12);

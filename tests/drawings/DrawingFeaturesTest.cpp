@@ -50,9 +50,10 @@ std::string Insert(const std::string& handle, const std::string& layer, const st
 const std::vector<std::vector<double>> kSquare = {{0, 0}, {10, 0}, {10, 10, 0}, {0, 10}};
 
 void ExpectPoints(const DrawnProfile& p, const std::vector<double>& xy, const std::string& what) {
-    ASSERT_EQ(p.xy.size(), xy.size()) << what;
+    const std::vector<double> read = p.Coordinates();
+    ASSERT_EQ(read.size(), xy.size()) << what;
     for (std::size_t i = 0; i < xy.size(); ++i)
-        EXPECT_NEAR(p.xy[i], xy[i], 1e-9) << what << " coordinate " << i;
+        EXPECT_NEAR(read[i], xy[i], 1e-9) << what << " coordinate " << i;
 }
 
 TEST(DrawingBlocks, ReferencesArePlacedScaledTurnedAndMirrored) {
@@ -165,7 +166,7 @@ TEST(DrawingUnits, InsunitsAndTheOption) {
         options.millimetresPerUnit = c.option;
         const std::string header = "9\n$INSUNITS\n70\n" + std::to_string(c.insunits) + "\n";
         const auto p = ReadDxfText(Drawing(Polyline("1", "0", kSquare), "", header), "d.dxf", options);
-        EXPECT_NEAR(p.at(0).xy[2], c.side, 1e-12) << c.insunits;
+        EXPECT_NEAR(p.at(0).vertices[1].x, c.side, 1e-12) << c.insunits;
     }
     EXPECT_EQ(MillimetresPerInsUnit(2), 304.8);
     EXPECT_EQ(MillimetresPerInsUnit(0), 0);

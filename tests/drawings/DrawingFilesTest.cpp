@@ -71,7 +71,7 @@ TEST(DrawingFiles, BinaryDrawingsReadAsTheirAsciiText) {
         ASSERT_EQ(binary.size(), ascii.size()) << oneByte;
         for (std::size_t i = 0; i < ascii.size(); ++i) {
             EXPECT_EQ(binary[i].name, ascii[i].name);
-            EXPECT_EQ(binary[i].xy, ascii[i].xy);
+            EXPECT_EQ(binary[i].vertices, ascii[i].vertices);
             EXPECT_EQ(binary[i].bulges, ascii[i].bulges);
         }
         EXPECT_EQ(SkipSummary(skips), SkipSummary(asciiSkips));

@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(TextProfiles, ReadsNumbersWithAPointAndBulgesDefaultingToZero) {
     const auto p = FromText("-1.5e1 2.25 -0.5\n3 4\n").at(0);
-    EXPECT_EQ(p.xy, (std::vector<double>{-15, 2.25, 3, 4}));
+    EXPECT_EQ(p.Coordinates(), (std::vector<double>{-15, 2.25, 3, 4}));
     EXPECT_EQ(p.bulges, (std::vector<double>{-0.5, 0}));
 }
 
@@ -106,7 +106,7 @@ std::string ReadOutcome(const std::string& text, int pieces) {
         for (const DrawnProfile& p : ReadTextProfiles(text, "in.txt", pieces)) {
             out << p.name << " [" << p.group << "]";
             for (std::size_t k = 0; k < p.VertexCount(); ++k)
-                out << " " << p.xy[2 * k] << "," << p.xy[2 * k + 1] << "," << p.bulges[k];
+                out << " " << p.vertices[k].x << "," << p.vertices[k].y << "," << p.bulges[k];
             out << "\n";
         }
         return out.str();
@@ -147,7 +147,7 @@ TEST(TextProfiles, SmallProfilesReadInPiecesStaySmall) {
     for (const DrawnProfile& p : profiles) {
         ASSERT_EQ(p.VertexCount(), 3u);
         ASSERT_LE(p.bulges.capacity(), 8u);
-        ASSERT_LE(p.xy.capacity(), 16u);
+        ASSERT_LE(p.vertices.capacity(), 8u);
     }
 }
 
@@ -167,8 +167,8 @@ TEST(TextProfiles, LargeTextReadInPiecesKeepsOrderAndLineNumbers) {
     ASSERT_EQ(profiles[0].VertexCount(), static_cast<std::size_t>(vertices));
     ASSERT_EQ(profiles[1].VertexCount(), static_cast<std::size_t>(vertices));
     for (int k = 0; k < vertices; k += 9973) {
-        EXPECT_EQ(profiles[0].xy[2 * k], k);
-        EXPECT_EQ(profiles[1].xy[2 * k], -k);
+        EXPECT_EQ(profiles[0].vertices[k].x, k);
+        EXPECT_EQ(profiles[1].vertices[k].x, -k);
     }
     text += "1 2 3 4\n5 5\n";
     try {
@@ -227,10 +227,10 @@ TEST(DxfProfiles, PolylinesCirclesAndTheirNames) {
     EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -1, 0}));
     EXPECT_TRUE(p[0].closed);
     EXPECT_EQ(p[1].name, "POLYLINE handle A1 on layer L2");
-    EXPECT_EQ(p[1].xy, (std::vector<double>{0, 0, 4, 0, 4, 3}));
+    EXPECT_EQ(p[1].Coordinates(), (std::vector<double>{0, 0, 4, 0, 4, 3}));
     EXPECT_EQ(p[1].bulges, (std::vector<double>{0.5, 0, 0}));
     EXPECT_EQ(p[2].name, "CIRCLE handle 3C on layer 0");
-    EXPECT_EQ(p[2].xy, (std::vector<double>{3, 6, 7, 6}));
+    EXPECT_EQ(p[2].Coordinates(), (std::vector<double>{3, 6, 7, 6}));
     EXPECT_EQ(p[2].bulges, (std::vector<double>{1, 1}));
     EXPECT_TRUE(p[3].closed);  // no closed flag, but back on the first vertex
     // No closed flag and the last vertex elsewhere: a line of the drawing, not an outline.
@@ -250,7 +250,7 @@ TEST(DxfProfiles, DeclaredCountsAreNotTrusted) {
         const DxfFile file({polyline, spline, leader});
         const auto p = ReadDxfProfiles(file.path());
         ASSERT_EQ(p.size(), 2u) << declared;
-        EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5})) << declared;
+        EXPECT_EQ(p[0].Coordinates(), (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5})) << declared;
         EXPECT_EQ(p[1].problem, "has too few control points to draw") << "the spline holds one point";
     }
 }
@@ -265,7 +265,7 @@ TEST(DxfProfiles, CountsAreCheckedWhateverFollowsANulInTheEntityType) {
         const DxfFile file({polyline});
         const auto p = ReadDxfProfiles(file.path());
         ASSERT_EQ(p.size(), 1u);
-        EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5}));
+        EXPECT_EQ(p[0].Coordinates(), (std::vector<double>{0, 0, 10, 0, 10, 5, 0, 5}));
     }
 }
 
@@ -301,9 +301,9 @@ TEST(DxfProfiles, ReadPointDecimalsUnderACommaLocale) {
     std::locale::global(previous);
     std::setlocale(LC_ALL, "C");
     ASSERT_EQ(p.size(), 1u);
-    EXPECT_EQ(p[0].xy, (std::vector<double>{0.5, 0.25, 10.75, 0, 10, 5.5}));
+    EXPECT_EQ(p[0].Coordinates(), (std::vector<double>{0.5, 0.25, 10.75, 0, 10, 5.5}));
     EXPECT_EQ(p[0].bulges, (std::vector<double>{0, -0.5, 0}));
-    EXPECT_EQ(t.at(0).xy, (std::vector<double>{0.5, 0.25, 10.75, 0}));
+    EXPECT_EQ(t.at(0).Coordinates(), (std::vector<double>{0.5, 0.25, 10.75, 0}));
 }
 
 // Long lines are read whole: a long layer name stays, a number with thousands of digits is read.
@@ -314,7 +314,7 @@ TEST(DxfProfiles, LongLinesAreReadWhole) {
     const auto p = ReadDxfProfiles(DxfFile({polyline}).path());
     ASSERT_EQ(p.size(), 1u);
     EXPECT_EQ(p[0].name, "LWPOLYLINE handle 7C on layer " + std::string(5000, 'L'));
-    EXPECT_EQ(p[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5}));
+    EXPECT_EQ(p[0].Coordinates(), (std::vector<double>{0, 0, 10, 0, 10, 5}));
 }
 
 TEST(DxfProfiles, MissingFileIsAFileError) {
@@ -340,7 +340,7 @@ TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
     std::ofstream(path, std::ios::binary) << "0 0\r\n10 0\r\n10 5";
     const auto profiles = ReadTextProfiles(MappedFile(path).Text(), path);
     ASSERT_EQ(profiles.size(), 1u);
-    EXPECT_EQ(profiles[0].xy, (std::vector<double>{0, 0, 10, 0, 10, 5}));
+    EXPECT_EQ(profiles[0].Coordinates(), (std::vector<double>{0, 0, 10, 0, 10, 5}));
     std::remove(path.c_str());
     for (const std::string& bad : {std::string("/nonexistent/profile.txt"), ::testing::TempDir()}) {
         try {

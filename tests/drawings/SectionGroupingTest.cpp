@@ -29,8 +29,7 @@ std::shared_ptr<UnitSetting> Millimetres() {
 DrawnProfile Outlined(const std::string& name, const Outline& o) {
     DrawnProfile p;
     p.name = name;
-    p.xy = o.xy;
-    p.bulges = o.bulges;
+    p.AddAll(o.xy, o.bulges);
     return p;
 }
 
