@@ -269,15 +269,8 @@ class Parser {
         switch (tag.code) {
             case 70: s.closed = (Integer(tag) & kClosedFlag) != 0; break;
             case 10:
-                s.vertices.push_back({Number(tag), 0, 0});
-                s.bulges.push_back(0);
-                break;
             case 20:
-                if (!s.vertices.empty()) s.vertices.back().y = Number(tag);
-                break;
-            case 42:
-                if (!s.bulges.empty()) s.bulges.back() = Number(tag);
-                break;
+            case 42: s.VertexGroup(tag.code, Number(tag)); break;
             default: break;
         }
     }

@@ -41,6 +41,18 @@ struct DxfShape {
     bool edge = false;
     bool approximate = false;  // a curve flattened into segments
     bool followsEllipse = false;
+
+    // Groups 10 (a new vertex's x), 20 (its y) and 42 (its bulge) of a polyline's vertex list.
+    void VertexGroup(int code, double value) {
+        if (code == 10) {
+            vertices.push_back({value, 0, 0});
+            bulges.push_back(0);
+        } else if (code == 20 && !vertices.empty()) {
+            vertices.back().y = value;
+        } else if (code == 42 && !bulges.empty()) {
+            bulges.back() = value;
+        }
+    }
 };
 
 // A block reference (INSERT): the block's contents scaled, turned and moved, in rows and columns.

@@ -51,15 +51,8 @@ void HatchReader::PathGroup(const DxfTag& tag) {
     if (polylinePath_) {
         switch (tag.code) {
             case 10:
-                path_.vertices.push_back({number_(tag), 0, 0});
-                path_.bulges.push_back(0);
-                break;
             case 20:
-                if (!path_.vertices.empty()) path_.vertices.back().y = number_(tag);
-                break;
-            case 42:
-                if (!path_.bulges.empty()) path_.bulges.back() = number_(tag);
-                break;
+            case 42: path_.VertexGroup(tag.code, number_(tag)); break;
             default: break;
         }
         return;
