@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 
 #include "drawings/MappedFile.h"
 #include "drawings/SectionFinder.h"
@@ -13,13 +14,11 @@ namespace {
 
 bool IsDxf(const std::string& path, DrawingFormat format) {
     if (format != DrawingFormat::ByExtension) return format == DrawingFormat::Dxf;
-    if (path.size() < 4) return false;
-    std::string extension = path.substr(path.size() - 4);
+    std::string extension = std::filesystem::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension == ".dxf";
 }
-
 }  // namespace
 
 std::string DrawingSections::SkipSummary() const {

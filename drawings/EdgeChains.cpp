@@ -57,25 +57,6 @@ class Nodes {
 using Ends = std::vector<std::pair<int, int>>;
 using Incidence = std::vector<std::vector<std::size_t>>;
 
-// Takes away edges with a free end, and then those that leaves free, until none is left.
-template <class TakeAway>
-void PruneDangling(Incidence& at, const Ends& ends, TakeAway takeAway) {
-    std::vector<std::size_t> free;
-    for (std::size_t n = 0; n < at.size(); ++n) {
-        if (at[n].size() == 1) free.push_back(n);
-    }
-    while (!free.empty()) {
-        const std::size_t node = free.back();
-        free.pop_back();
-        if (at[node].size() != 1) continue;
-        const std::size_t e = at[node].front();
-        takeAway(e);
-        for (int end : {ends[e].first, ends[e].second}) {
-            if (at[static_cast<std::size_t>(end)].size() == 1) free.push_back(static_cast<std::size_t>(end));
-        }
-    }
-}
-
 // The edges that lie on no cycle (whose removal would split their part of the drawing): Tarjan's
 // low-link search, iterative, stepping back only over the edge it came by (two arcs between the
 // same two points are a cycle).
@@ -162,15 +143,10 @@ class EdgeGraph {
 
     // Lines that end in the open (centre marks, extension lines) are not part of an outline, nor is
     // what only they connect; neither are lines that merely join two outlines (a leader from a hole
-    // to a corner): every edge on no cycle at all goes, then what that leaves dangling.
+    // to a corner). They are the edges on no cycle at all; taking them away breaks no cycle, so
+    // every edge left lies on one.
     void TakeAwayOpenEdges() {
-        const auto takeAway = [this](std::size_t e) { TakeAway(e); };
-        for (;;) {
-            PruneDangling(at_, ends_, takeAway);
-            const std::vector<std::size_t> bridges = Bridges(at_, ends_);
-            if (bridges.empty()) break;
-            for (std::size_t e : bridges) TakeAway(e);
-        }
+        for (std::size_t e : Bridges(at_, ends_)) TakeAway(e);
     }
 
     // The outlines in the order of their first edge.

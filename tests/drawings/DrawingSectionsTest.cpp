@@ -62,6 +62,8 @@ TEST(DrawingSections, OptionsChooseLayerUnitFormatAndGrouping) {
     ASSERT_EQ(tube.sections.size(), 1u);
     EXPECT_EQ(tube.sections[0].name, "tube with 1 hole");
     EXPECT_DOUBLE_EQ(tube.sections[0].loops->Area(), 12);
+    options.millimetresPerUnit = 10;
+    EXPECT_DOUBLE_EQ(ReadDrawingSections(text, options).sections.at(0).loops->Area(), 1200) << "text in cm";
 }
 
 TEST(DrawingSections, FilesThatCannotBeReadRaiseTheLibrarysErrorNamingThem) {

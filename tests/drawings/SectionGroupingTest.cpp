@@ -65,7 +65,10 @@ TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
 TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
     const double far = 1e7;
     test::Outline dome = test::Rectangle(0, 0, 20, 10).Reversed();  // counter-clockwise from (0, 0)
-    dome.bulges[2] = 1;  // the top edge, from (20, 10) to (0, 10), a half circle up to y = 20
+    dome.bulges[2] = 1;   // the top edge, from (20, 10) to (0, 10), a half circle up to y = 20
+    test::Outline major;  // an arc of 285 degrees below the chord (0, 0)-(10, 0), down to y = -15
+    major.Add(0, 0, 3);
+    major.Add(10, 0);
     struct Case {
         const char* what;
         std::vector<DrawnProfile> drawn;
@@ -83,11 +86,33 @@ TEST(SectionGrouping, OutlinesThatJustReachEachOther) {
         {"apart",
          {Outlined("a", test::Rectangle(0, 0, 10, 10)), Outlined("b", test::Rectangle(10 + 1e-3, 0, 10, 10))},
          2},
+        {"a hole beside the chord of an arc of more than half a turn",
+         {Outlined("major", major), Outlined("hole", test::Rectangle(-2, -7, 1, 1))},
+         1},
+        {"each touching one of two outlines that overlap (reported alone)",
+         {Outlined("x", test::Rectangle(0, 0, 10, 10)), Outlined("y", test::Rectangle(5, 5, 10, 10)),
+          Outlined("left", test::Rectangle(-10, 0, 10, 10)),
+          Outlined("below", test::Rectangle(2, -10, 6, 10))},
+         4},
     };
     for (const Case& c : cases) {
         const auto sections = AnalyseProfiles(c.drawn, Millimetres());
         EXPECT_EQ(sections.size(), c.sections) << c.what;
     }
+}
+
+// A copy that differs by rounding (a corner 1E-12 of the size away) repeats the outline: left out and
+// counted, not reported as an overlap.
+TEST(SectionGrouping, AnOutlineRepeatedUpToRoundingIsLeftOutAndCounted) {
+    test::Outline copy = test::Rectangle(0, 0, 100, 100);
+    copy.xy[2] += 1e-10;
+    SkipList skipped;
+    const auto sections =
+        AnalyseProfiles({Outlined("square", test::Rectangle(0, 0, 100, 100)), Outlined("copy", copy)},
+                        Millimetres(), false, &skipped);
+    ASSERT_EQ(sections.size(), 1u);
+    EXPECT_TRUE(sections[0].values) << sections[0].error;
+    EXPECT_EQ(SkipSummary(skipped), "1 outline that repeats another");
 }
 
 TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
