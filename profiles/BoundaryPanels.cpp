@@ -1,0 +1,152 @@
+#include "profiles/BoundaryPanels.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace tgp {
+
+namespace {
+
+// Complex arithmetic on x, y.
+Point3 Times(const Point3& u, const Point3& v) {
+    return {u.x * v.x - u.y * v.y, u.x * v.y + u.y * v.x, 0};
+}
+Point3 Unit(double angle) {
+    return {std::cos(angle), std::sin(angle), 0};
+}
+
+// A vertex where the direction turns by more than this (radians) is a corner.
+constexpr double kCornerTurn = 1e-6;
+
+Point3 Direction(const BoundaryPanel& s, double t) {
+    const Point3 d = s.Derivative(t);
+    return d * (1 / std::hypot(d.x, d.y));
+}
+
+}  // namespace
+
+Point3 BoundaryPanel::At(double t) const {
+    if (turn == 0) return a + (b - a) * t;
+    return center + Times(Unit(turn * t), a - center);
+}
+
+Point3 BoundaryPanel::Derivative(double t) const {
+    if (turn == 0) return b - a;
+    const Point3 r = Times(Unit(turn * t), a - center);
+    return Point3{-r.y, r.x, 0} * turn;
+}
+
+double BoundaryPanel::Length() const {
+    const Point3 d = Derivative(t0);
+    return std::hypot(d.x, d.y) * (t1 - t0);  // |P'| is constant along a line or an arc
+}
+
+void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weights) {
+    points.assign(static_cast<std::size_t>(n), 0);
+    weights.assign(static_cast<std::size_t>(n), 0);
+    for (int i = 0; i < n; ++i) {
+        double x = std::cos(std::numbers::pi * (i + 0.75) / (n + 0.5)), derivative = 1;
+        for (int iteration = 0; iteration < 100; ++iteration) {
+            double p0 = 1, p1 = x;  // P_0, P_1, ... up to P_n by the three-term recurrence
+            for (int k = 2; k <= n; ++k) {
+                const double p2 = ((2 * k - 1) * x * p1 - (k - 1) * p0) / k;
+                p0 = p1;
+                p1 = p2;
+            }
+            derivative = n * (x * p1 - p0) / (x * x - 1);
+            const double step = p1 / derivative;
+            x -= step;
+            if (std::fabs(step) < 1e-16) break;
+        }
+        points[static_cast<std::size_t>(i)] = -x;
+        weights[static_cast<std::size_t>(i)] = 2 / ((1 - x * x) * derivative * derivative);
+    }
+}
+
+const std::vector<double>& BoundaryPanels::GaussPoints() {
+    static const std::vector<double> points = [] {
+        std::vector<double> p, w;
+        GaussLegendre(kOrder, p, w);
+        return p;
+    }();
+    return points;
+}
+
+const std::vector<double>& BoundaryPanels::GaussWeights() {
+    static const std::vector<double> weights = [] {
+        std::vector<double> p, w;
+        GaussLegendre(kOrder, p, w);
+        return w;
+    }();
+    return weights;
+}
+
+BoundaryPanels::BoundaryPanels(const std::vector<std::vector<LoopDLine>>& loops, const Point3& shift,
+                               double base, int depth) {
+    for (const auto& loop : loops) {
+        std::vector<BoundaryPanel> segments;
+        for (const LoopDLine& s : loop) {
+            BoundaryPanel whole{s.StartPoint() - shift, s.EndPoint() - shift, {}, 4 * std::atan(s.Bulge())};
+            if (whole.turn != 0) {
+                const Point3 e = Unit(whole.turn), one{1, 0, 0};
+                const Point3 numerator = whole.b - Times(e, whole.a), denominator = one - e;
+                const double d = denominator.x * denominator.x + denominator.y * denominator.y;
+                whole.center = Times(numerator, {denominator.x / d, -denominator.y / d, 0});
+            }
+            segments.push_back(whole);
+        }
+        const std::size_t n = segments.size();
+        auto corner = [&](std::size_t before, std::size_t after) {
+            const Point3 u = Direction(segments[before], 1), v = Direction(segments[after], 0);
+            return std::fabs(std::atan2(u.x * v.y - u.y * v.x, u.x * v.x + u.y * v.y)) > kCornerTurn;
+        };
+        for (std::size_t k = 0; k < n; ++k)
+            AddSegment(segments[k], corner((k + n - 1) % n, k), corner(k, (k + 1) % n), base, depth);
+    }
+}
+
+void BoundaryPanels::AddSegment(const BoundaryPanel& whole, bool cornerAtStart, bool cornerAtEnd, double base,
+                                int depth) {
+    std::size_t pieces = static_cast<std::size_t>(std::ceil(whole.Length() / base));
+    if (pieces < 1) pieces = 1;
+    if (pieces == 1 && cornerAtStart && cornerAtEnd) pieces = 2;
+    const double step = 1.0 / static_cast<double>(pieces);
+    for (std::size_t i = 0; i < pieces; ++i) {
+        const double t0 = static_cast<double>(i) * step, t1 = i + 1 == pieces ? 1.0 : t0 + step;
+        const bool gradeStart = i == 0 && cornerAtStart, gradeEnd = i + 1 == pieces && cornerAtEnd;
+        if (!gradeStart && !gradeEnd) {
+            AddPanel(whole, t0, t1);
+            continue;
+        }
+        // Dyadic panels towards the corner: [0, h 2^-depth], ..., [h/4, h/2], [h/2, h].
+        std::vector<double> cuts{0};
+        for (int level = depth; level >= 1; --level) cuts.push_back(std::ldexp(1.0, -level));
+        cuts.push_back(1);
+        for (std::size_t c = 0; c + 1 < cuts.size(); ++c) {
+            if (gradeStart)
+                AddPanel(whole, t0 + (t1 - t0) * cuts[c], t0 + (t1 - t0) * cuts[c + 1]);
+            else
+                AddPanel(whole, t1 - (t1 - t0) * cuts[cuts.size() - 1 - c],
+                         t1 - (t1 - t0) * cuts[cuts.size() - 2 - c]);
+        }
+    }
+}
+
+void BoundaryPanels::AddPanel(const BoundaryPanel& whole, double t0, double t1) {
+    BoundaryPanel panel = whole;
+    panel.t0 = t0;
+    panel.t1 = t1;
+    const std::size_t index = panels_.size();
+    panels_.push_back(panel);
+    const auto& points = GaussPoints();
+    const auto& weights = GaussWeights();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const double t = t0 + (t1 - t0) * (points[i] + 1) / 2;
+        const Point3 d = panel.Derivative(t);
+        const double speed = std::hypot(d.x, d.y);
+        nodes_.push_back(
+            {panel.At(t), {d.y / speed, -d.x / speed, 0}, weights[i] * speed * (t1 - t0) / 2, index});
+    }
+}
+
+}  // namespace tgp

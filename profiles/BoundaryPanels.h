@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "core/Point3.h"
+#include "profiles/Loop7.h"
+
+namespace tgp {
+
+// A piece of a section's boundary, straight or a circular arc, travelled with the material on its
+// left: P(t) = C + e^(i turn t) (A - C) for t in [t0, t1] of its segment's [0, 1] (a straight one:
+// A + t (B - A)).
+struct BoundaryPanel {
+    Point3 a, b, center;  // the segment's ends and, for an arc, its centre
+    double turn = 0;      // the segment's included angle, counter-clockwise positive; 0 straight
+    double t0 = 0, t1 = 1;
+
+    Point3 At(double t) const;
+    // dP/dt of the segment's parameter (not the panel's).
+    Point3 Derivative(double t) const;
+    double Length() const;
+};
+
+// Quadrature nodes on a section's boundary: Gauss-Legendre nodes of each panel with their outward
+// unit normals and arc-length weights. Panels are at most `base` long and halve in length towards
+// every corner (a vertex where the boundary turns) down to 2^-depth of their segment, so that the
+// corner singularities of harmonic functions are resolved.
+struct BoundaryNode {
+    Point3 p, normal;  // position, outward unit normal
+    double weight = 0;
+    std::size_t panel = 0;
+};
+
+class BoundaryPanels {
+  public:
+    static constexpr int kOrder = 12;  // Gauss-Legendre nodes per panel
+
+    // The loops of one solid with the material on the left of each (an outer boundary
+    // counter-clockwise, its holes clockwise) are given as segments; `shift` is subtracted from every
+    // point (the centroid, so that moments are about it).
+    BoundaryPanels(const std::vector<std::vector<LoopDLine>>& loops, const Point3& shift, double base,
+                   int depth);
+
+    const std::vector<BoundaryPanel>& Panels() const { return panels_; }
+    const std::vector<BoundaryNode>& Nodes() const { return nodes_; }
+    // The Gauss-Legendre rule on [-1, 1] the panels use.
+    static const std::vector<double>& GaussPoints();
+    static const std::vector<double>& GaussWeights();
+
+  private:
+    void AddSegment(const BoundaryPanel& whole, bool cornerAtStart, bool cornerAtEnd, double base, int depth);
+    void AddPanel(const BoundaryPanel& whole, double t0, double t1);
+
+    std::vector<BoundaryPanel> panels_;
+    std::vector<BoundaryNode> nodes_;
+};
+
+// The Gauss-Legendre rule of n points on [-1, 1] (Newton's method on the Legendre polynomial).
+void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weights);
+
+}  // namespace tgp

@@ -1,0 +1,361 @@
+#include "profiles/SaintVenantTorsion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "core/Error.h"
+#include "profiles/BoundaryPanels.h"
+
+namespace tgp {
+
+namespace {
+
+constexpr double kTwoPi = 2 * std::numbers::pi;
+constexpr int kMostRefinements = 6;
+
+// The kernel dG/dn_y of the double layer, G = -ln r / (2 pi).
+double DoubleLayer(const Point3& target, const Point3& y, const Point3& normal) {
+    const double dx = y.x - target.x, dy = y.y - target.y;
+    return -(dx * normal.x + dy * normal.y) / ((dx * dx + dy * dy) * kTwoPi);
+}
+
+double SingleLayer(const Point3& target, const Point3& y) {
+    const double dx = y.x - target.x, dy = y.y - target.y;
+    return -std::log(dx * dx + dy * dy) / (2 * kTwoPi);
+}
+
+// The distance in the plane (without hypot's care for overflow, which coordinates up to 1E+60 do not
+// need).
+double Distance(const Point3& a, const Point3& b) {
+    const double dx = a.x - b.x, dy = a.y - b.y;
+    return std::sqrt(dx * dx + dy * dy);
+}
+
+// dw/dn of the warping function about the origin.
+double WarpingFlux(const Point3& y, const Point3& normal) {
+    return y.y * normal.x - y.x * normal.y;
+}
+
+bool SameSegment(const BoundaryPanel& p, const BoundaryPanel& q) {
+    return p.a == q.a && p.b == q.b && p.turn == q.turn;
+}
+
+// The interpolant of a panel's Gauss nodes: barycentric weights of the Legendre nodes.
+const std::vector<double>& BarycentricWeights() {
+    static const std::vector<double> weights = [] {
+        const auto& x = BoundaryPanels::GaussPoints();
+        std::vector<double> w(x.size(), 1.0);
+        for (std::size_t m = 0; m < x.size(); ++m)
+            for (std::size_t k = 0; k < x.size(); ++k)
+                if (k != m) w[m] /= x[m] - x[k];
+        return w;
+    }();
+    return weights;
+}
+
+void LagrangeAt(double u, std::vector<double>& basis) {
+    const auto& x = BoundaryPanels::GaussPoints();
+    const auto& w = BarycentricWeights();
+    basis.assign(x.size(), 0);
+    double sum = 0;
+    for (std::size_t m = 0; m < x.size(); ++m) {
+        if (u == x[m]) {
+            basis.assign(x.size(), 0);
+            basis[m] = 1;
+            return;
+        }
+        basis[m] = w[m] / (u - x[m]);
+        sum += basis[m];
+    }
+    for (double& b : basis) b /= sum;
+}
+
+// ∫ f(y, normal, u) ds over the part [ua, ub] of a panel's [-1, 1], cut in halves while a piece is
+// closer to the target than twice its length (down to pieces of 2^-40 of the panel).
+template <class F>
+void Adaptive(const BoundaryPanel& panel, const Point3& target, double ua, double ub, int depth, const F& f) {
+    const double length = panel.Length() * (ub - ua) / 2;
+    auto t = [&](double u) { return panel.t0 + (panel.t1 - panel.t0) * (u + 1) / 2; };
+    const Point3 middle = panel.At(t((ua + ub) / 2));
+    if (Distance(middle, target) < 2 * length) {
+        // A piece of 1E-12 of the panel, or one whose parameters rounding no longer tells apart: its
+        // share is below rounding.
+        if (depth >= 40 || (ub - ua) * (panel.t1 - panel.t0) < 1e-13) return;
+        Adaptive(panel, target, ua, (ua + ub) / 2, depth + 1, f);
+        Adaptive(panel, target, (ua + ub) / 2, ub, depth + 1, f);
+        return;
+    }
+    const auto& points = BoundaryPanels::GaussPoints();
+    const auto& weights = BoundaryPanels::GaussWeights();
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        const double u = ua + (ub - ua) * (points[k] + 1) / 2;
+        const Point3 d = panel.Derivative(t(u));
+        const double speed = std::sqrt(d.x * d.x + d.y * d.y);
+        const double ds = weights[k] * (ub - ua) / 2 * speed * (panel.t1 - panel.t0) / 2;
+        f(panel.At(t(u)), Point3{d.y / speed, -d.x / speed, 0}, u, ds);
+    }
+}
+
+// A panel's middle and length, for telling near targets from far ones: a target closer than twice
+// the length is integrated adaptively.
+struct Reach {
+    Point3 middle;
+    double length;
+    bool Near(const Point3& target) const { return Distance(middle, target) < 2 * length; }
+};
+
+// GMRES without restarts on the dense system, from 0, to a residual of 1E-14 of the right side.
+std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double>& b) {
+    const std::size_t n = b.size(), most = std::min<std::size_t>(n, 400);
+    auto multiply = [&](const std::vector<double>& v) {
+        std::vector<double> r(n, 0);
+        for (std::size_t i = 0; i < n; ++i) {
+            const double* row = &a[i * n];
+            double s = 0;
+            for (std::size_t j = 0; j < n; ++j) s += row[j] * v[j];
+            r[i] = s;
+        }
+        return r;
+    };
+    double beta = 0;
+    for (double v : b) beta += v * v;
+    beta = std::sqrt(beta);
+    std::vector<double> x(n, 0);
+    if (beta == 0) return x;
+    std::vector<std::vector<double>> basis{b};
+    for (double& v : basis[0]) v /= beta;
+    std::vector<std::vector<double>> h;  // columns of the Hessenberg matrix, rotated
+    std::vector<double> cs, sn, g{beta};
+    std::size_t k = 0;
+    for (; k < most; ++k) {
+        std::vector<double> w = multiply(basis[k]);
+        std::vector<double> column(k + 2, 0);
+        for (std::size_t i = 0; i <= k; ++i) {  // modified Gram-Schmidt
+            double dot = 0;
+            for (std::size_t j = 0; j < n; ++j) dot += w[j] * basis[i][j];
+            column[i] = dot;
+            for (std::size_t j = 0; j < n; ++j) w[j] -= dot * basis[i][j];
+        }
+        double norm = 0;
+        for (double v : w) norm += v * v;
+        column[k + 1] = std::sqrt(norm);
+        for (std::size_t i = 0; i < k; ++i) {
+            const double t = cs[i] * column[i] + sn[i] * column[i + 1];
+            column[i + 1] = -sn[i] * column[i] + cs[i] * column[i + 1];
+            column[i] = t;
+        }
+        const double r = std::hypot(column[k], column[k + 1]);
+        cs.push_back(column[k] / r);
+        sn.push_back(column[k + 1] / r);
+        column[k] = r;
+        column[k + 1] = 0;
+        g.push_back(-sn[k] * g[k]);
+        g[k] *= cs[k];
+        h.push_back(column);
+        if (std::fabs(g[k + 1]) <= 1e-14 * beta || norm == 0) {
+            ++k;
+            break;
+        }
+        for (double& v : w) v /= std::sqrt(norm);
+        basis.push_back(std::move(w));
+    }
+    std::vector<double> y(k, 0);
+    for (std::size_t i = k; i-- > 0;) {
+        double s = g[i];
+        for (std::size_t j = i + 1; j < k; ++j) s -= h[j][i] * y[j];
+        y[i] = s / h[i][i];
+    }
+    for (std::size_t i = 0; i < k; ++i)
+        for (std::size_t j = 0; j < n; ++j) x[j] += y[i] * basis[i][j];
+    return x;
+}
+
+// The warping function at the nodes of one solid.
+std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary) {
+    const auto& nodes = boundary.Nodes();
+    const auto& panels = boundary.Panels();
+    const std::size_t n = nodes.size(), order = BoundaryPanels::GaussPoints().size();
+    std::vector<double> a(n * n, 0), f(n, 0), basis;
+    double length = 0;  // of the boundary: the constant's term is scaled to the others
+    for (const BoundaryNode& node : nodes) length += node.weight;
+    std::vector<Reach> reaches;
+    for (const BoundaryPanel& panel : panels)
+        reaches.push_back({panel.At((panel.t0 + panel.t1) / 2), panel.Length()});
+    for (std::size_t i = 0; i < n; ++i) {
+        const BoundaryNode& target = nodes[i];
+        double* row = &a[i * n];
+        for (std::size_t p = 0; p < panels.size(); ++p) {
+            const BoundaryPanel& panel = panels[p];
+            const std::size_t first = p * order;
+            const bool near = reaches[p].Near(target.p);
+            if (!near) {
+                for (std::size_t m = 0; m < order; ++m) {
+                    const BoundaryNode& source = nodes[first + m];
+                    row[first + m] += DoubleLayer(target.p, source.p, source.normal) * source.weight;
+                    f[i] += SingleLayer(target.p, source.p) * WarpingFlux(source.p, source.normal) *
+                            source.weight;
+                }
+                continue;
+            }
+            if (SameSegment(panel, panels[target.panel])) {
+                // Along its own line the double layer vanishes; along its own circle it is constant.
+                if (panel.turn != 0) {
+                    const double value = -panel.turn / (2 * kTwoPi * panel.Length() / (panel.t1 - panel.t0));
+                    for (std::size_t m = 0; m < order; ++m) row[first + m] += value * nodes[first + m].weight;
+                }
+            } else {
+                Adaptive(panel, target.p, -1, 1, 0,
+                         [&](const Point3& y, const Point3& normal, double u, double ds) {
+                             LagrangeAt(u, basis);
+                             const double k = DoubleLayer(target.p, y, normal) * ds;
+                             for (std::size_t m = 0; m < order; ++m) row[first + m] += k * basis[m];
+                         });
+            }
+            Adaptive(panel, target.p, -1, 1, 0,
+                     [&](const Point3& y, const Point3& normal, double, double ds) {
+                         f[i] += SingleLayer(target.p, y) * WarpingFlux(y, normal) * ds;
+                     });
+        }
+        row[i] += 0.5;
+        for (std::size_t j = 0; j < n; ++j) row[j] += nodes[j].weight / length;  // fixes the free constant
+    }
+    return Gmres(a, f);
+}
+
+// The small system of the shear centre, by elimination with partial pivoting.
+std::vector<double> SolveSmall(std::vector<double> a, std::vector<double> b, std::size_t n) {
+    for (std::size_t k = 0; k < n; ++k) {
+        std::size_t pivot = k;
+        for (std::size_t i = k + 1; i < n; ++i)
+            if (std::fabs(a[i * n + k]) > std::fabs(a[pivot * n + k])) pivot = i;
+        for (std::size_t j = 0; j < n; ++j) std::swap(a[k * n + j], a[pivot * n + j]);
+        std::swap(b[k], b[pivot]);
+        for (std::size_t i = k + 1; i < n; ++i) {
+            const double f = a[i * n + k] / a[k * n + k];
+            for (std::size_t j = k; j < n; ++j) a[i * n + j] -= f * a[k * n + j];
+            b[i] -= f * b[k];
+        }
+    }
+    for (std::size_t k = n; k-- > 0;) {
+        for (std::size_t j = k + 1; j < n; ++j) b[k] -= a[k * n + j] * b[j];
+        b[k] /= a[k * n + k];
+    }
+    return b;
+}
+
+// Area integrals of one solid through its boundary (x, y from the section's centroid).
+struct SolidIntegrals {
+    double area = 0, sx = 0, sy = 0, ixx = 0, iyy = 0, ixy = 0;  // ∫1, ∫x, ∫y, ∫y², ∫x², ∫xy dA
+    double w = 0, wx = 0, wy = 0, wq = 0;                        // ∫w, ∫w x, ∫w y dA; ∮ w dw/dn ds
+};
+
+SolidIntegrals Integrate(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+    SolidIntegrals s;
+    const auto& nodes = boundary.Nodes();
+    for (std::size_t j = 0; j < nodes.size(); ++j) {
+        const double x = nodes[j].p.x, y = nodes[j].p.y, nx = nodes[j].normal.x, ny = nodes[j].normal.y;
+        const double ds = nodes[j].weight, w = warping[j], q = WarpingFlux(nodes[j].p, nodes[j].normal);
+        s.area += x * nx * ds;
+        s.sx += x * x / 2 * nx * ds;
+        s.sy += y * y / 2 * ny * ds;
+        s.iyy += x * x * x / 3 * nx * ds;
+        s.ixx += y * y * y / 3 * ny * ds;
+        s.ixy += (x * x * y / 2 * nx + x * x * x / 6 * ny) * ds;
+        s.w += (w * (x * nx + y * ny) / 2 - (x * x + y * y) / 4 * q) * ds;
+        s.wx += (w * x * x / 2 * nx - x * x * x / 6 * q) * ds;
+        s.wy += (w * y * y / 2 * ny - y * y * y / 6 * q) * ds;
+        s.wq += w * q * ds;
+    }
+    return s;
+}
+
+// Twice the signed area (counter-clockwise positive) of a loop of lines and arcs.
+double SignedArea(const std::vector<LoopDLine>& loop) {
+    double sum = 0;
+    for (const LoopDLine& s : loop) {
+        const Point3 a = s.StartPoint(), b = s.EndPoint();
+        sum += a.x * b.y - a.y * b.x;
+        if (s.IsArc()) {
+            const double turn = 4 * std::atan(s.Bulge()), r = s.Radius();
+            sum += r * r * (turn - std::sin(turn));
+        }
+    }
+    return sum;
+}
+
+std::vector<LoopDLine> WithMaterialOnTheLeft(const Loop7& loop, bool hole) {
+    std::vector<LoopDLine> segments(loop.Segments().begin(), loop.Segments().end());
+    if ((SignedArea(segments) > 0) == hole) {
+        std::reverse(segments.begin(), segments.end());
+        for (LoopDLine& s : segments) s.Inverse();
+    }
+    return segments;
+}
+
+}  // namespace
+
+SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
+    const double area = section.Area();  // raises for an empty collection, crossings and overlaps
+    if (!(area > 0)) ThrowLibraryError("SaintVenantTorsion: the section has no area");
+    const Point c = section.Centroid();
+    centroid_ = {c[0], c[1], 0};
+    SegmentBox box = SegmentBox::Empty();
+    for (std::size_t i = 1; i <= section.Count(); ++i) {
+        if (section.Depth(i) % 2 != 0) continue;
+        std::vector<std::vector<LoopDLine>> solid{WithMaterialOnTheLeft(*section.Item(i), false)};
+        for (std::size_t k = 1; k <= section.Count(); ++k)
+            if (section.Parent(k) == section.Item(i))
+                solid.push_back(WithMaterialOnTheLeft(*section.Item(k), true));
+        for (const LoopDLine& s : solid.front()) box.Include(s.BoundingBox());
+        solids_.push_back(std::move(solid));
+    }
+    extent_ = std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
+    // Each refinement halves the panels and grades two levels deeper into the corners.
+    Level previous = Solve(extent_ / 2, 6);
+    history_.push_back({previous.nodes, previous.j});
+    for (int level = 1;; ++level) {
+        const Level next = Solve(extent_ / (2 << level), 6 + 2 * level);
+        history_.push_back({next.nodes, next.j});
+        estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
+        previous = next;
+        if (estimate_ <= accuracy || level == kMostRefinements) break;
+    }
+    j_ = previous.j;
+    shearCentre_ = previous.shearCentre + centroid_;
+    nodes_ = previous.nodes;
+}
+
+SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth) const {
+    Level level;
+    std::vector<SolidIntegrals> parts;
+    for (const auto& solid : solids_) {
+        const BoundaryPanels boundary(solid, centroid_, base, depth);
+        const std::vector<double> warping = WarpingAtNodes(boundary);
+        parts.push_back(Integrate(boundary, warping));
+        level.nodes += boundary.Nodes().size();
+        level.j += parts.back().ixx + parts.back().iyy - parts.back().wq;
+    }
+    // Trefftz's shear centre: w + a x + b y + c_k (per solid) orthogonal to x, y and each solid's 1.
+    const std::size_t m = parts.size(), n = m + 2;
+    std::vector<double> matrix(n * n, 0), rhs(n, 0);
+    auto at = [&](std::size_t r, std::size_t c) -> double& { return matrix[r * n + c]; };
+    for (std::size_t k = 0; k < m; ++k) {
+        const SolidIntegrals& s = parts[k];
+        at(0, 0) += s.iyy;
+        at(0, 1) += s.ixy;
+        at(1, 0) += s.ixy;
+        at(1, 1) += s.ixx;
+        at(0, 2 + k) = at(2 + k, 0) = s.sx;
+        at(1, 2 + k) = at(2 + k, 1) = s.sy;
+        at(2 + k, 2 + k) = s.area;
+        rhs[0] -= s.wx;
+        rhs[1] -= s.wy;
+        rhs[2 + k] = -s.w;
+    }
+    const std::vector<double> solution = SolveSmall(matrix, rhs, n);
+    level.shearCentre = {solution[1], -solution[0], 0};
+    return level;
+}
+
+}  // namespace tgp

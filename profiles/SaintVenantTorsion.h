@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "core/Point3.h"
+#include "profiles/Loop7s.h"
+
+namespace tgp {
+
+// Saint-Venant torsion of a section by a boundary element method on its exact boundary (lines and
+// true arcs). The warping function w is harmonic in each solid with dw/dn = y nx - x ny on its
+// boundary (x, y from the centroid). The second-kind boundary integral equation
+//   w(p)/2 + ∫ w dG/dn ds = ∫ G dw/dn ds,  G = -ln r / (2 pi),
+// is solved by Nyström's method: Gauss-Legendre nodes on panels that halve towards every corner,
+// panels near a node integrated adaptively against the panel's interpolant, the rank-one term
+// ∫ w ds added for the constant the Neumann problem leaves free, GMRES for the dense system.
+// From w on the boundary, Green's identities give every area integral the results need:
+//   J = Ix + Iy - ∮ w dw/dn ds,   ∫ w f dA = ∮ (w dg/dn - g dw/dn) ds  with  ∇²g = f.
+// The boundary is refined (shorter panels, deeper grading) until J changes by less than the
+// requested relative accuracy from one refinement to the next; that change is the error estimate.
+//
+// Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
+// own) warps on its own; the J of solids add. The shear centre is Trefftz's: the point about which
+// the warping function is orthogonal to x and y (and, per solid, to 1), which minimises the warping
+// constant; it does not depend on Poisson's ratio.
+class SaintVenantTorsion {
+  public:
+    // A section without area, or one whose loops cut themselves or overlap, raises the library's
+    // error as the section's other members do.
+    explicit SaintVenantTorsion(Loop7s& section, double accuracy = 1e-6);
+
+    double TorsionConstant() const { return j_; }
+    // In the section's own coordinates.
+    const Point3& ShearCentre() const { return shearCentre_; }
+    // The relative change of J in the last refinement.
+    double ErrorEstimate() const { return estimate_; }
+    std::size_t NodeCount() const { return nodes_; }
+    // J after each refinement and the boundary nodes it took, coarsest first.
+    struct Refinement {
+        std::size_t nodes;
+        double j;
+    };
+    const std::vector<Refinement>& History() const { return history_; }
+
+  private:
+    struct Level {
+        double j = 0;
+        Point3 shearCentre;
+        std::size_t nodes = 0;
+    };
+    Level Solve(double base, int depth) const;
+
+    std::vector<std::vector<std::vector<LoopDLine>>> solids_;  // loops with the material on the left
+    Point3 centroid_;
+    double extent_ = 0;
+    double j_ = 0, estimate_ = 0;
+    Point3 shearCentre_;
+    std::size_t nodes_ = 0;
+    std::vector<Refinement> history_;
+};
+
+}  // namespace tgp

@@ -1,0 +1,140 @@
+// Saint-Venant torsion on the exact boundary: J against closed forms, the shear centre, invariants and
+// the thin-walled limit.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "profiles/ProfileTestShapes.h"
+#include "profiles/SaintVenantTorsion.h"
+#include "support/Expectations.h"
+
+namespace tgp {
+namespace {
+
+using test::LoopOf;
+using test::Outline;
+
+std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
+    auto section = Loop7s::Create();
+    for (const Outline& o : outlines) section->Add(LoopOf(o));
+    return section;
+}
+
+// Saint-Venant's series for an a x b rectangle, a >= b (Timoshenko and Goodier, Theory of
+// Elasticity, 3rd ed., 1970, section 109): J = a b³ [1/3 - (64/π⁵)(b/a) Σ_{n odd} tanh(nπa/2b)/n⁵].
+double RectangleJ(double a, double b) {
+    double sum = 0;
+    for (int n = 1; n < 400; n += 2) sum += std::tanh(n * std::numbers::pi * a / (2 * b)) / std::pow(n, 5);
+    return a * b * b * b * (1.0 / 3 - 64 / std::pow(std::numbers::pi, 5) * (b / a) * sum);
+}
+
+Outline Triangle(double a, double x = 0) {
+    Outline o;
+    o.Add(x, 0);
+    o.Add(x + a, 0);
+    o.Add(x + a / 2, a * std::sqrt(3.0) / 2);
+    return o;
+}
+
+// A channel of centreline web height h and flange width b, all walls t thick, its web's outer face
+// on x = 0 and the flanges to the right.
+Outline Channel(double h, double b, double t) {
+    const double height = h + t, width = b + t / 2;
+    Outline o;
+    for (auto [x, y] : {std::pair{0.0, 0.0},
+                        {width, 0.0},
+                        {width, t},
+                        {t, t},
+                        {t, height - t},
+                        {width, height - t},
+                        {width, height},
+                        {0.0, height}})
+        o.Add(x, y);
+    return o;
+}
+
+// Exact forms (Timoshenko and Goodier, sections 104-109): a circle's and a ring's polar moment, the
+// rectangle's series (100 x 50: 2,858,520.96), the equilateral triangle's √3 a⁴ / 80. The shear
+// centre of each lies at its centroid.
+TEST(SaintVenantTorsion, TorsionConstantsAgreeWithTheClosedForms) {
+    const double pi = std::numbers::pi;
+    struct Case {
+        const char* what;
+        std::shared_ptr<Loop7s> section;
+        double j;
+    };
+    const Case cases[] = {
+        {"circle d 20", SectionOf({test::Circle(3, 4, 10)}), pi * std::pow(20, 4) / 32},
+        {"ring 20 / 12", SectionOf({test::Circle(0, 0, 10), test::Circle(0, 0, 6)}),
+         pi * (std::pow(20, 4) - std::pow(12, 4)) / 32},
+        {"rectangle 100 x 50", SectionOf({test::Rectangle(0, 0, 100, 50)}), RectangleJ(100, 50)},
+        {"square 10", SectionOf({test::Rectangle(-5, 7, 10, 10)}), RectangleJ(10, 10)},
+        {"equilateral triangle 10", SectionOf({Triangle(10)}), std::sqrt(3.0) * 1e4 / 80},
+    };
+    EXPECT_NEAR(RectangleJ(100, 50), 2858520.96, 0.005);
+    for (const Case& c : cases) {
+        const SaintVenantTorsion torsion(*c.section);
+        EXPECT_LT(std::fabs(torsion.TorsionConstant() / c.j - 1), 1e-6) << c.what;
+        EXPECT_LE(torsion.ErrorEstimate(), 1e-6) << c.what;
+        const Point centroid = c.section->Centroid();
+        EXPECT_NEAR(torsion.ShearCentre().x, centroid[0], 1e-9 * std::sqrt(c.section->Area())) << c.what;
+        EXPECT_NEAR(torsion.ShearCentre().y, centroid[1], 1e-9 * std::sqrt(c.section->Area())) << c.what;
+    }
+}
+
+// Turned and moved, a section keeps its J and its shear centre's place on it; solids apart add.
+TEST(SaintVenantTorsion, InvariantUnderMovesAndAdditiveOverSolids) {
+    const Outline channel = Channel(40, 20, 6);
+    const SaintVenantTorsion still(*SectionOf({channel}));
+    Outline moved;
+    const double c = std::cos(0.5), s = std::sin(0.5);
+    for (std::size_t k = 0; k < channel.bulges.size(); ++k) {
+        const double x = channel.xy[2 * k], y = channel.xy[2 * k + 1];
+        moved.Add(1000 + c * x - s * y, -500 + s * x + c * y);
+    }
+    const SaintVenantTorsion turned(*SectionOf({moved}));
+    EXPECT_NEAR(turned.TorsionConstant() / still.TorsionConstant(), 1, 1e-6);
+    const Point3 p = still.ShearCentre();
+    EXPECT_NEAR(turned.ShearCentre().x, 1000 + c * p.x - s * p.y, 1e-5);
+    EXPECT_NEAR(turned.ShearCentre().y, -500 + s * p.x + c * p.y, 1e-5);
+
+    const SaintVenantTorsion two(*SectionOf({test::Rectangle(0, 0, 100, 50), Triangle(10, 200)}));
+    EXPECT_NEAR(two.TorsionConstant() / (RectangleJ(100, 50) + std::sqrt(3.0) * 1e4 / 80), 1, 1e-6);
+}
+
+// A channel's shear centre lies outside its web, and approaches the thin-walled e = 3b²t_f / (6b t_f
+// + h t_w) from the web's centreline (Timoshenko and Gere, Theory of Elastic Stability, 2nd ed., 1961,
+// section 5.2) as the walls get thinner; J approaches the thin strips' Σ b t³ / 3.
+TEST(SaintVenantTorsion, AChannelApproachesTheThinWalledLimits) {
+    const double h = 200, b = 75, e = 3 * b * b / (6 * b + h);
+    double previousCentre = HUGE_VAL, previousJ = HUGE_VAL;
+    for (double t : {8.0, 4.0}) {
+        const SaintVenantTorsion torsion(*SectionOf({Channel(h, b, t)}), 1e-4);
+        const double centreGap = std::fabs((t / 2 - torsion.ShearCentre().x) / e - 1);
+        const double jGap = std::fabs(torsion.TorsionConstant() / ((2 * b + h) * t * t * t / 3) - 1);
+        EXPECT_LT(centreGap, previousCentre) << t;
+        EXPECT_LT(jGap, previousJ) << t;
+        previousCentre = centreGap;
+        previousJ = jGap;
+    }
+    EXPECT_LT(previousCentre, 0.01);
+    EXPECT_LT(previousJ, 0.02);
+}
+
+TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
+    test::ExpectError([] { SaintVenantTorsion torsion(*Loop7s::Create()); }, 2411,
+                      "Loop7s: the collection is empty, so it has no section properties");
+    Outline bow;
+    for (auto [x, y] : {std::pair{0.0, 0.0}, {1.0, 1.0}, {1.0, 0.0}, {0.0, 1.0}}) bow.Add(x, y);
+    try {
+        SaintVenantTorsion torsion(*SectionOf({bow}));
+        ADD_FAILURE() << "a loop that cuts itself has no torsion constant";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 5);
+    }
+}
+
+}  // namespace
+}  // namespace tgp
