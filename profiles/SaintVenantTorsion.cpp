@@ -244,6 +244,58 @@ std::vector<double> SolveSmall(std::vector<double> a, std::vector<double> b, std
     return b;
 }
 
+// ∫ w² dA of the harmonic w from its boundary values alone. With the representation
+// w(x) = ∮ (G q - w dG/dn_y) ds_y and G2 = -r² (ln r - 1) / (8 pi), whose Laplacian is G:
+//   ∫ w² dA = ∮ (q U - w dU/dn) ds,   U(y) = ∫ G(x, y) w(x) dA_x = ∮ (w dG2/dn_x - G2 q) ds_x,
+// a double boundary integral whose kernels are at most logarithmic; near and own panels are
+// integrated adaptively against the panel's interpolant of w.
+double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+    const auto& nodes = boundary.Nodes();
+    const auto& panels = boundary.Panels();
+    const std::size_t order = BoundaryPanels::GaussPoints().size();
+    const double c = 1 / (4 * kTwoPi);  // 1 / (8 pi)
+    std::vector<Reach> reaches;
+    for (const BoundaryPanel& panel : panels)
+        reaches.push_back({panel.At((panel.t0 + panel.t1) / 2), panel.Length()});
+    std::vector<double> basis;
+    double total = 0;
+    for (const BoundaryNode& target : nodes) {
+        const Point3 ny = target.normal;
+        double u = 0, dudn = 0;
+        // The contribution of a source point x with normal nx, its w and q, to U(y) and dU/dn_y.
+        auto add = [&](const Point3& x, const Point3& nx, double w, double ds) {
+            const double dx = x.x - target.p.x, dy = x.y - target.p.y, r2 = dx * dx + dy * dy;
+            if (r2 == 0) return;
+            const double lnr = std::log(r2) / 2, dnx = dx * nx.x + dy * nx.y, dny = dx * ny.x + dy * ny.y;
+            const double q = WarpingFlux(x, nx);
+            const double g2 = -c * r2 * (lnr - 1), dg2dnx = -c * (2 * lnr - 1) * dnx,
+                         dg2dny = c * (2 * lnr - 1) * dny;
+            const double d2 = c * (2 * dnx * dny / r2 + (2 * lnr - 1) * (nx.x * ny.x + nx.y * ny.y));
+            u += (w * dg2dnx - g2 * q) * ds;
+            dudn += (w * d2 - dg2dny * q) * ds;
+        };
+        for (std::size_t p = 0; p < panels.size(); ++p) {
+            const std::size_t first = p * order;
+            if (!reaches[p].Near(target.p)) {
+                for (std::size_t m = 0; m < order; ++m)
+                    add(nodes[first + m].p, nodes[first + m].normal, warping[first + m],
+                        nodes[first + m].weight);
+                continue;
+            }
+            Adaptive(panels[p], target.p, -1, 1, 0,
+                     [&](const Point3& x, const Point3& nx, double t, double ds) {
+                         LagrangeAt(t, basis);
+                         double w = 0;
+                         for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
+                         add(x, nx, w, ds);
+                     });
+        }
+        const std::size_t i = static_cast<std::size_t>(&target - nodes.data());
+        total += (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
+    }
+    return total;
+}
+
 // Area integrals of one solid through its boundary (x, y from the section's centroid).
 struct SolidIntegrals {
     double area = 0, sx = 0, sy = 0, ixx = 0, iyy = 0, ixy = 0;  // ∫1, ∫x, ∫y, ∫y², ∫x², ∫xy dA
@@ -295,6 +347,16 @@ std::vector<LoopDLine> WithMaterialOnTheLeft(const Loop7& loop, bool hole) {
 
 }  // namespace
 
+struct SaintVenantTorsion::Level {
+    double j = 0;
+    Point3 shearCentre;
+    std::size_t nodes = 0;
+    std::vector<BoundaryPanels> boundaries;  // of each solid
+    std::vector<std::vector<double>> warpings;
+    std::vector<SolidIntegrals> parts;
+    std::vector<double> solution;  // a, b and each solid's c_k of w + a x + b y + c_k
+};
+
 SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     const double area = section.Area();  // raises for an empty collection, crossings and overlaps
     if (!(area > 0)) ThrowLibraryError("SaintVenantTorsion: the section has no area");
@@ -315,33 +377,33 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     Level previous = Solve(extent_ / 2, 6);
     history_.push_back({previous.nodes, previous.j});
     for (int level = 1;; ++level) {
-        const Level next = Solve(extent_ / (2 << level), 6 + 2 * level);
+        Level next = Solve(extent_ / (2 << level), 6 + 2 * level);
         history_.push_back({next.nodes, next.j});
         estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
-        previous = next;
+        previous = std::move(next);
         if (estimate_ <= accuracy || level == kMostRefinements) break;
     }
     j_ = previous.j;
+    warping_ = WarpingConstantOf(previous);
     shearCentre_ = previous.shearCentre + centroid_;
     nodes_ = previous.nodes;
 }
 
 SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth) const {
     Level level;
-    std::vector<SolidIntegrals> parts;
     for (const auto& solid : solids_) {
-        const BoundaryPanels boundary(solid, centroid_, base, depth);
-        const std::vector<double> warping = WarpingAtNodes(boundary);
-        parts.push_back(Integrate(boundary, warping));
-        level.nodes += boundary.Nodes().size();
-        level.j += parts.back().ixx + parts.back().iyy - parts.back().wq;
+        level.boundaries.emplace_back(solid, centroid_, base, depth);
+        level.warpings.push_back(WarpingAtNodes(level.boundaries.back()));
+        level.parts.push_back(Integrate(level.boundaries.back(), level.warpings.back()));
+        level.nodes += level.boundaries.back().Nodes().size();
+        level.j += level.parts.back().ixx + level.parts.back().iyy - level.parts.back().wq;
     }
     // Trefftz's shear centre: w + a x + b y + c_k (per solid) orthogonal to x, y and each solid's 1.
-    const std::size_t m = parts.size(), n = m + 2;
+    const std::size_t m = level.parts.size(), n = m + 2;
     std::vector<double> matrix(n * n, 0), rhs(n, 0);
     auto at = [&](std::size_t r, std::size_t c) -> double& { return matrix[r * n + c]; };
     for (std::size_t k = 0; k < m; ++k) {
-        const SolidIntegrals& s = parts[k];
+        const SolidIntegrals& s = level.parts[k];
         at(0, 0) += s.iyy;
         at(0, 1) += s.ixy;
         at(1, 0) += s.ixy;
@@ -353,9 +415,23 @@ SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth) cons
         rhs[1] -= s.wy;
         rhs[2 + k] = -s.w;
     }
-    const std::vector<double> solution = SolveSmall(matrix, rhs, n);
-    level.shearCentre = {solution[1], -solution[0], 0};
+    level.solution = SolveSmall(matrix, rhs, n);
+    level.shearCentre = {level.solution[1], -level.solution[0], 0};
     return level;
+}
+
+// Iw = ∫ (w + a x + b y + c_k)² dA, expanded into the integrals at hand and ∫ w² dA.
+double SaintVenantTorsion::WarpingConstantOf(const Level& level) {
+    const double a = level.solution[0], b = level.solution[1];
+    double iw = 0;
+    for (std::size_t k = 0; k < level.parts.size(); ++k) {
+        const SolidIntegrals& s = level.parts[k];
+        const double c = level.solution[2 + k];
+        iw += SquareIntegral(level.boundaries[k], level.warpings[k]) + 2 * (a * s.wx + b * s.wy + c * s.w) +
+              a * a * s.iyy + b * b * s.ixx + 2 * a * b * s.ixy + 2 * c * (a * s.sx + b * s.sy) +
+              c * c * s.area;
+    }
+    return iw;
 }
 
 }  // namespace tgp

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "core/Point3.h"
@@ -33,6 +34,9 @@ class SaintVenantTorsion {
     double TorsionConstant() const { return j_; }
     // In the section's own coordinates.
     const Point3& ShearCentre() const { return shearCentre_; }
+    // The warping constant Iw about the shear centre (length⁶): ∫ w² dA of the warping function
+    // orthogonal to 1, x and y.
+    double WarpingConstant() const { return warping_; }
     // The relative change of J in the last refinement.
     double ErrorEstimate() const { return estimate_; }
     std::size_t NodeCount() const { return nodes_; }
@@ -44,17 +48,15 @@ class SaintVenantTorsion {
     const std::vector<Refinement>& History() const { return history_; }
 
   private:
-    struct Level {
-        double j = 0;
-        Point3 shearCentre;
-        std::size_t nodes = 0;
-    };
+    // One refinement's solution: J and the shear centre at once; Iw only for the last one kept.
+    struct Level;
     Level Solve(double base, int depth) const;
+    static double WarpingConstantOf(const Level& level);
 
     std::vector<std::vector<std::vector<LoopDLine>>> solids_;  // loops with the material on the left
     Point3 centroid_;
     double extent_ = 0;
-    double j_ = 0, estimate_ = 0;
+    double j_ = 0, estimate_ = 0, warping_ = 0;
     Point3 shearCentre_;
     std::size_t nodes_ = 0;
     std::vector<Refinement> history_;
