@@ -385,6 +385,7 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     }
     j_ = previous.j;
     warping_ = WarpingConstantOf(previous);
+    FindLargestStress(previous);
     shearCentre_ = previous.shearCentre + centroid_;
     nodes_ = previous.nodes;
 }
@@ -432,6 +433,59 @@ double SaintVenantTorsion::WarpingConstantOf(const Level& level) {
               c * c * s.area;
     }
     return iw;
+}
+
+namespace {
+
+// The largest sample of f on [-1, 1] (n + 1 evenly spaced), refined by the parabola through it and
+// its neighbours.
+template <class F>
+std::pair<double, double> LargestOf(const F& f, std::size_t n) {
+    double best = -1, at = 0;
+    for (std::size_t i = 0; i <= n; ++i) {
+        const double u = -1 + 2.0 * static_cast<double>(i) / static_cast<double>(n), value = f(u);
+        if (value > best) best = value, at = u;
+    }
+    const double h = 2.0 / static_cast<double>(n);
+    if (at - h < -1 || at + h > 1) return {best, at};
+    const double left = f(at - h), right = f(at + h), curve = left - 2 * best + right;
+    if (curve >= 0) return {best, at};
+    const double u = at + h * (left - right) / (2 * curve), value = f(u);
+    return value > best ? std::pair{value, u} : std::pair{best, at};
+}
+
+// The boundary stress of a unit torque at u of a panel: tangential, |dw/ds + x t_y - y t_x| / J, with
+// dw/ds from the panel's interpolant of w (a central difference of it, far below its accuracy).
+double StressAt(const BoundaryPanel& panel, const double* w, double j, double u) {
+    const double t = panel.t0 + (panel.t1 - panel.t0) * (u + 1) / 2;
+    const Point3 d = panel.Derivative(t), y = panel.At(t);
+    const double speed = std::sqrt(d.x * d.x + d.y * d.y);
+    const double above = std::min(u + 1e-6, 1.0), below = std::max(u - 1e-6, -1.0);
+    std::vector<double> basis;
+    double slope = 0;
+    LagrangeAt(above, basis);
+    for (std::size_t m = 0; m < basis.size(); ++m) slope += basis[m] * w[m];
+    LagrangeAt(below, basis);
+    for (std::size_t m = 0; m < basis.size(); ++m) slope -= basis[m] * w[m];
+    slope /= (above - below) * speed * (panel.t1 - panel.t0) / 2;
+    return std::fabs(slope + (y.x * d.y - y.y * d.x) / speed) / j;
+}
+
+}  // namespace
+
+void SaintVenantTorsion::FindLargestStress(const Level& level) {
+    const std::size_t order = BoundaryPanels::GaussPoints().size();
+    for (std::size_t k = 0; k < level.boundaries.size(); ++k) {
+        const auto& panels = level.boundaries[k].Panels();
+        for (std::size_t p = 0; p < panels.size(); ++p) {
+            const double* w = &level.warpings[k][p * order];
+            const auto [stress, u] =
+                LargestOf([&](double v) { return StressAt(panels[p], w, j_, v); }, 4 * order);
+            if (stress <= stress_) continue;
+            stress_ = stress;
+            stressAt_ = panels[p].At(panels[p].t0 + (panels[p].t1 - panels[p].t0) * (u + 1) / 2) + centroid_;
+        }
+    }
 }
 
 }  // namespace tgp

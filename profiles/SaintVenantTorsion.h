@@ -37,6 +37,12 @@ class SaintVenantTorsion {
     // The warping constant Iw about the shear centre (length⁶): ∫ w² dA of the warping function
     // orthogonal to 1, x and y.
     double WarpingConstant() const { return warping_; }
+    // The largest shear stress of a unit torque (1/length³), on the boundary where it occurs, and the
+    // torsional section modulus Wt = T / τmax. At a sharp re-entrant corner the stress has no bound:
+    // the value found there grows as the boundary is refined (a fillet makes it finite).
+    double MaximumShearStress() const { return stress_; }
+    const Point3& MaximumShearStressAt() const { return stressAt_; }
+    double TorsionalModulus() const { return 1 / stress_; }
     // The relative change of J in the last refinement.
     double ErrorEstimate() const { return estimate_; }
     std::size_t NodeCount() const { return nodes_; }
@@ -52,11 +58,13 @@ class SaintVenantTorsion {
     struct Level;
     Level Solve(double base, int depth) const;
     static double WarpingConstantOf(const Level& level);
+    void FindLargestStress(const Level& level);
 
     std::vector<std::vector<std::vector<LoopDLine>>> solids_;  // loops with the material on the left
     Point3 centroid_;
     double extent_ = 0;
-    double j_ = 0, estimate_ = 0, warping_ = 0;
+    double j_ = 0, estimate_ = 0, warping_ = 0, stress_ = 0;
+    Point3 stressAt_;
     Point3 shearCentre_;
     std::size_t nodes_ = 0;
     std::vector<Refinement> history_;

@@ -88,6 +88,24 @@ TEST(SaintVenantTorsion, TorsionConstantsAgreeWithTheClosedForms) {
     }
 }
 
+// The largest stress of a unit torque: on a circle's rim r / J; on a rectangle's long sides' middles
+// b [1 - (8/π²) Σ_{n odd} 1 / (n² cosh(nπa/2b))] / J (Timoshenko and Goodier, section 109).
+TEST(SaintVenantTorsion, TheLargestStressAndWhereItActs) {
+    const SaintVenantTorsion circle(*SectionOf({test::Circle(0, 0, 10)}));
+    EXPECT_NEAR(circle.MaximumShearStress() * circle.TorsionConstant() / 10, 1, 1e-9);
+    EXPECT_NEAR(std::hypot(circle.MaximumShearStressAt().x, circle.MaximumShearStressAt().y), 10, 1e-9);
+    const double a = 100, b = 50;
+    const SaintVenantTorsion rectangle(*SectionOf({test::Rectangle(0, 0, a, b)}));
+    double sum = 0;
+    for (int n = 1; n < 99; n += 2) sum += 1 / (n * n * std::cosh(n * std::numbers::pi * a / (2 * b)));
+    const double tau =
+        b * (1 - 8 / (std::numbers::pi * std::numbers::pi) * sum) / rectangle.TorsionConstant();
+    EXPECT_NEAR(rectangle.MaximumShearStress() / tau, 1, 1e-8);
+    EXPECT_NEAR(rectangle.TorsionalModulus() * tau, 1, 1e-8);
+    EXPECT_NEAR(rectangle.MaximumShearStressAt().x, a / 2, 1e-4);
+    EXPECT_NEAR(std::fabs(rectangle.MaximumShearStressAt().y - b / 2), b / 2, 1e-9);
+}
+
 // Turned and moved, a section keeps its J and its shear centre's place on it; solids apart add.
 TEST(SaintVenantTorsion, InvariantUnderMovesAndAdditiveOverSolids) {
     const Outline channel = Channel(40, 20, 6);
