@@ -83,6 +83,7 @@ struct Options {
     bool json = false;
     bool csv = false;
     bool eachLoop = false;
+    bool torsion = false;
     bool quiet = false;
     bool recursive = false;
     unsigned jobs = 0;    // 0: one a core
@@ -113,6 +114,10 @@ void Declare(CLI::App& app, Options& o) {
                    "read this paper-space layout of a drawing instead of its model space");
     app.add_flag("--each-loop", o.eachLoop,
                  "one section per closed outline, rather than holes and touching parts grouped");
+    app.add_flag(
+        "--torsion", o.torsion,
+        "also Saint-Venant torsion: J, the warping constant, the shear centre, the torsion modulus and "
+        "where the largest stress acts (relative accuracy 1E-6)");
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
     app.add_flag("--csv", o.csv,
                  "print CSV instead of the table: a header row with the units, then a row per section");
@@ -216,12 +221,15 @@ class SectionRun {
                 ready_.notify_one();
                 batch.clear();
             };
-            AnalyseProfiles(profiles, units_.setting, o_.eachLoop, &skipped, [&](ProfileOutcome&& outcome) {
-                outcome.name = file + ": " + outcome.name;
-                outcome.file = file;
-                batch.push_back(std::move(outcome));
-                if (batch.size() >= kBatch) handOver();
-            });
+            AnalyseProfiles(
+                profiles, units_.setting, o_.eachLoop, &skipped,
+                [&](ProfileOutcome&& outcome) {
+                    outcome.name = file + ": " + outcome.name;
+                    outcome.file = file;
+                    batch.push_back(std::move(outcome));
+                    if (batch.size() >= kBatch) handOver();
+                },
+                o_.torsion);
             if (!batch.empty()) handOver();
             if (!o_.quiet && !skipped.empty())
                 Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
@@ -340,6 +348,7 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
         app.parse(argc, argv);
         units = ReportUnits::From(SettingFor(LengthUnitNamed(o.length, "--units"), AngleUnitNamed(o.angle)),
                                   o.digits);
+        units.torsion = o.torsion;
         if (!o.drawingUnits.empty()) o.read.millimetresPerUnit = MillimetresPerLengthUnit(o.drawingUnits);
         if (!o.layer.empty()) o.read.layer = o.layer;
         if (!o.layout.empty()) o.read.layout = o.layout;

@@ -68,6 +68,30 @@ constexpr Row kRows[] = {
     {"plastic axis x", &SectionValues::plasticX, &ReportUnits::length, "plastic_axis_x"},
 };
 
+struct TorsionRow {
+    const char* label;
+    double TorsionValues::*value;
+    const std::string ReportUnits::*unit;
+    const char* key;
+};
+
+const std::string kRelative = "(relative)";
+
+const TorsionRow kTorsionRows[] = {
+    {"torsion constant J", &TorsionValues::j, &ReportUnits::moment, "j"},
+    {"warping constant Iw", &TorsionValues::iw, &ReportUnits::warping, "iw"},
+    {"shear centre x", &TorsionValues::shearX, &ReportUnits::length, "shear_centre_x"},
+    {"shear centre y", &TorsionValues::shearY, &ReportUnits::length, "shear_centre_y"},
+    {"torsion modulus Wt", &TorsionValues::wt, &ReportUnits::modulus, "wt"},
+    {"largest stress at x", &TorsionValues::stressX, &ReportUnits::length, "largest_stress_x"},
+    {"largest stress at y", &TorsionValues::stressY, &ReportUnits::length, "largest_stress_y"},
+    {"J error estimate", &TorsionValues::estimate, nullptr, "j_error_estimate"},
+};
+
+const std::string& UnitOf(const TorsionRow& row, const ReportUnits& units) {
+    return row.unit ? units.*row.unit : kRelative;
+}
+
 }  // namespace
 
 ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int significantDigits) {
@@ -77,6 +101,7 @@ ReportUnits ReportUnits::From(std::shared_ptr<UnitSetting> setting, int signific
     u.modulus = GetUnitString(DVolumeObject, setting);
     u.moment = GetUnitString(DMomentOfInertiaObject, setting);
     u.angle = GetUnitString(DAngleObject, setting);
+    u.warping = u.length + "⁶";
     u.setting = std::move(setting);
     u.significantDigits = significantDigits;
     return u;
@@ -107,6 +132,11 @@ std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
     for (const Row& row : kRows)
         AppendRow(out, row.label, Significant((*o.values).*row.value, units.significantDigits),
                   units.*row.unit);
+    if (o.torsion) {
+        for (const TorsionRow& row : kTorsionRows)
+            AppendRow(out, row.label, Significant((*o.torsion).*row.value, units.significantDigits),
+                      UnitOf(row, units));
+    }
     out += '\n';
     return out;
 }
@@ -126,6 +156,14 @@ std::string JsonEntry(const ProfileOutcome& o) {
         out += "\": ";
         out += FormatNumber((*o.values).*row.value);
     }
+    if (o.torsion) {
+        for (const TorsionRow& row : kTorsionRows) {
+            out += ", \"";
+            out += row.key;
+            out += "\": ";
+            out += FormatNumber((*o.torsion).*row.value);
+        }
+    }
     return out + "}";
 }
 
@@ -138,12 +176,17 @@ std::string CsvField(const std::string& text) {
     return out + "\"";
 }
 
-std::string CsvEntry(const ProfileOutcome& o) {
+std::string CsvEntry(const ProfileOutcome& o, const ReportUnits& units) {
     std::string out = CsvField(o.name) + "," + CsvField(o.file) + "," + CsvField(o.type) + "," +
                       CsvField(o.handle) + "," + CsvField(o.layer) + fmt::format(",{},{}", o.loops, o.holes);
     for (const Row& row : kRows) {
         out += ',';
         if (o.values) out += FormatNumber((*o.values).*row.value);
+    }
+    for (const TorsionRow& row : kTorsionRows) {
+        if (!units.torsion) break;
+        out += ',';
+        if (o.torsion) out += FormatNumber((*o.torsion).*row.value);
     }
     return out + "," + CsvField(o.error) + "\r\n";
 }
@@ -157,9 +200,9 @@ std::string ReportStart(ReportKind kind, const ReportUnits& units) {
             return fmt::format(
                        "{{\n  \"units\": {{\"length\": {}, \"area\": {}, \"section_modulus\": {}, "
                        "\"moment_of_inertia\": {}, "
-                       "\"angle\": {}}},\n",
+                       "\"angle\": {}, \"warping_constant\": {}}},\n",
                        JsonString(units.length), JsonString(units.area), JsonString(units.modulus),
-                       JsonString(units.moment), JsonString(units.angle)) +
+                       JsonString(units.moment), JsonString(units.angle), JsonString(units.warping)) +
                    "  \"profiles\": [";
         case ReportKind::Csv: {
             // A byte order mark, so that a spreadsheet reads the unit symbols (mm², °) as UTF-8.
@@ -167,6 +210,11 @@ std::string ReportStart(ReportKind kind, const ReportUnits& units) {
             for (const Row& row : kRows) {
                 header += ',';
                 header += CsvField(fmt::format("{} ({})", row.key, units.*row.unit));
+            }
+            for (const TorsionRow& row : kTorsionRows) {
+                if (!units.torsion) break;
+                header += ',';
+                header += CsvField(fmt::format("{} ({})", row.key, UnitOf(row, units)));
             }
             return header + ",error\r\n";
         }
@@ -179,7 +227,7 @@ std::string ReportEntry(ReportKind kind, const ProfileOutcome& outcome, const Re
     switch (kind) {
         case ReportKind::Table: return TableEntry(outcome, units);
         case ReportKind::Json: return (first ? "\n" : ",\n") + JsonEntry(outcome);
-        case ReportKind::Csv: return CsvEntry(outcome);
+        case ReportKind::Csv: return CsvEntry(outcome, units);
     }
     return "";
 }

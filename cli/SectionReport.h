@@ -13,12 +13,14 @@ namespace tgp::cli {
 
 using drawings::ProfileOutcome;
 using drawings::SectionValues;
+using drawings::TorsionValues;
 
 // The unit choice of a report and the symbols it prints, from the unit symbol table.
 struct ReportUnits {
     std::shared_ptr<UnitSetting> setting;
-    std::string length, area, modulus, moment, angle;
+    std::string length, area, modulus, moment, angle, warping;  // warping: the length unit to the sixth
     int significantDigits = 6;
+    bool torsion = false;  // the torsion values are reported too
 
     static ReportUnits From(std::shared_ptr<UnitSetting> setting, int significantDigits);
 };

@@ -16,6 +16,13 @@ struct SectionValues {
     double top, bottom, left, right, welxTop, welxBottom, welyLeft, welyRight, wplx, wply, plasticY, plasticX;
 };
 
+// Saint-Venant torsion in the same units: the torsion constant J, the warping constant Iw (length⁶)
+// about the shear centre, the shear centre (Trefftz's), the torsional section modulus Wt = T / τmax,
+// the point where the largest stress acts, and J's relative error estimate.
+struct TorsionValues {
+    double j, iw, shearX, shearY, wt, stressX, stressY, estimate;
+};
+
 // What became of one section: its values, or the reason it has none. A section is one outline, or
 // an outer boundary with its holes (and islands inside them), or outlines that touch (plates drawn
 // side by side), or the loops of one text profile; it carries the outer outline's entity.
@@ -24,6 +31,7 @@ struct ProfileOutcome {
     std::string file, type, handle, layer;
     int loops = 1, holes = 0;
     std::optional<SectionValues> values;
+    std::optional<TorsionValues> torsion;  // when asked for
     std::string error;
 };
 

@@ -7,7 +7,10 @@
 #include "core/Error.h"
 #include "drawings/SectionFinder.h"
 #include "profiles/Loop7.h"
+#include "profiles/Loop7s.h"
+#include "profiles/SaintVenantTorsion.h"
 #include "profiles/SectionModuli.h"
+#include "units/DMomentOfInertia.h"
 #include "units/DVolume.h"
 
 namespace tgp::drawings {
@@ -167,8 +170,32 @@ SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const s
     return v;
 }
 
+// Torsion in the report's units: J a second moment, Wt a modulus, Iw the length unit to the sixth.
+TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units) {
+    auto section = Loop7s::Create();
+    for (const auto& loop : loops) section->Add(loop);
+    const SaintVenantTorsion torsion(*section);
+    auto moment = std::make_shared<DMomentOfInertia>();
+    moment->Millimetres(torsion.TorsionConstant());
+    const double perMillimetre = LengthIn(1, units);
+    const Point3 stress = torsion.MaximumShearStressAt();
+    // The solution's rounding (1E-14 of the size) would print as digits on an axis of symmetry.
+    Point3 centre = torsion.ShearCentre();
+    const double size = std::sqrt(section->Area());
+    for (double* v : {&centre.x, &centre.y})
+        if (std::fabs(*v) <= 1e-9 * size) *v = 0;
+    return {In(moment, units),
+            torsion.WarpingConstant() * std::pow(perMillimetre, 6),
+            LengthIn(centre.x, units),
+            LengthIn(centre.y, units),
+            ModulusIn(torsion.TorsionalModulus(), units),
+            LengthIn(stress.x, units),
+            LengthIn(stress.y, units),
+            torsion.ErrorEstimate()};
+}
+
 // The section's values, or why it has none; named after its outer outline's entity.
-ProfileOutcome Analyse(FoundSection&& s, const Units& units) {
+ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
     ProfileOutcome outcome;
     outcome.name = std::move(s.name);
     outcome.type = s.outer->type;
@@ -183,6 +210,7 @@ ProfileOutcome Analyse(FoundSection&& s, const Units& units) {
         for (const DrawnProfile* outline : s.outlines)
             exact.push_back(outline->curves.empty() ? nullptr : ExactBlock(*outline));
         outcome.values = ValuesOf(s.loops, s.holes, s.outlines, exact, units);
+        if (torsion) outcome.torsion = TorsionOf(s.loops, units);
     } catch (const Error& e) {
         outcome.error = e.description();
     }
@@ -192,18 +220,20 @@ ProfileOutcome Analyse(FoundSection&& s, const Units& units) {
 }  // namespace
 
 void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units,
-                     bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit) {
+                     bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit,
+                     bool torsion) {
     SectionFinder(profiles, eachLoop, skipped).Emit([&](FoundSection&& s) {
-        emit(Analyse(std::move(s), units));
+        emit(Analyse(std::move(s), units, torsion));
     });
 }
 
 std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
                                             const std::shared_ptr<UnitSetting>& units, bool eachLoop,
-                                            SkipList* skipped) {
+                                            SkipList* skipped, bool torsion) {
     std::vector<ProfileOutcome> outcomes;
-    AnalyseProfiles(profiles, units, eachLoop, skipped,
-                    [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); });
+    AnalyseProfiles(
+        profiles, units, eachLoop, skipped, [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); },
+        torsion);
     return outcomes;
 }
 

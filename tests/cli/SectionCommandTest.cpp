@@ -225,6 +225,26 @@ TEST(SectionCommand, TheCommandReportsEachFileAndGoesOn) {
     EXPECT_EQ(RunCommand({good}).code, 0) << "skipping is not a failure";
 }
 
+// --torsion adds J, Iw, the shear centre, Wt and where the largest stress acts to every format; a
+// 100 x 50 rectangle's J is Saint-Venant's series value 2,858,520.96 mm4 (Timoshenko and Goodier,
+// section 109), its shear centre its centroid.
+TEST(SectionCommand, TorsionValuesInEveryFormat) {
+    const std::string plate = TempText("torsion.txt", "0 0\n100 0\n100 50\n0 50\n");
+    const CommandRun json = RunCommand({plate, "--torsion", "--json"});
+    ASSERT_EQ(json.code, 0) << json.err;
+    EXPECT_NEAR(test::JsonNumber(json.out, "j"), 2858520.96, 0.01);
+    EXPECT_NEAR(test::JsonNumber(json.out, "shear_centre_x"), 50, 1e-9);
+    EXPECT_NEAR(test::JsonNumber(json.out, "shear_centre_y"), 25, 1e-9);
+    EXPECT_NE(json.out.find("\"warping_constant\": \"mm⁶\""), std::string::npos) << json.out;
+    const CommandRun table = RunCommand({plate, "--torsion", "--units", "cm"});
+    EXPECT_NE(table.out.find("  torsion constant J                 285.852  cm4\n"), std::string::npos)
+        << table.out;
+    EXPECT_NE(table.out.find("cm⁶"), std::string::npos);
+    EXPECT_NE(RunCommand({plate, "--torsion", "--csv"}).out.find(",iw (mm⁶),"), std::string::npos);
+    EXPECT_EQ(RunCommand({plate, "--csv"}).out.find("iw ("), std::string::npos) << "only when asked for";
+    EXPECT_EQ(RunCommand({plate}).out.find("torsion constant"), std::string::npos);
+}
+
 TEST(SectionCommand, ExamplesRun) {
     const std::string dir = TGP_EXAMPLES_DIR;
     for (const char* name :
