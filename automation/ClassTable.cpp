@@ -30,6 +30,7 @@ const auto kClasses = std::to_array<ClassEntry>({
     ClassEntry{L"UnitComboBox", __uuidof(::UnitComboBox), &CreateUnitComboBox},
     ClassEntry{L"HostBridge", __uuidof(::HostBridge), &CreateHostBridge},
     ClassEntry{L"DrawingSections", __uuidof(::DrawingSections), &CreateDrawingSections},
+    ClassEntry{L"TorsionBlock", __uuidof(::TorsionBlock), &CreateTorsionBlock},
 });
 
 }  // namespace

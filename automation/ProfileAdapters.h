@@ -21,8 +21,9 @@ HRESULT Wrap(std::shared_ptr<tgp::Loop7> native, ::_Loop7** result) noexcept;
 HRESULT Wrap(std::shared_ptr<tgp::InertiaBlock> native, ::_InertiaBlock** result) noexcept;
 HRESULT Wrap(std::shared_ptr<tgp::Loop7s> native, ::_Loop7s** result) noexcept;
 
-// The sections of a drawing, each a Loop7s.
+// The sections of a drawing, each a Loop7s; the torsion of a section.
 HRESULT CreateDrawingSections(REFIID iid, void** result);
+HRESULT CreateTorsionBlock(REFIID iid, void** result);
 
 // What For Each walks over core objects: their automation objects as the walk begins.
 template <class Interface, class Native>

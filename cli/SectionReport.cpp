@@ -137,6 +137,7 @@ std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
             AppendRow(out, row.label, Significant((*o.torsion).*row.value, units.significantDigits),
                       UnitOf(row, units));
     }
+    if (!o.torsionError.empty()) out += "  torsion: " + o.torsionError + "\n";
     out += '\n';
     return out;
 }
@@ -164,6 +165,7 @@ std::string JsonEntry(const ProfileOutcome& o) {
             out += FormatNumber((*o.torsion).*row.value);
         }
     }
+    if (!o.torsionError.empty()) out += ", \"torsion_error\": " + JsonString(o.torsionError);
     return out + "}";
 }
 

@@ -32,6 +32,7 @@ struct ProfileOutcome {
     int loops = 1, holes = 0;
     std::optional<SectionValues> values;
     std::optional<TorsionValues> torsion;  // when asked for
+    std::string torsionError;              // why there are no torsion values when asked for
     std::string error;
 };
 

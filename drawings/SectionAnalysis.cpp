@@ -194,6 +194,16 @@ TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const 
             torsion.ErrorEstimate()};
 }
 
+// The torsion values, or why there are none (the section's other values stand).
+void TryTorsion(ProfileOutcome& outcome, const std::vector<std::shared_ptr<Loop7>>& loops,
+                const Units& units) {
+    try {
+        outcome.torsion = TorsionOf(loops, units);
+    } catch (const Error& e) {
+        outcome.torsionError = e.description();
+    }
+}
+
 // The section's values, or why it has none; named after its outer outline's entity.
 ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
     ProfileOutcome outcome;
@@ -210,7 +220,7 @@ ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
         for (const DrawnProfile* outline : s.outlines)
             exact.push_back(outline->curves.empty() ? nullptr : ExactBlock(*outline));
         outcome.values = ValuesOf(s.loops, s.holes, s.outlines, exact, units);
-        if (torsion) outcome.torsion = TorsionOf(s.loops, units);
+        if (torsion) TryTorsion(outcome, s.loops, units);
     } catch (const Error& e) {
         outcome.error = e.description();
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <string>
 
 #include "core/Error.h"
 #include "profiles/BoundaryPanels.h"
@@ -13,6 +14,9 @@ namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
 constexpr int kMostRefinements = 6;
+// The dense system holds n² numbers: 8,000 nodes are half a gigabyte. A refinement that would need
+// more stops the refinement (the estimate says how far it got); a first one that would raises.
+constexpr std::size_t kMostNodes = 8000;
 
 // The kernel dG/dn_y of the double layer, G = -ln r / (2 pi).
 double DoubleLayer(const Point3& target, const Point3& y, const Point3& normal) {
@@ -374,9 +378,13 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     }
     extent_ = std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
     // Each refinement halves the panels and grades two levels deeper into the corners.
+    if (NodesFor(extent_ / 2, 6) > kMostNodes)
+        ThrowLibraryError("SaintVenantTorsion: the boundary needs more than " + std::to_string(kMostNodes) +
+                          " nodes, more than this solver holds");
     Level previous = Solve(extent_ / 2, 6);
     history_.push_back({previous.nodes, previous.j});
     for (int level = 1;; ++level) {
+        if (NodesFor(extent_ / (2 << level), 6 + 2 * level) > kMostNodes) break;
         Level next = Solve(extent_ / (2 << level), 6 + 2 * level);
         history_.push_back({next.nodes, next.j});
         estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
@@ -388,6 +396,12 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     FindLargestStress(previous);
     shearCentre_ = previous.shearCentre + centroid_;
     nodes_ = previous.nodes;
+}
+
+std::size_t SaintVenantTorsion::NodesFor(double base, int depth) const {
+    std::size_t nodes = 0;
+    for (const auto& solid : solids_) nodes += BoundaryPanels(solid, centroid_, base, depth).Nodes().size();
+    return nodes;
 }
 
 SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth) const {

@@ -20,6 +20,8 @@ namespace tgp {
 //   J = Ix + Iy - ∮ w dw/dn ds,   ∫ w f dA = ∮ (w dg/dn - g dw/dn) ds  with  ∇²g = f.
 // The boundary is refined (shorter panels, deeper grading) until J changes by less than the
 // requested relative accuracy from one refinement to the next; that change is the error estimate.
+// The system is dense: a boundary that needs more than 8,000 nodes raises the library's error, and
+// refinement stops before it would pass that (the estimate then says how far it got).
 //
 // Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
 // own) warps on its own; the J of solids add. The shear centre is Trefftz's: the point about which
@@ -57,6 +59,7 @@ class SaintVenantTorsion {
     // One refinement's solution: J and the shear centre at once; Iw only for the last one kept.
     struct Level;
     Level Solve(double base, int depth) const;
+    std::size_t NodesFor(double base, int depth) const;
     static double WarpingConstantOf(const Level& level);
     void FindLargestStress(const Level& level);
 

@@ -153,6 +153,12 @@ TEST(SaintVenantTorsion, AChannelApproachesTheThinWalledLimits) {
 TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
     test::ExpectError([] { SaintVenantTorsion torsion(*Loop7s::Create()); }, 2411,
                       "Loop7s: the collection is empty, so it has no section properties");
+    Outline polygon;  // 2,000 corners: more boundary nodes than the dense solver holds
+    for (int k = 0; k < 2000; ++k)
+        polygon.Add(std::cos(k * std::numbers::pi / 1000), std::sin(k * std::numbers::pi / 1000));
+    test::ExpectError(
+        [&] { SaintVenantTorsion torsion(*SectionOf({polygon})); }, 2411,
+        "SaintVenantTorsion: the boundary needs more than 8000 nodes, more than this solver holds");
     Outline bow;
     for (auto [x, y] : {std::pair{0.0, 0.0}, {1.0, 1.0}, {1.0, 0.0}, {0.0, 1.0}}) bow.Add(x, y);
     try {
