@@ -63,22 +63,29 @@ void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weig
     }
 }
 
-const std::vector<double>& BoundaryPanels::GaussPoints() {
-    static const std::vector<double> points = [] {
-        std::vector<double> p, w;
-        GaussLegendre(kOrder, p, w);
-        return p;
+namespace {
+
+struct Rule {
+    std::vector<double> points, weights;
+};
+
+const Rule& PanelRule() {
+    static const Rule rule = [] {
+        Rule r;
+        GaussLegendre(BoundaryPanels::kOrder, r.points, r.weights);
+        return r;
     }();
-    return points;
+    return rule;
+}
+
+}  // namespace
+
+const std::vector<double>& BoundaryPanels::GaussPoints() {
+    return PanelRule().points;
 }
 
 const std::vector<double>& BoundaryPanels::GaussWeights() {
-    static const std::vector<double> weights = [] {
-        std::vector<double> p, w;
-        GaussLegendre(kOrder, p, w);
-        return w;
-    }();
-    return weights;
+    return PanelRule().weights;
 }
 
 BoundaryPanels::BoundaryPanels(const std::vector<std::vector<LoopDLine>>& loops, const Point3& shift,

@@ -15,6 +15,7 @@
 
 #include "core/Error.h"
 #include "profiles/Loop7.h"
+#include "profiles/Loop7s.h"
 #include "support/Expectations.h"
 
 namespace tgp::test {
@@ -50,6 +51,13 @@ inline std::shared_ptr<Loop7> LoopOf(const Outline& o) {
 }
 
 // A circle of radius r about (cx, cy), clockwise: two bulge -1 halves.
+// The outlines' loops as one collection.
+inline std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
+    auto section = Loop7s::Create();
+    for (const Outline& o : outlines) section->Add(LoopOf(o));
+    return section;
+}
+
 inline Outline Circle(double cx, double cy, double r) {
     Outline o;
     o.Add(cx - r, cy, -1);

@@ -14,14 +14,8 @@
 namespace tgp {
 namespace {
 
-using test::LoopOf;
 using test::Outline;
-
-std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
-    auto section = Loop7s::Create();
-    for (const Outline& o : outlines) section->Add(LoopOf(o));
-    return section;
-}
+using test::SectionOf;
 
 // Saint-Venant's series for an a x b rectangle, a >= b (Timoshenko and Goodier, Theory of
 // Elasticity, 3rd ed., 1970, section 109): J = a b³ [1/3 - (64/π⁵)(b/a) Σ_{n odd} tanh(nπa/2b)/n⁵].

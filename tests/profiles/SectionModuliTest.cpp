@@ -18,12 +18,7 @@ using test::Circle;
 using test::LoopOf;
 using test::Outline;
 using test::Rectangle;
-
-std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
-    auto section = Loop7s::Create();
-    for (const Outline& o : outlines) section->Add(LoopOf(o));
-    return section;
-}
+using test::SectionOf;
 
 // A circle whose two arcs meet at 45 degrees, so that the equal-area lines cut the arcs inside.
 Outline TurnedCircle(double cx, double cy, double r) {
