@@ -1,5 +1,6 @@
 #include "profiles/BoundaryPanels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -103,25 +104,29 @@ BoundaryPanels::BoundaryPanels(const std::vector<std::vector<LoopDLine>>& loops,
             segments.push_back(whole);
         }
         const std::size_t n = segments.size();
-        auto corner = [&](std::size_t before, std::size_t after) {
+        // How deep to grade at the vertex between two segments: the full depth where the boundary
+        // turns away from the material (a re-entrant corner, where harmonic functions are singular),
+        // half of it where it turns towards it (a convex corner, where they stay smooth but the
+        // boundary data jump), none where it runs on.
+        auto grading = [&](std::size_t before, std::size_t after) {
             const Point3 u = Direction(segments[before], 1), v = Direction(segments[after], 0);
-            return std::fabs(std::atan2(u.x * v.y - u.y * v.x, u.x * v.x + u.y * v.y)) > kCornerTurn;
+            const double turn = std::atan2(u.x * v.y - u.y * v.x, u.x * v.x + u.y * v.y);
+            return std::fabs(turn) <= kCornerTurn ? 0 : turn < 0 ? depth : std::max(1, depth / 2);
         };
         for (std::size_t k = 0; k < n; ++k)
-            AddSegment(segments[k], corner((k + n - 1) % n, k), corner(k, (k + 1) % n), base, depth);
+            AddSegment(segments[k], grading((k + n - 1) % n, k), grading(k, (k + 1) % n), base);
     }
 }
 
-void BoundaryPanels::AddSegment(const BoundaryPanel& whole, bool cornerAtStart, bool cornerAtEnd, double base,
-                                int depth) {
+void BoundaryPanels::AddSegment(const BoundaryPanel& whole, int depthAtStart, int depthAtEnd, double base) {
     std::size_t pieces = static_cast<std::size_t>(std::ceil(whole.Length() / base));
     if (pieces < 1) pieces = 1;
-    if (pieces == 1 && cornerAtStart && cornerAtEnd) pieces = 2;
+    if (pieces == 1 && depthAtStart > 0 && depthAtEnd > 0) pieces = 2;
     const double step = 1.0 / static_cast<double>(pieces);
     for (std::size_t i = 0; i < pieces; ++i) {
         const double t0 = static_cast<double>(i) * step, t1 = i + 1 == pieces ? 1.0 : t0 + step;
-        const bool gradeStart = i == 0 && cornerAtStart, gradeEnd = i + 1 == pieces && cornerAtEnd;
-        if (!gradeStart && !gradeEnd) {
+        const int depth = i == 0 && depthAtStart > 0 ? depthAtStart : i + 1 == pieces ? depthAtEnd : 0;
+        if (depth == 0) {
             AddPanel(whole, t0, t1);
             continue;
         }
@@ -129,8 +134,9 @@ void BoundaryPanels::AddSegment(const BoundaryPanel& whole, bool cornerAtStart, 
         std::vector<double> cuts{0};
         for (int level = depth; level >= 1; --level) cuts.push_back(std::ldexp(1.0, -level));
         cuts.push_back(1);
+        const bool atStart = i == 0 && depthAtStart > 0;
         for (std::size_t c = 0; c + 1 < cuts.size(); ++c) {
-            if (gradeStart)
+            if (atStart)
                 AddPanel(whole, t0 + (t1 - t0) * cuts[c], t0 + (t1 - t0) * cuts[c + 1]);
             else
                 AddPanel(whole, t1 - (t1 - t0) * cuts[cuts.size() - 1 - c],

@@ -25,8 +25,8 @@ struct BoundaryPanel {
 
 // Quadrature nodes on a section's boundary: Gauss-Legendre nodes of each panel with their outward
 // unit normals and arc-length weights. Panels are at most `base` long and halve in length towards
-// every corner (a vertex where the boundary turns) down to 2^-depth of their segment, so that the
-// corner singularities of harmonic functions are resolved.
+// every re-entrant corner down to 2^-depth of their segment, so that the corner singularities of
+// harmonic functions are resolved, and towards convex corners half as deep.
 struct BoundaryNode {
     Point3 p, normal;  // position, outward unit normal
     double weight = 0;
@@ -50,7 +50,7 @@ class BoundaryPanels {
     static const std::vector<double>& GaussWeights();
 
   private:
-    void AddSegment(const BoundaryPanel& whole, bool cornerAtStart, bool cornerAtEnd, double base, int depth);
+    void AddSegment(const BoundaryPanel& whole, int depthAtStart, int depthAtEnd, double base);
     void AddPanel(const BoundaryPanel& whole, double t0, double t1);
 
     std::vector<BoundaryPanel> panels_;
