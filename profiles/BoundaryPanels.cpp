@@ -42,6 +42,11 @@ double BoundaryPanel::Length() const {
     return std::hypot(d.x, d.y) * (t1 - t0);  // |P'| is constant along a line or an arc
 }
 
+bool BoundaryPanel::Near(const Point3& target) const {
+    const double dx = middle.x - target.x, dy = middle.y - target.y;
+    return dx * dx + dy * dy < 4 * length * length;
+}
+
 void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weights) {
     points.assign(static_cast<std::size_t>(n), 0);
     weights.assign(static_cast<std::size_t>(n), 0);
@@ -94,7 +99,10 @@ BoundaryPanels::BoundaryPanels(const std::vector<std::vector<LoopDLine>>& loops,
     for (const auto& loop : loops) {
         std::vector<BoundaryPanel> segments;
         for (const LoopDLine& s : loop) {
-            BoundaryPanel whole{s.StartPoint() - shift, s.EndPoint() - shift, {}, 4 * std::atan(s.Bulge())};
+            BoundaryPanel whole;
+            whole.a = s.StartPoint() - shift;
+            whole.b = s.EndPoint() - shift;
+            whole.turn = 4 * std::atan(s.Bulge());
             if (whole.turn != 0) {
                 const Point3 e = Unit(whole.turn), one{1, 0, 0};
                 const Point3 numerator = whole.b - Times(e, whole.a), denominator = one - e;
@@ -149,6 +157,8 @@ void BoundaryPanels::AddPanel(const BoundaryPanel& whole, double t0, double t1) 
     BoundaryPanel panel = whole;
     panel.t0 = t0;
     panel.t1 = t1;
+    panel.middle = panel.At((t0 + t1) / 2);
+    panel.length = panel.Length();
     const std::size_t index = panels_.size();
     panels_.push_back(panel);
     const auto& points = GaussPoints();

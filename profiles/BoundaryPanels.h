@@ -16,11 +16,15 @@ struct BoundaryPanel {
     Point3 a, b, center;  // the segment's ends and, for an arc, its centre
     double turn = 0;      // the segment's included angle, counter-clockwise positive; 0 straight
     double t0 = 0, t1 = 1;
+    Point3 middle;  // of the panel, and its length: what tells near targets from far ones
+    double length = 0;
 
     Point3 At(double t) const;
     // dP/dt of the segment's parameter (not the panel's).
     Point3 Derivative(double t) const;
     double Length() const;
+    // Closer than twice the panel's length: integrated adaptively, not by the panel's nodes.
+    bool Near(const Point3& target) const;
 };
 
 // Quadrature nodes on a section's boundary: Gauss-Legendre nodes of each panel with their outward

@@ -79,7 +79,7 @@ void LagrangeAt(double u, std::vector<double>& basis) {
 // closer to the target than twice its length (down to pieces of 2^-40 of the panel).
 template <class F>
 void Adaptive(const BoundaryPanel& panel, const Point3& target, double ua, double ub, int depth, const F& f) {
-    const double length = panel.Length() * (ub - ua) / 2;
+    const double length = panel.length * (ub - ua) / 2;
     auto t = [&](double u) { return panel.t0 + (panel.t1 - panel.t0) * (u + 1) / 2; };
     const Point3 middle = panel.At(t((ua + ub) / 2));
     if (Distance(middle, target) < 2 * length) {
@@ -100,14 +100,6 @@ void Adaptive(const BoundaryPanel& panel, const Point3& target, double ua, doubl
         f(panel.At(t(u)), Point3{d.y / speed, -d.x / speed, 0}, u, ds);
     }
 }
-
-// A panel's middle and length, for telling near targets from far ones: a target closer than twice
-// the length is integrated adaptively.
-struct Reach {
-    Point3 middle;
-    double length;
-    bool Near(const Point3& target) const { return Distance(middle, target) < 2 * length; }
-};
 
 // GMRES without restarts on the dense system, from 0, to a residual of 1E-14 of the right side.
 std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double>& b) {
@@ -183,16 +175,13 @@ std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary) {
     std::vector<double> a(n * n, 0), f(n, 0), basis;
     double length = 0;  // of the boundary: the constant's term is scaled to the others
     for (const BoundaryNode& node : nodes) length += node.weight;
-    std::vector<Reach> reaches;
-    for (const BoundaryPanel& panel : panels)
-        reaches.push_back({panel.At((panel.t0 + panel.t1) / 2), panel.Length()});
     for (std::size_t i = 0; i < n; ++i) {
         const BoundaryNode& target = nodes[i];
         double* row = &a[i * n];
         for (std::size_t p = 0; p < panels.size(); ++p) {
             const BoundaryPanel& panel = panels[p];
             const std::size_t first = p * order;
-            const bool near = reaches[p].Near(target.p);
+            const bool near = panel.Near(target.p);
             if (!near) {
                 for (std::size_t m = 0; m < order; ++m) {
                     const BoundaryNode& source = nodes[first + m];
@@ -205,7 +194,7 @@ std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary) {
             if (SameSegment(panel, panels[target.panel])) {
                 // Along its own line the double layer vanishes; along its own circle it is constant.
                 if (panel.turn != 0) {
-                    const double value = -panel.turn / (2 * kTwoPi * panel.Length() / (panel.t1 - panel.t0));
+                    const double value = -panel.turn / (2 * kTwoPi * panel.length / (panel.t1 - panel.t0));
                     for (std::size_t m = 0; m < order; ++m) row[first + m] += value * nodes[first + m].weight;
                 }
             } else {
@@ -258,9 +247,6 @@ double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>&
     const auto& panels = boundary.Panels();
     const std::size_t order = BoundaryPanels::GaussPoints().size();
     const double c = 1 / (4 * kTwoPi);  // 1 / (8 pi)
-    std::vector<Reach> reaches;
-    for (const BoundaryPanel& panel : panels)
-        reaches.push_back({panel.At((panel.t0 + panel.t1) / 2), panel.Length()});
     std::vector<double> basis;
     double total = 0;
     for (const BoundaryNode& target : nodes) {
@@ -280,7 +266,7 @@ double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>&
         };
         for (std::size_t p = 0; p < panels.size(); ++p) {
             const std::size_t first = p * order;
-            if (!reaches[p].Near(target.p)) {
+            if (!panels[p].Near(target.p)) {
                 for (std::size_t m = 0; m < order; ++m)
                     add(nodes[first + m].p, nodes[first + m].normal, warping[first + m],
                         nodes[first + m].weight);
