@@ -34,12 +34,16 @@ std::string JsonString(const std::string& text) {
     return out + "\"";
 }
 
-struct Row {
+// A printed value: its label, where it is kept, its unit (none: a relative number) and its JSON key.
+template <class Values>
+struct ReportRow {
     const char* label;
-    double SectionValues::*value;
+    double Values::*value;
     const std::string ReportUnits::*unit;
     const char* key;
 };
+using Row = ReportRow<SectionValues>;
+using TorsionRow = ReportRow<TorsionValues>;
 
 constexpr Row kRows[] = {
     {"area A", &SectionValues::area, &ReportUnits::area, "area"},
@@ -68,13 +72,6 @@ constexpr Row kRows[] = {
     {"plastic axis x", &SectionValues::plasticX, &ReportUnits::length, "plastic_axis_x"},
 };
 
-struct TorsionRow {
-    const char* label;
-    double TorsionValues::*value;
-    const std::string ReportUnits::*unit;
-    const char* key;
-};
-
 const std::string kRelative = "(relative)";
 
 const TorsionRow kTorsionRows[] = {
@@ -88,7 +85,8 @@ const TorsionRow kTorsionRows[] = {
     {"J error estimate", &TorsionValues::estimate, nullptr, "j_error_estimate"},
 };
 
-const std::string& UnitOf(const TorsionRow& row, const ReportUnits& units) {
+template <class Values>
+const std::string& UnitOf(const ReportRow<Values>& row, const ReportUnits& units) {
     return row.unit ? units.*row.unit : kRelative;
 }
 
@@ -123,20 +121,60 @@ void AppendRow(std::string& out, const char* label, const std::string& number, c
     out += '\n';
 }
 
+// A field as RFC 4180 writes it: quoted, with quotes doubled, when it holds a comma, a quote or a
+// line break.
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (char ch : text) out += ch == '"' ? std::string("\"\"") : std::string(1, ch);
+    return out + "\"";
+}
+
+// The rows of one kind of values, each as the table, JSON, CSV and its header write it; a CSV row
+// leaves the fields of values it does not have empty.
+template <class Values, std::size_t N>
+void AppendTableRows(std::string& out, const ReportRow<Values> (&rows)[N], const Values& values,
+                     const ReportUnits& units) {
+    for (const auto& row : rows)
+        AppendRow(out, row.label, Significant(values.*row.value, units.significantDigits),
+                  UnitOf(row, units));
+}
+
+template <class Values, std::size_t N>
+void AppendJsonFields(std::string& out, const ReportRow<Values> (&rows)[N], const Values& values) {
+    for (const auto& row : rows) {
+        out += ", \"";
+        out += row.key;
+        out += "\": ";
+        out += FormatNumber(values.*row.value);
+    }
+}
+
+template <class Values, std::size_t N>
+void AppendCsvFields(std::string& out, const ReportRow<Values> (&rows)[N],
+                     const std::optional<Values>& values) {
+    for (const auto& row : rows) {
+        out += ',';
+        if (values) out += FormatNumber((*values).*row.value);
+    }
+}
+
+template <class Values, std::size_t N>
+void AppendCsvHeader(std::string& out, const ReportRow<Values> (&rows)[N], const ReportUnits& units) {
+    for (const auto& row : rows) {
+        out += ',';
+        out += CsvField(fmt::format("{} ({})", row.key, UnitOf(row, units)));
+    }
+}
+
 std::string TableEntry(const ProfileOutcome& o, const ReportUnits& units) {
     if (!o.values) return fmt::format("{}: rejected, {}\n\n", o.name, o.error);
     std::string out;
     out.reserve(1536);
     out += o.name;
     out += '\n';
-    for (const Row& row : kRows)
-        AppendRow(out, row.label, Significant((*o.values).*row.value, units.significantDigits),
-                  units.*row.unit);
-    if (o.torsion) {
-        for (const TorsionRow& row : kTorsionRows)
-            AppendRow(out, row.label, Significant((*o.torsion).*row.value, units.significantDigits),
-                      UnitOf(row, units));
-    }
+    AppendTableRows(out, kRows, *o.values, units);
+    if (o.torsion) AppendTableRows(out, kTorsionRows, *o.torsion, units);
     if (!o.torsionError.empty()) out += "  torsion: " + o.torsionError + "\n";
     out += '\n';
     return out;
@@ -151,45 +189,17 @@ std::string JsonEntry(const ProfileOutcome& o) {
     }
     out += fmt::format(", \"loops\": {}, \"holes\": {}", o.loops, o.holes);
     if (!o.values) return out + ", \"error\": " + JsonString(o.error) + "}";
-    for (const Row& row : kRows) {
-        out += ", \"";
-        out += row.key;
-        out += "\": ";
-        out += FormatNumber((*o.values).*row.value);
-    }
-    if (o.torsion) {
-        for (const TorsionRow& row : kTorsionRows) {
-            out += ", \"";
-            out += row.key;
-            out += "\": ";
-            out += FormatNumber((*o.torsion).*row.value);
-        }
-    }
+    AppendJsonFields(out, kRows, *o.values);
+    if (o.torsion) AppendJsonFields(out, kTorsionRows, *o.torsion);
     if (!o.torsionError.empty()) out += ", \"torsion_error\": " + JsonString(o.torsionError);
     return out + "}";
-}
-
-// A field as RFC 4180 writes it: quoted, with quotes doubled, when it holds a comma, a quote or a
-// line break.
-std::string CsvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string out = "\"";
-    for (char ch : text) out += ch == '"' ? std::string("\"\"") : std::string(1, ch);
-    return out + "\"";
 }
 
 std::string CsvEntry(const ProfileOutcome& o, const ReportUnits& units) {
     std::string out = CsvField(o.name) + "," + CsvField(o.file) + "," + CsvField(o.type) + "," +
                       CsvField(o.handle) + "," + CsvField(o.layer) + fmt::format(",{},{}", o.loops, o.holes);
-    for (const Row& row : kRows) {
-        out += ',';
-        if (o.values) out += FormatNumber((*o.values).*row.value);
-    }
-    for (const TorsionRow& row : kTorsionRows) {
-        if (!units.torsion) break;
-        out += ',';
-        if (o.torsion) out += FormatNumber((*o.torsion).*row.value);
-    }
+    AppendCsvFields(out, kRows, o.values);
+    if (units.torsion) AppendCsvFields(out, kTorsionRows, o.torsion);
     return out + "," + CsvField(o.error) + "\r\n";
 }
 
@@ -209,15 +219,8 @@ std::string ReportStart(ReportKind kind, const ReportUnits& units) {
         case ReportKind::Csv: {
             // A byte order mark, so that a spreadsheet reads the unit symbols (mm², °) as UTF-8.
             std::string header = "\xEF\xBB\xBFname,file,type,handle,layer,loops,holes";
-            for (const Row& row : kRows) {
-                header += ',';
-                header += CsvField(fmt::format("{} ({})", row.key, units.*row.unit));
-            }
-            for (const TorsionRow& row : kTorsionRows) {
-                if (!units.torsion) break;
-                header += ',';
-                header += CsvField(fmt::format("{} ({})", row.key, UnitOf(row, units)));
-            }
+            AppendCsvHeader(header, kRows, units);
+            if (units.torsion) AppendCsvHeader(header, kTorsionRows, units);
             return header + ",error\r\n";
         }
     }
