@@ -7,6 +7,7 @@
 
 #include "core/Error.h"
 #include "profiles/BoundaryPanels.h"
+#include "profiles/TorsionSolids.h"
 
 namespace tgp {
 
@@ -312,29 +313,6 @@ SolidIntegrals Integrate(const BoundaryPanels& boundary, const std::vector<doubl
     return s;
 }
 
-// Twice the signed area (counter-clockwise positive) of a loop of lines and arcs.
-double SignedArea(const std::vector<LoopDLine>& loop) {
-    double sum = 0;
-    for (const LoopDLine& s : loop) {
-        const Point3 a = s.StartPoint(), b = s.EndPoint();
-        sum += a.x * b.y - a.y * b.x;
-        if (s.IsArc()) {
-            const double turn = 4 * std::atan(s.Bulge()), r = s.Radius();
-            sum += r * r * (turn - std::sin(turn));
-        }
-    }
-    return sum;
-}
-
-std::vector<LoopDLine> WithMaterialOnTheLeft(const Loop7& loop, bool hole) {
-    std::vector<LoopDLine> segments(loop.Segments().begin(), loop.Segments().end());
-    if ((SignedArea(segments) > 0) == hole) {
-        std::reverse(segments.begin(), segments.end());
-        for (LoopDLine& s : segments) s.Inverse();
-    }
-    return segments;
-}
-
 }  // namespace
 
 struct SaintVenantTorsion::Level {
@@ -352,16 +330,11 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     if (!(area > 0)) ThrowLibraryError("SaintVenantTorsion: the section has no area");
     const Point c = section.Centroid();
     centroid_ = {c[0], c[1], 0};
+    solids_ = TorsionSolids(section);
     SegmentBox box = SegmentBox::Empty();
-    for (std::size_t i = 1; i <= section.Count(); ++i) {
-        if (section.Depth(i) % 2 != 0) continue;
-        std::vector<std::vector<LoopDLine>> solid{WithMaterialOnTheLeft(*section.Item(i), false)};
-        for (std::size_t k = 1; k <= section.Count(); ++k)
-            if (section.Parent(k) == section.Item(i))
-                solid.push_back(WithMaterialOnTheLeft(*section.Item(k), true));
-        for (const LoopDLine& s : solid.front()) box.Include(s.BoundingBox());
-        solids_.push_back(std::move(solid));
-    }
+    for (const auto& solid : solids_)
+        for (const auto& loop : solid)
+            for (const LoopDLine& s : loop) box.Include(s.BoundingBox());
     extent_ = std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
     // Each refinement halves the panels and grades two levels deeper into the corners.
     if (NodesFor(extent_ / 2, 6) > kMostNodes)

@@ -24,7 +24,8 @@ namespace tgp {
 // refinement stops before it would pass that (the estimate then says how far it got).
 //
 // Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
-// own) warps on its own; the J of solids add. The shear centre is Trefftz's: the point about which
+// own; plates welded along an edge are one, their union: see TorsionSolids) warps on its own; the J
+// of solids add. The shear centre is Trefftz's: the point about which
 // the warping function is orthogonal to x and y (and, per solid, to 1), which minimises the warping
 // constant; it does not depend on Poisson's ratio.
 class SaintVenantTorsion {

@@ -121,6 +121,19 @@ TEST(SaintVenantTorsion, InvariantUnderMovesAndAdditiveOverSolids) {
     EXPECT_NEAR(two.TorsionConstant() / (RectangleJ(100, 50) + std::sqrt(3.0) * 1e4 / 80), 1, 1e-6);
 }
 
+// Plates welded along their edges twist as their union: a box of four plates is the closed box drawn
+// as an outline with its hole; plates that touch at a corner only twist apart.
+TEST(SaintVenantTorsion, PlatesAlongEachOtherTwistAsTheirUnion) {
+    using test::Rectangle;
+    const SaintVenantTorsion box(*SectionOf({Rectangle(0, 50, 100, 10), Rectangle(0, 0, 100, 10),
+                                             Rectangle(0, 10, 10, 40), Rectangle(90, 10, 10, 40)}));
+    const SaintVenantTorsion drawn(*SectionOf({Rectangle(0, 0, 100, 60), Rectangle(10, 10, 80, 40)}));
+    EXPECT_NEAR(box.TorsionConstant() / drawn.TorsionConstant(), 1, 1e-6);
+    EXPECT_NEAR(box.WarpingConstant() / drawn.WarpingConstant(), 1, 1e-5);
+    const SaintVenantTorsion corner(*SectionOf({Rectangle(0, 0, 10, 10), Rectangle(10, 10, 10, 10)}));
+    EXPECT_NEAR(corner.TorsionConstant() / (2 * RectangleJ(10, 10)), 1, 1e-6);
+}
+
 // A channel's shear centre lies outside its web, and approaches the thin-walled e = 3b²t_f / (6b t_f
 // + h t_w) from the web's centreline, its warping constant Iw = t_f b³ h² (3b t_f + 2h t_w) /
 // (12 (6b t_f + h t_w)) (Timoshenko and Gere, Theory of Elastic Stability, 2nd ed., 1961, sections
