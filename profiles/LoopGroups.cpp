@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <cstdint>
-#include <numeric>
 
 #include "profiles/LoopArrangement.h"
+#include "profiles/UnionFind.h"
 
 namespace tgp {
 
@@ -28,20 +28,6 @@ std::vector<bool> SetAsideOverlaps(const std::vector<std::shared_ptr<Loop7>>& lo
     return kept;
 }
 
-// Union-find over the outermost loops: those whose boundaries meet share a group.
-class Unions {
-  public:
-    explicit Unions(std::size_t n) : parent_(n) { std::iota(parent_.begin(), parent_.end(), 0); }
-    std::size_t Find(std::size_t i) {
-        while (parent_[i] != i) i = parent_[i] = parent_[parent_[i]];
-        return i;
-    }
-    void Join(std::size_t i, std::size_t j) { parent_[Find(j)] = Find(i); }
-
-  private:
-    std::vector<std::size_t> parent_;
-};
-
 }  // namespace
 
 LoopGroups GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops) {
@@ -53,7 +39,7 @@ LoopGroups GroupByContainment(const std::vector<std::shared_ptr<Loop7>>& loops) 
     const auto parents = placed.Parents(size, kept);
     groups.depths = LoopArrangement::Depths(parents);
     const auto roots = LoopArrangement::Roots(parents, groups.depths);
-    Unions unions(loops.size());
+    UnionFind unions(loops.size());  // outermost loops whose boundaries meet share a group
     for (const auto& [i, j] : placed.Meetings()) {
         if (kept[i] && kept[j] && roots[i] == i && roots[j] == j) unions.Join(i, j);
     }

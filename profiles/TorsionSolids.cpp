@@ -2,29 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+
+#include "profiles/UnionFind.h"
 
 namespace tgp {
 
 namespace {
 
-// Twice the signed area (counter-clockwise positive) of a loop of lines and arcs.
-double SignedArea(const std::vector<LoopDLine>& loop) {
-    double sum = 0;
-    for (const LoopDLine& s : loop) {
-        const Point3 a = s.StartPoint(), b = s.EndPoint();
-        sum += a.x * b.y - a.y * b.x;
-        if (s.IsArc()) {
-            const double turn = 4 * std::atan(s.Bulge()), r = s.Radius();
-            sum += r * r * (turn - std::sin(turn));
-        }
-    }
-    return sum;
-}
-
-std::vector<LoopDLine> WithMaterialOnTheLeft(const Loop7& loop, bool hole) {
+// The loop's segments, reversed when needed. A loop's area is ∫ y dx: negative counter-clockwise.
+std::vector<LoopDLine> WithMaterialOnTheLeft(Loop7& loop, bool hole) {
     std::vector<LoopDLine> segments(loop.Segments().begin(), loop.Segments().end());
-    if ((SignedArea(segments) > 0) == hole) {
+    if ((loop.Area() < 0) == hole) {
         std::reverse(segments.begin(), segments.end());
         for (LoopDLine& s : segments) s.Inverse();
     }
@@ -125,21 +113,16 @@ std::vector<SolidLoops> TorsionSolids(Loop7s& section) {
         solids.push_back(std::move(solid));
     }
     const double gap = 1e-9 * std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
-    std::vector<std::size_t> group(solids.size());
-    std::iota(group.begin(), group.end(), 0);
-    auto find = [&](std::size_t i) {
-        while (group[i] != i) i = group[i] = group[group[i]];
-        return i;
-    };
+    UnionFind groups(solids.size());
     for (std::size_t i = 0; i < solids.size(); ++i)
         for (std::size_t j = i + 1; j < solids.size(); ++j)
-            if (find(i) != find(j) && ShareAnEdge(solids[i], solids[j], gap)) group[find(j)] = find(i);
+            if (groups.Find(i) != groups.Find(j) && ShareAnEdge(solids[i], solids[j], gap)) groups.Join(i, j);
     std::vector<SolidLoops> joined;
     for (std::size_t i = 0; i < solids.size(); ++i) {
-        if (find(i) != i) continue;
+        if (groups.Find(i) != i) continue;
         std::vector<std::size_t> members;
         for (std::size_t j = 0; j < solids.size(); ++j)
-            if (find(j) == i) members.push_back(j);
+            if (groups.Find(j) == i) members.push_back(j);
         if (members.size() == 1) {
             joined.push_back(std::move(solids[i]));
             continue;
