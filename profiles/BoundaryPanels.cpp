@@ -172,4 +172,28 @@ void BoundaryPanels::AddPanel(const BoundaryPanel& whole, double t0, double t1) 
     }
 }
 
+void PanelBasisAt(double u, std::vector<double>& basis) {
+    static const std::vector<double> barycentric = [] {
+        const auto& x = BoundaryPanels::GaussPoints();
+        std::vector<double> w(x.size(), 1.0);
+        for (std::size_t m = 0; m < x.size(); ++m)
+            for (std::size_t k = 0; k < x.size(); ++k)
+                if (k != m) w[m] /= x[m] - x[k];
+        return w;
+    }();
+    const auto& x = BoundaryPanels::GaussPoints();
+    basis.assign(x.size(), 0);
+    double sum = 0;
+    for (std::size_t m = 0; m < x.size(); ++m) {
+        if (u == x[m]) {
+            basis.assign(x.size(), 0);
+            basis[m] = 1;
+            return;
+        }
+        basis[m] = barycentric[m] / (u - x[m]);
+        sum += basis[m];
+    }
+    for (double& b : basis) b /= sum;
+}
+
 }  // namespace tgp

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <vector>
@@ -63,5 +64,38 @@ class BoundaryPanels {
 
 // The Gauss-Legendre rule of n points on [-1, 1] (Newton's method on the Legendre polynomial).
 void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weights);
+
+// The Lagrange basis of a panel's Gauss nodes at u of [-1, 1] (barycentric form): a function known at
+// the nodes is sum basis[m] f[m] there.
+void PanelBasisAt(double u, std::vector<double>& basis);
+
+// ∫ f(y, normal, u, ds) over the part [ua, ub] of a panel's [-1, 1], cut in halves while a piece is
+// closer to the target than twice its length (down to pieces of 2^-40 of the panel): what the nodes
+// cannot integrate near a target.
+template <class F>
+void IntegrateNear(const BoundaryPanel& panel, const Point3& target, const F& f, double ua = -1,
+                   double ub = 1, int depth = 0) {
+    const double length = panel.length * (ub - ua) / 2;
+    auto t = [&](double u) { return panel.t0 + (panel.t1 - panel.t0) * (u + 1) / 2; };
+    const Point3 middle = panel.At(t((ua + ub) / 2));
+    const double mx = middle.x - target.x, my = middle.y - target.y;
+    if (mx * mx + my * my < 4 * length * length) {
+        // A piece of 1E-12 of the panel, or one whose parameters rounding no longer tells apart: its
+        // share is below rounding.
+        if (depth >= 40 || (ub - ua) * (panel.t1 - panel.t0) < 1e-13) return;
+        IntegrateNear(panel, target, f, ua, (ua + ub) / 2, depth + 1);
+        IntegrateNear(panel, target, f, (ua + ub) / 2, ub, depth + 1);
+        return;
+    }
+    const auto& points = BoundaryPanels::GaussPoints();
+    const auto& weights = BoundaryPanels::GaussWeights();
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        const double u = ua + (ub - ua) * (points[k] + 1) / 2;
+        const Point3 d = panel.Derivative(t(u));
+        const double speed = std::sqrt(d.x * d.x + d.y * d.y);
+        const double ds = weights[k] * (ub - ua) / 2 * speed * (panel.t1 - panel.t0) / 2;
+        f(panel.At(t(u)), Point3{d.y / speed, -d.x / speed, 0}, u, ds);
+    }
+}
 
 }  // namespace tgp

@@ -7,6 +7,7 @@
 
 #include "core/Error.h"
 #include "profiles/BoundaryPanels.h"
+#include "profiles/NeumannProblem.h"
 #include "profiles/TorsionSolids.h"
 
 namespace tgp {
@@ -19,202 +20,14 @@ constexpr int kMostRefinements = 6;
 // more stops the refinement (the estimate says how far it got); a first one that would raises.
 constexpr std::size_t kMostNodes = 8000;
 
-// The kernel dG/dn_y of the double layer, G = -ln r / (2 pi).
-double DoubleLayer(const Point3& target, const Point3& y, const Point3& normal) {
-    const double dx = y.x - target.x, dy = y.y - target.y;
-    return -(dx * normal.x + dy * normal.y) / ((dx * dx + dy * dy) * kTwoPi);
-}
-
-double SingleLayer(const Point3& target, const Point3& y) {
-    const double dx = y.x - target.x, dy = y.y - target.y;
-    return -std::log(dx * dx + dy * dy) / (2 * kTwoPi);
-}
-
-// The distance in the plane (without hypot's care for overflow, which coordinates up to 1E+60 do not
-// need).
-double Distance(const Point3& a, const Point3& b) {
-    const double dx = a.x - b.x, dy = a.y - b.y;
-    return std::sqrt(dx * dx + dy * dy);
-}
-
 // dw/dn of the warping function about the origin.
 double WarpingFlux(const Point3& y, const Point3& normal) {
     return y.y * normal.x - y.x * normal.y;
 }
 
-bool SameSegment(const BoundaryPanel& p, const BoundaryPanel& q) {
-    return p.a == q.a && p.b == q.b && p.turn == q.turn;
-}
-
-// The interpolant of a panel's Gauss nodes: barycentric weights of the Legendre nodes.
-const std::vector<double>& BarycentricWeights() {
-    static const std::vector<double> weights = [] {
-        const auto& x = BoundaryPanels::GaussPoints();
-        std::vector<double> w(x.size(), 1.0);
-        for (std::size_t m = 0; m < x.size(); ++m)
-            for (std::size_t k = 0; k < x.size(); ++k)
-                if (k != m) w[m] /= x[m] - x[k];
-        return w;
-    }();
-    return weights;
-}
-
-void LagrangeAt(double u, std::vector<double>& basis) {
-    const auto& x = BoundaryPanels::GaussPoints();
-    const auto& w = BarycentricWeights();
-    basis.assign(x.size(), 0);
-    double sum = 0;
-    for (std::size_t m = 0; m < x.size(); ++m) {
-        if (u == x[m]) {
-            basis.assign(x.size(), 0);
-            basis[m] = 1;
-            return;
-        }
-        basis[m] = w[m] / (u - x[m]);
-        sum += basis[m];
-    }
-    for (double& b : basis) b /= sum;
-}
-
-// ∫ f(y, normal, u) ds over the part [ua, ub] of a panel's [-1, 1], cut in halves while a piece is
-// closer to the target than twice its length (down to pieces of 2^-40 of the panel).
-template <class F>
-void Adaptive(const BoundaryPanel& panel, const Point3& target, double ua, double ub, int depth, const F& f) {
-    const double length = panel.length * (ub - ua) / 2;
-    auto t = [&](double u) { return panel.t0 + (panel.t1 - panel.t0) * (u + 1) / 2; };
-    const Point3 middle = panel.At(t((ua + ub) / 2));
-    if (Distance(middle, target) < 2 * length) {
-        // A piece of 1E-12 of the panel, or one whose parameters rounding no longer tells apart: its
-        // share is below rounding.
-        if (depth >= 40 || (ub - ua) * (panel.t1 - panel.t0) < 1e-13) return;
-        Adaptive(panel, target, ua, (ua + ub) / 2, depth + 1, f);
-        Adaptive(panel, target, (ua + ub) / 2, ub, depth + 1, f);
-        return;
-    }
-    const auto& points = BoundaryPanels::GaussPoints();
-    const auto& weights = BoundaryPanels::GaussWeights();
-    for (std::size_t k = 0; k < points.size(); ++k) {
-        const double u = ua + (ub - ua) * (points[k] + 1) / 2;
-        const Point3 d = panel.Derivative(t(u));
-        const double speed = std::sqrt(d.x * d.x + d.y * d.y);
-        const double ds = weights[k] * (ub - ua) / 2 * speed * (panel.t1 - panel.t0) / 2;
-        f(panel.At(t(u)), Point3{d.y / speed, -d.x / speed, 0}, u, ds);
-    }
-}
-
-// GMRES without restarts on the dense system, from 0, to a residual of 1E-14 of the right side.
-std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double>& b) {
-    const std::size_t n = b.size(), most = std::min<std::size_t>(n, 400);
-    auto multiply = [&](const std::vector<double>& v) {
-        std::vector<double> r(n, 0);
-        for (std::size_t i = 0; i < n; ++i) {
-            const double* row = &a[i * n];
-            double s = 0;
-            for (std::size_t j = 0; j < n; ++j) s += row[j] * v[j];
-            r[i] = s;
-        }
-        return r;
-    };
-    double beta = 0;
-    for (double v : b) beta += v * v;
-    beta = std::sqrt(beta);
-    std::vector<double> x(n, 0);
-    if (beta == 0) return x;
-    std::vector<std::vector<double>> basis{b};
-    for (double& v : basis[0]) v /= beta;
-    std::vector<std::vector<double>> h;  // columns of the Hessenberg matrix, rotated
-    std::vector<double> cs, sn, g{beta};
-    std::size_t k = 0;
-    for (; k < most; ++k) {
-        std::vector<double> w = multiply(basis[k]);
-        std::vector<double> column(k + 2, 0);
-        for (std::size_t i = 0; i <= k; ++i) {  // modified Gram-Schmidt
-            double dot = 0;
-            for (std::size_t j = 0; j < n; ++j) dot += w[j] * basis[i][j];
-            column[i] = dot;
-            for (std::size_t j = 0; j < n; ++j) w[j] -= dot * basis[i][j];
-        }
-        double norm = 0;
-        for (double v : w) norm += v * v;
-        column[k + 1] = std::sqrt(norm);
-        for (std::size_t i = 0; i < k; ++i) {
-            const double t = cs[i] * column[i] + sn[i] * column[i + 1];
-            column[i + 1] = -sn[i] * column[i] + cs[i] * column[i + 1];
-            column[i] = t;
-        }
-        const double r = std::hypot(column[k], column[k + 1]);
-        cs.push_back(column[k] / r);
-        sn.push_back(column[k + 1] / r);
-        column[k] = r;
-        column[k + 1] = 0;
-        g.push_back(-sn[k] * g[k]);
-        g[k] *= cs[k];
-        h.push_back(column);
-        if (std::fabs(g[k + 1]) <= 1e-14 * beta || norm == 0) {
-            ++k;
-            break;
-        }
-        for (double& v : w) v /= std::sqrt(norm);
-        basis.push_back(std::move(w));
-    }
-    std::vector<double> y(k, 0);
-    for (std::size_t i = k; i-- > 0;) {
-        double s = g[i];
-        for (std::size_t j = i + 1; j < k; ++j) s -= h[j][i] * y[j];
-        y[i] = s / h[i][i];
-    }
-    for (std::size_t i = 0; i < k; ++i)
-        for (std::size_t j = 0; j < n; ++j) x[j] += y[i] * basis[i][j];
-    return x;
-}
-
 // The warping function at the nodes of one solid.
 std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary) {
-    const auto& nodes = boundary.Nodes();
-    const auto& panels = boundary.Panels();
-    const std::size_t n = nodes.size(), order = BoundaryPanels::GaussPoints().size();
-    std::vector<double> a(n * n, 0), f(n, 0), basis;
-    double length = 0;  // of the boundary: the constant's term is scaled to the others
-    for (const BoundaryNode& node : nodes) length += node.weight;
-    for (std::size_t i = 0; i < n; ++i) {
-        const BoundaryNode& target = nodes[i];
-        double* row = &a[i * n];
-        for (std::size_t p = 0; p < panels.size(); ++p) {
-            const BoundaryPanel& panel = panels[p];
-            const std::size_t first = p * order;
-            const bool near = panel.Near(target.p);
-            if (!near) {
-                for (std::size_t m = 0; m < order; ++m) {
-                    const BoundaryNode& source = nodes[first + m];
-                    row[first + m] += DoubleLayer(target.p, source.p, source.normal) * source.weight;
-                    f[i] += SingleLayer(target.p, source.p) * WarpingFlux(source.p, source.normal) *
-                            source.weight;
-                }
-                continue;
-            }
-            if (SameSegment(panel, panels[target.panel])) {
-                // Along its own line the double layer vanishes; along its own circle it is constant.
-                if (panel.turn != 0) {
-                    const double value = -panel.turn / (2 * kTwoPi * panel.length / (panel.t1 - panel.t0));
-                    for (std::size_t m = 0; m < order; ++m) row[first + m] += value * nodes[first + m].weight;
-                }
-            } else {
-                Adaptive(panel, target.p, -1, 1, 0,
-                         [&](const Point3& y, const Point3& normal, double u, double ds) {
-                             LagrangeAt(u, basis);
-                             const double k = DoubleLayer(target.p, y, normal) * ds;
-                             for (std::size_t m = 0; m < order; ++m) row[first + m] += k * basis[m];
-                         });
-            }
-            Adaptive(panel, target.p, -1, 1, 0,
-                     [&](const Point3& y, const Point3& normal, double, double ds) {
-                         f[i] += SingleLayer(target.p, y) * WarpingFlux(y, normal) * ds;
-                     });
-        }
-        row[i] += 0.5;
-        for (std::size_t j = 0; j < n; ++j) row[j] += nodes[j].weight / length;  // fixes the free constant
-    }
-    return Gmres(a, f);
+    return NeumannProblem(boundary).Solve({WarpingFlux})[0];
 }
 
 // The small system of the shear centre, by elimination with partial pivoting.
@@ -273,13 +86,12 @@ double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>&
                         nodes[first + m].weight);
                 continue;
             }
-            Adaptive(panels[p], target.p, -1, 1, 0,
-                     [&](const Point3& x, const Point3& nx, double t, double ds) {
-                         LagrangeAt(t, basis);
-                         double w = 0;
-                         for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
-                         add(x, nx, w, ds);
-                     });
+            IntegrateNear(panels[p], target.p, [&](const Point3& x, const Point3& nx, double t, double ds) {
+                PanelBasisAt(t, basis);
+                double w = 0;
+                for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
+                add(x, nx, w, ds);
+            });
         }
         const std::size_t i = static_cast<std::size_t>(&target - nodes.data());
         total += (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
@@ -355,6 +167,8 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     FindLargestStress(previous);
     shearCentre_ = previous.shearCentre + centroid_;
     nodes_ = previous.nodes;
+    for (std::size_t k = 0; k < previous.boundaries.size(); ++k)
+        warped_.push_back({std::move(previous.boundaries[k]), std::move(previous.warpings[k])});
 }
 
 std::size_t SaintVenantTorsion::NodesFor(double base, int depth) const {
@@ -436,9 +250,9 @@ double StressAt(const BoundaryPanel& panel, const double* w, double j, double u)
     const double above = std::min(u + 1e-6, 1.0), below = std::max(u - 1e-6, -1.0);
     std::vector<double> basis;
     double slope = 0;
-    LagrangeAt(above, basis);
+    PanelBasisAt(above, basis);
     for (std::size_t m = 0; m < basis.size(); ++m) slope += basis[m] * w[m];
-    LagrangeAt(below, basis);
+    PanelBasisAt(below, basis);
     for (std::size_t m = 0; m < basis.size(); ++m) slope -= basis[m] * w[m];
     slope /= (above - below) * speed * (panel.t1 - panel.t0) / 2;
     return std::fabs(slope + (y.x * d.y - y.y * d.x) / speed) / j;

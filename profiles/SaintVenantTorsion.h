@@ -5,18 +5,16 @@
 #include <vector>
 
 #include "core/Point3.h"
+#include "profiles/BoundaryPanels.h"
 #include "profiles/Loop7s.h"
 
 namespace tgp {
 
 // Saint-Venant torsion of a section by a boundary element method on its exact boundary (lines and
 // true arcs). The warping function w is harmonic in each solid with dw/dn = y nx - x ny on its
-// boundary (x, y from the centroid). The second-kind boundary integral equation
-//   w(p)/2 + ∫ w dG/dn ds = ∫ G dw/dn ds,  G = -ln r / (2 pi),
-// is solved by Nyström's method: Gauss-Legendre nodes on panels that halve towards every corner,
-// panels near a node integrated adaptively against the panel's interpolant, the rank-one term
-// ∫ w ds added for the constant the Neumann problem leaves free, GMRES for the dense system.
-// From w on the boundary, Green's identities give every area integral the results need:
+// boundary (x, y from the centroid), solved as a NeumannProblem on Gauss nodes of panels that halve
+// towards every corner. From w on the boundary, Green's identities give every area integral the
+// results need:
 //   J = Ix + Iy - ∮ w dw/dn ds,   ∫ w f dA = ∮ (w dg/dn - g dw/dn) ds  with  ∇²g = f.
 // The boundary is refined (shorter panels, deeper grading) until J changes by less than the
 // requested relative accuracy from one refinement to the next; that change is the error estimate.
@@ -27,7 +25,7 @@ namespace tgp {
 // own; plates welded along an edge are one, their union: see TorsionSolids) warps on its own; the J
 // of solids add. The shear centre is Trefftz's: the point about which
 // the warping function is orthogonal to x and y (and, per solid, to 1), which minimises the warping
-// constant; it does not depend on Poisson's ratio.
+// constant; it does not depend on Poisson's ratio (FlexuralShear gives the elastic one).
 class SaintVenantTorsion {
   public:
     // A section without area, or one whose loops cut themselves or overlap, raises the library's
@@ -56,6 +54,15 @@ class SaintVenantTorsion {
     };
     const std::vector<Refinement>& History() const { return history_; }
 
+    // The last refinement's boundary of each solid (nodes from the centroid) and the warping function
+    // about the centroid at its nodes: what the shear of bending builds on.
+    struct WarpedSolid {
+        BoundaryPanels boundary;
+        std::vector<double> warping;
+    };
+    const std::vector<WarpedSolid>& Solids() const { return warped_; }
+    const Point3& Centroid() const { return centroid_; }
+
   private:
     // One refinement's solution: J and the shear centre at once; Iw only for the last one kept.
     struct Level;
@@ -72,6 +79,7 @@ class SaintVenantTorsion {
     Point3 shearCentre_;
     std::size_t nodes_ = 0;
     std::vector<Refinement> history_;
+    std::vector<WarpedSolid> warped_;
 };
 
 }  // namespace tgp

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "core/Point3.h"
+#include "profiles/BoundaryPanels.h"
+
+namespace tgp {
+
+// A harmonic function in one solid from its normal derivative q on the boundary, by a boundary
+// element method: the second-kind equation
+//   u(p)/2 + ∫ u dG/dn ds = ∫ G q ds,  G = -ln r / (2 pi),
+// solved by Nyström's method on the boundary's Gauss nodes. Panels near a node are integrated
+// adaptively (the double layer against the panel's interpolant of u, the single layer against q
+// itself); the rank-one term ∫ u ds / L fixes the constant the Neumann problem leaves free (u then
+// has mean 0 on the boundary); GMRES solves the dense system to 1E-14 of its right side.
+// The data must have ∮ q ds = 0 (no net flux), as every Neumann problem asks.
+class NeumannProblem {
+  public:
+    // q at a boundary point from the point and its outward unit normal.
+    using Flux = std::function<double(const Point3& p, const Point3& normal)>;
+
+    explicit NeumannProblem(const BoundaryPanels& boundary);
+    // u at the boundary's nodes for each flux, the system's matrix assembled once for all.
+    std::vector<std::vector<double>> Solve(const std::vector<Flux>& fluxes) const;
+
+  private:
+    std::vector<std::vector<double>> RightSides(const std::vector<Flux>& fluxes) const;
+
+    const BoundaryPanels& boundary_;
+    std::vector<double> matrix_;
+};
+
+}  // namespace tgp

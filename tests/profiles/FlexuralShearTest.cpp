@@ -1,0 +1,93 @@
+// Shear of bending: shear areas against the exact flexure of the disc and the rectangle, the elastic
+// shear centre against Trefftz's and symmetry, and the invariants.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "profiles/FlexuralShear.h"
+#include "profiles/ProfileTestShapes.h"
+
+namespace tgp {
+namespace {
+
+using test::Outline;
+using test::SectionOf;
+
+// An L of legs a (along x) and b (along y), t thick, its corner at (x, y).
+Outline Angle(double a, double b, double t, double x = 0, double y = 0) {
+    Outline o;
+    for (auto [u, v] : {std::pair{0.0, 0.0}, {a, 0.0}, {a, t}, {t, t}, {t, b}, {0.0, b}}) o.Add(x + u, y + v);
+    return o;
+}
+
+// Shear areas as fractions of the area. The disc: A_s / A = 6 (1 + ν)² / (7 + 14ν + 8ν²) from its exact
+// flexure (Timoshenko and Goodier, Theory of Elasticity, 3rd ed., 1970, section 124: the stress
+// function is a cubic, whose shear energy integrates in closed form). The rectangle with ν = 0: the
+// stress is parabolic across it, A_s / A = 5/6 both ways. With ν > 0 the rectangle's anticlastic
+// stresses lower it below 5/6.
+TEST(FlexuralShear, ShearAreasAgreeWithTheExactFlexure) {
+    const double pi = std::numbers::pi;
+    for (double nu : {0.0, 0.3, 0.5}) {
+        const auto disc = SectionOf({test::Circle(3, -2, 10)});
+        const FlexuralShear shear(SaintVenantTorsion(*disc), nu);
+        const double exact = 6 * (1 + nu) * (1 + nu) / (7 + 14 * nu + 8 * nu * nu) * pi * 100;
+        for (double area : {shear.ShearAreaX(), shear.ShearAreaY(), shear.ShearArea1(), shear.ShearArea2()})
+            EXPECT_NEAR(area / exact, 1, 1e-8) << "nu " << nu;
+        EXPECT_NEAR(shear.ShearCentre().x, 3, 1e-8);
+        EXPECT_NEAR(shear.ShearCentre().y, -2, 1e-8);
+    }
+    const auto rectangle = SectionOf({test::Rectangle(0, 0, 100, 50)});
+    const SaintVenantTorsion torsion(*rectangle);
+    const FlexuralShear plain(torsion, 0);
+    EXPECT_NEAR(plain.ShearAreaX() / 5000, 5.0 / 6, 1e-8);
+    EXPECT_NEAR(plain.ShearAreaY() / 5000, 5.0 / 6, 1e-8);
+    const FlexuralShear steel(torsion);
+    EXPECT_EQ(steel.Poisson(), 0.3);
+    EXPECT_LT(steel.ShearAreaY() / 5000, 5.0 / 6 - 1e-3);
+    EXPECT_NEAR(steel.ShearArea1(), steel.ShearAreaY(), 1e-9 * 5000);  // y is the major axis (Iy > Ix)
+    EXPECT_NEAR(steel.ShearArea2(), steel.ShearAreaX(), 1e-9 * 5000);
+    EXPECT_NEAR(steel.ShearCentre().x, 50, 1e-8);
+    EXPECT_NEAR(steel.ShearCentre().y, 25, 1e-8);
+}
+
+// With ν = 0 the elastic shear centre is Trefftz's; with ν > 0 it moves a little. Turned, a section
+// keeps its principal shear areas and its shear centre's place on it.
+TEST(FlexuralShear, ShearCentreAndInvariants) {
+    const Outline angle = Angle(60, 40, 6);
+    const SaintVenantTorsion torsion(*SectionOf({angle}));
+    const FlexuralShear plain(torsion, 0), steel(torsion);
+    EXPECT_NEAR(plain.ShearCentre().x, torsion.ShearCentre().x, 1e-6);
+    EXPECT_NEAR(plain.ShearCentre().y, torsion.ShearCentre().y, 1e-6);
+    EXPECT_GT(std::hypot(steel.ShearCentre().x - plain.ShearCentre().x,
+                         steel.ShearCentre().y - plain.ShearCentre().y),
+              1e-4);
+    Outline moved;
+    const double c = std::cos(0.7), s = std::sin(0.7);
+    for (std::size_t k = 0; k < angle.bulges.size(); ++k) {
+        const double x = angle.xy[2 * k], y = angle.xy[2 * k + 1];
+        moved.Add(-300 + c * x - s * y, 80 + s * x + c * y);
+    }
+    const FlexuralShear turned(SaintVenantTorsion(*SectionOf({moved})));
+    EXPECT_NEAR(turned.ShearArea1() / steel.ShearArea1(), 1, 1e-6);
+    EXPECT_NEAR(turned.ShearArea2() / steel.ShearArea2(), 1, 1e-6);
+    const Point3 p = steel.ShearCentre();
+    EXPECT_NEAR(turned.ShearCentre().x, -300 + c * p.x - s * p.y, 1e-5);
+    EXPECT_NEAR(turned.ShearCentre().y, 80 + s * p.x + c * p.y, 1e-5);
+}
+
+// Solids apart carry shear side by side: two equal discs have twice one's shear areas, and the shear
+// centre between them.
+TEST(FlexuralShear, SolidsApartAddTheirShearStiffness) {
+    const FlexuralShear one(SaintVenantTorsion(*SectionOf({test::Circle(0, 0, 10)})));
+    const FlexuralShear two(
+        SaintVenantTorsion(*SectionOf({test::Circle(0, 0, 10), test::Circle(50, 30, 10)})));
+    EXPECT_NEAR(two.ShearAreaX() / one.ShearAreaX(), 2, 1e-8);
+    EXPECT_NEAR(two.ShearAreaY() / one.ShearAreaY(), 2, 1e-8);
+    EXPECT_NEAR(two.ShearCentre().x, 25, 1e-8);
+    EXPECT_NEAR(two.ShearCentre().y, 15, 1e-8);
+}
+
+}  // namespace
+}  // namespace tgp
