@@ -84,6 +84,7 @@ struct Options {
     bool csv = false;
     bool eachLoop = false;
     bool torsion = false;
+    double poisson = 0.3;
     bool quiet = false;
     bool recursive = false;
     unsigned jobs = 0;    // 0: one a core
@@ -116,8 +117,12 @@ void Declare(CLI::App& app, Options& o) {
                  "one section per closed outline, rather than holes and touching parts grouped");
     app.add_flag(
         "--torsion", o.torsion,
-        "also Saint-Venant torsion: J, the warping constant, the shear centre, the torsion modulus and "
-        "where the largest stress acts (relative accuracy 1E-6)");
+        "also Saint-Venant torsion and the shear of bending: J, the warping constant, the shear centre "
+        "(Trefftz's and the elastic one), the torsion modulus, where the largest stress acts and the shear "
+        "areas (relative accuracy 1E-6)");
+    app.add_option("--poisson", o.poisson, "Poisson's ratio for the elastic shear centre and the shear areas")
+        ->check(CLI::Range(-0.999, 0.5))
+        ->capture_default_str();
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
     app.add_flag("--csv", o.csv,
                  "print CSV instead of the table: a header row with the units, then a row per section");
@@ -229,7 +234,7 @@ class SectionRun {
                     batch.push_back(std::move(outcome));
                     if (batch.size() >= kBatch) handOver();
                 },
-                o_.torsion);
+                drawings::TorsionRequest{o_.torsion, o_.poisson});
             if (!batch.empty()) handOver();
             if (!o_.quiet && !skipped.empty())
                 Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });

@@ -83,6 +83,13 @@ const TorsionRow kTorsionRows[] = {
     {"largest stress at x", &TorsionValues::stressX, &ReportUnits::length, "largest_stress_x"},
     {"largest stress at y", &TorsionValues::stressY, &ReportUnits::length, "largest_stress_y"},
     {"J error estimate", &TorsionValues::estimate, nullptr, "j_error_estimate"},
+    {"Poisson's ratio", &TorsionValues::poisson, nullptr, "poisson"},
+    {"elastic shear centre x", &TorsionValues::elasticX, &ReportUnits::length, "elastic_shear_centre_x"},
+    {"elastic shear centre y", &TorsionValues::elasticY, &ReportUnits::length, "elastic_shear_centre_y"},
+    {"shear area along x", &TorsionValues::shearAreaX, &ReportUnits::area, "shear_area_x"},
+    {"shear area along y", &TorsionValues::shearAreaY, &ReportUnits::area, "shear_area_y"},
+    {"shear area along 1", &TorsionValues::shearArea1, &ReportUnits::area, "shear_area_1"},
+    {"shear area along 2", &TorsionValues::shearArea2, &ReportUnits::area, "shear_area_2"},
 };
 
 template <class Values>

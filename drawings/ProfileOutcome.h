@@ -16,11 +16,20 @@ struct SectionValues {
     double top, bottom, left, right, welxTop, welxBottom, welyLeft, welyRight, wplx, wply, plasticY, plasticX;
 };
 
-// Saint-Venant torsion in the same units: the torsion constant J, the warping constant Iw (length⁶)
-// about the shear centre, the shear centre (Trefftz's), the torsional section modulus Wt = T / τmax,
-// the point where the largest stress acts, and J's relative error estimate.
+// Saint-Venant torsion and the shear of bending in the same units: the torsion constant J, the
+// warping constant Iw (length⁶) about the shear centre, the shear centre (Trefftz's), the torsional
+// section modulus Wt = T / τmax, the point where the largest stress acts, J's relative error
+// estimate; the Poisson's ratio asked for, the elastic shear centre, and the shear areas for a force
+// along x, along y, along the major principal axis 1 and along the minor one 2.
 struct TorsionValues {
     double j, iw, shearX, shearY, wt, stressX, stressY, estimate;
+    double poisson, elasticX, elasticY, shearAreaX, shearAreaY, shearArea1, shearArea2;
+};
+
+// Whether torsion and shear values are asked for, and with which Poisson's ratio.
+struct TorsionRequest {
+    bool wanted = false;
+    double poisson = 0.3;
 };
 
 // What became of one section: its values, or the reason it has none. A section is one outline, or

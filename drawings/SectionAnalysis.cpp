@@ -6,10 +6,12 @@
 
 #include "core/Error.h"
 #include "drawings/SectionFinder.h"
+#include "profiles/FlexuralShear.h"
 #include "profiles/Loop7.h"
 #include "profiles/Loop7s.h"
 #include "profiles/SaintVenantTorsion.h"
 #include "profiles/SectionModuli.h"
+#include "units/DArea.h"
 #include "units/DMomentOfInertia.h"
 #include "units/DVolume.h"
 
@@ -24,10 +26,16 @@ double In(const std::shared_ptr<Q>& quantity, const Units& units) {
     return quantity->Value(units);
 }
 
+// A value in millimetres (to the quantity's power) in the report's unit of the quantity.
+template <class Q>
+double ValueIn(double millimetres, const Units& units) {
+    auto quantity = std::make_shared<Q>();
+    quantity->Millimetres(millimetres);
+    return In(quantity, units);
+}
+
 double LengthIn(double millimetres, const Units& units) {
-    auto length = std::make_shared<DLength>();
-    length->Millimetres(millimetres);
-    return In(length, units);
+    return ValueIn<DLength>(millimetres, units);
 }
 
 // Rounding noise (a centroid 1E-15 off the axis, a product of 1E-55) would print as digits and
@@ -58,9 +66,7 @@ void DropRoundingNoiseAndFindPrincipalAxes(SectionValues& v, const Units& units)
 }
 
 double ModulusIn(double cubicMillimetres, const Units& units) {
-    auto modulus = std::make_shared<DVolume>();
-    modulus->Millimetres(cubicMillimetres);
-    return In(modulus, units);
+    return ValueIn<DVolume>(cubicMillimetres, units);
 }
 
 // Segment k of an outline, from vertex k to the next (the last back to the first).
@@ -170,20 +176,26 @@ SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const s
     return v;
 }
 
-// Torsion in the report's units: J a second moment, Wt a modulus, Iw the length unit to the sixth.
-TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units) {
+// The rounding of a solution (1E-14 of the size) would print as digits on an axis of symmetry.
+Point3 Tidied(Point3 p, double size) {
+    for (double* v : {&p.x, &p.y})
+        if (std::fabs(*v) <= 1e-9 * size) *v = 0;
+    return p;
+}
+
+// Torsion and shear in the report's units: J a second moment, Wt a modulus, Iw the length unit to
+// the sixth.
+TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units,
+                        double poisson) {
     auto section = Loop7s::Create();
     for (const auto& loop : loops) section->Add(loop);
     const SaintVenantTorsion torsion(*section);
+    const FlexuralShear shear(torsion, poisson);
     auto moment = std::make_shared<DMomentOfInertia>();
     moment->Millimetres(torsion.TorsionConstant());
-    const double perMillimetre = LengthIn(1, units);
+    const double perMillimetre = LengthIn(1, units), size = std::sqrt(section->Area());
     const Point3 stress = torsion.MaximumShearStressAt();
-    // The solution's rounding (1E-14 of the size) would print as digits on an axis of symmetry.
-    Point3 centre = torsion.ShearCentre();
-    const double size = std::sqrt(section->Area());
-    for (double* v : {&centre.x, &centre.y})
-        if (std::fabs(*v) <= 1e-9 * size) *v = 0;
+    const Point3 centre = Tidied(torsion.ShearCentre(), size), elastic = Tidied(shear.ShearCentre(), size);
     return {In(moment, units),
             torsion.WarpingConstant() * std::pow(perMillimetre, 6),
             LengthIn(centre.x, units),
@@ -191,21 +203,28 @@ TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const 
             ModulusIn(torsion.TorsionalModulus(), units),
             LengthIn(stress.x, units),
             LengthIn(stress.y, units),
-            torsion.ErrorEstimate()};
+            torsion.ErrorEstimate(),
+            poisson,
+            LengthIn(elastic.x, units),
+            LengthIn(elastic.y, units),
+            ValueIn<DArea>(shear.ShearAreaX(), units),
+            ValueIn<DArea>(shear.ShearAreaY(), units),
+            ValueIn<DArea>(shear.ShearArea1(), units),
+            ValueIn<DArea>(shear.ShearArea2(), units)};
 }
 
 // The torsion values, or why there are none (the section's other values stand).
-void TryTorsion(ProfileOutcome& outcome, const std::vector<std::shared_ptr<Loop7>>& loops,
-                const Units& units) {
+void TryTorsion(ProfileOutcome& outcome, const std::vector<std::shared_ptr<Loop7>>& loops, const Units& units,
+                double poisson) {
     try {
-        outcome.torsion = TorsionOf(loops, units);
+        outcome.torsion = TorsionOf(loops, units, poisson);
     } catch (const Error& e) {
         outcome.torsionError = e.description();
     }
 }
 
 // The section's values, or why it has none; named after its outer outline's entity.
-ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
+ProfileOutcome Analyse(FoundSection&& s, const Units& units, TorsionRequest torsion) {
     ProfileOutcome outcome;
     outcome.name = std::move(s.name);
     outcome.type = s.outer->type;
@@ -220,7 +239,7 @@ ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
         for (const DrawnProfile* outline : s.outlines)
             exact.push_back(outline->curves.empty() ? nullptr : ExactBlock(*outline));
         outcome.values = ValuesOf(s.loops, s.holes, s.outlines, exact, units);
-        if (torsion) TryTorsion(outcome, s.loops, units);
+        if (torsion.wanted) TryTorsion(outcome, s.loops, units, torsion.poisson);
     } catch (const Error& e) {
         outcome.error = e.description();
     }
@@ -231,7 +250,7 @@ ProfileOutcome Analyse(FoundSection&& s, const Units& units, bool torsion) {
 
 void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units,
                      bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit,
-                     bool torsion) {
+                     TorsionRequest torsion) {
     SectionFinder(profiles, eachLoop, skipped).Emit([&](FoundSection&& s) {
         emit(Analyse(std::move(s), units, torsion));
     });
@@ -239,7 +258,7 @@ void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::share
 
 std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
                                             const std::shared_ptr<UnitSetting>& units, bool eachLoop,
-                                            SkipList* skipped, bool torsion) {
+                                            SkipList* skipped, TorsionRequest torsion) {
     std::vector<ProfileOutcome> outcomes;
     AnalyseProfiles(
         profiles, units, eachLoop, skipped, [&](ProfileOutcome&& o) { outcomes.push_back(std::move(o)); },

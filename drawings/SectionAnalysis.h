@@ -15,15 +15,15 @@ namespace tgp::drawings {
 // problem are reported by name and left out; two whose interiors overlap are both reported and
 // left out of the grouping. An outline that repeats another one (a hatch drawn on its own outline)
 // is left out and counted in `skipped` when given.
-// With `torsion`, each section's Saint-Venant torsion values too.
+// With `torsion` wanted, each section's torsion and shear values too.
 std::vector<ProfileOutcome> AnalyseProfiles(const std::vector<DrawnProfile>& profiles,
                                             const std::shared_ptr<UnitSetting>& units, bool eachLoop = false,
-                                            SkipList* skipped = nullptr, bool torsion = false);
+                                            SkipList* skipped = nullptr, TorsionRequest torsion = {});
 // The same handed to `emit` one section at a time, in file order, each computed when its turn
 // comes: a file of many separate outlines never holds all their loops or outcomes at once.
 void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::shared_ptr<UnitSetting>& units,
                      bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit,
-                     bool torsion = false);
+                     TorsionRequest torsion = {});
 // One outline as a section of its own.
 ProfileOutcome AnalyseProfile(const DrawnProfile& profile, const std::shared_ptr<UnitSetting>& units);
 

@@ -225,9 +225,10 @@ TEST(SectionCommand, TheCommandReportsEachFileAndGoesOn) {
     EXPECT_EQ(RunCommand({good}).code, 0) << "skipping is not a failure";
 }
 
-// --torsion adds J, Iw, the shear centre, Wt and where the largest stress acts to every format; a
-// 100 x 50 rectangle's J is Saint-Venant's series value 2,858,520.96 mm4 (Timoshenko and Goodier,
-// section 109), its shear centre its centroid.
+// --torsion adds J, Iw, the shear centres, Wt, where the largest stress acts and the shear areas to
+// every format; a 100 x 50 rectangle's J is Saint-Venant's series value 2,858,520.96 mm4 (Timoshenko
+// and Goodier, section 109), its shear centre its centroid, and with --poisson 0 its shear areas
+// 5/6 of its area (the stress is parabolic across it).
 TEST(SectionCommand, TorsionValuesInEveryFormat) {
     const std::string plate = TempText("torsion.txt", "0 0\n100 0\n100 50\n0 50\n");
     const CommandRun json = RunCommand({plate, "--torsion", "--json"});
@@ -236,6 +237,11 @@ TEST(SectionCommand, TorsionValuesInEveryFormat) {
     EXPECT_NEAR(test::JsonNumber(json.out, "shear_centre_x"), 50, 1e-9);
     EXPECT_NEAR(test::JsonNumber(json.out, "shear_centre_y"), 25, 1e-9);
     EXPECT_NE(json.out.find("\"warping_constant\": \"mm⁶\""), std::string::npos) << json.out;
+    EXPECT_NEAR(test::JsonNumber(json.out, "poisson"), 0.3, 0);
+    const CommandRun plain = RunCommand({plate, "--torsion", "--json", "--poisson", "0"});
+    for (const char* key : {"shear_area_x", "shear_area_y", "shear_area_1", "shear_area_2"})
+        EXPECT_NEAR(test::JsonNumber(plain.out, key), 5000 * 5.0 / 6, 1e-5) << key;
+    EXPECT_NE(RunCommand({plate, "--torsion", "--poisson", "0.7"}).code, 0);
     const CommandRun table = RunCommand({plate, "--torsion", "--units", "cm"});
     EXPECT_NE(table.out.find("  torsion constant J                 285.852  cm4\n"), std::string::npos)
         << table.out;
