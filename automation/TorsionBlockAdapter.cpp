@@ -5,6 +5,7 @@
 #include "ProfileAdapters.h"
 #include "Quantities.h"
 #include "Variants.h"
+#include "profiles/FlexuralShear.h"
 #include "profiles/SaintVenantTorsion.h"
 
 namespace tgp::automation {
@@ -13,6 +14,7 @@ namespace {
 // What a TorsionBlock holds: the solution, once Init has made one.
 struct TorsionState {
     std::unique_ptr<SaintVenantTorsion> solution;
+    std::unique_ptr<FlexuralShear> shear;
 };
 
 template <class Q>
@@ -26,7 +28,7 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
   public:
     using DispatchObject::DispatchObject;
 
-    HRESULT STDMETHODCALLTYPE Init(IDispatch* Section, VARIANT Accuracy) override {
+    HRESULT STDMETHODCALLTYPE Init(IDispatch* Section, VARIANT Accuracy, VARIANT Poisson) override {
         return Run([&] {
             std::shared_ptr<tgp::Loop7s> section = NativeOf<tgp::Loop7s>(Section);
             if (!section) {
@@ -34,8 +36,13 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
                 section->Add(RequiredNative<tgp::Loop7>(Section));
             }
             const double accuracy = IsMissing(Accuracy) ? 1e-6 : ToDouble(Accuracy);
-            if (!(accuracy > 0 && accuracy < 1)) throw Error::InvalidProcedureCall();
-            native().solution = std::make_unique<SaintVenantTorsion>(*section, accuracy);
+            const double poisson = IsMissing(Poisson) ? FlexuralShear::kDefaultPoisson : ToDouble(Poisson);
+            // Accuracy in (0, 1); Poisson's ratio where an isotropic material has it, (-1, 0.5].
+            if (!(accuracy > 0 && accuracy < 1) || !(poisson > -1 && poisson <= 0.5))
+                throw Error::InvalidProcedureCall();
+            auto solution = std::make_unique<SaintVenantTorsion>(*section, accuracy);
+            native().shear = std::make_unique<FlexuralShear>(*solution, poisson);
+            native().solution = std::move(solution);
         });
     }
     HRESULT STDMETHODCALLTYPE get_TorsionConstant(::_DMomentOfInertia** result) override {
@@ -70,6 +77,27 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
     HRESULT STDMETHODCALLTYPE get_ErrorEstimate(double* result) override {
         return Run([&] { Out(result) = Solution().ErrorEstimate(); });
     }
+    HRESULT STDMETHODCALLTYPE get_Poisson(double* result) override {
+        return Run([&] { Out(result) = Shear().Poisson(); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ElasticShearCentreX(::_DLength** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DLength>(Shear().ShearCentre().x), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ElasticShearCentreY(::_DLength** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DLength>(Shear().ShearCentre().y), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ShearAreaX(::_DArea** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearAreaX()), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ShearAreaY(::_DArea** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearAreaY()), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ShearArea1(::_DArea** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearArea1()), &Out(result))); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ShearArea2(::_DArea** result) override {
+        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearArea2()), &Out(result))); });
+    }
 
   private:
     // Before Init there is nothing to read: the library's error says so.
@@ -77,6 +105,10 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
         if (!native().solution)
             ThrowLibraryError("TorsionBlock: no section yet: call Init with a Loop7 or a Loop7s");
         return *native().solution;
+    }
+    const FlexuralShear& Shear() {
+        Solution();
+        return *native().shear;
     }
 };
 

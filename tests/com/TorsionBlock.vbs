@@ -26,6 +26,18 @@ Set v = Library("Vector")
 Check "the largest stress acts in the middle of a long side", _
     v.vLength(v.vminusv(at, Array(50, 0, 0))) < 0.001 Or v.vLength(v.vminusv(at, Array(50, 50, 0))) < 0.001, True
 Check "Iw of a rectangle is positive", torsion.WarpingConstant > 0, True
+' Its shear of bending: Poisson's ratio 0.3 unless given; with 0 the shear areas are 5/6 of its area.
+CheckNear "the default Poisson's ratio", torsion.Poisson, 0.3, 0
+CheckNear "elastic shear centre x", torsion.ElasticShearCentreX.Millimetres, 50, 1E-9
+CheckNear "elastic shear centre y", torsion.ElasticShearCentreY.Millimetres, 25, 1E-9
+CheckNear "y is the major axis", torsion.ShearArea1.Millimetres, torsion.ShearAreaY.Millimetres, 1E-12
+Check "a wide plate's shear area along y is below 5/6 of it", torsion.ShearAreaY.Millimetres < 4160, True
+torsion.Init plate, 0.000001, 0
+CheckNear "shear area along x, nu 0", torsion.ShearAreaX.Millimetres, 5000 * 5 / 6, 1E-8
+CheckNear "shear area along 2, nu 0", torsion.ShearArea2.Millimetres, 5000 * 5 / 6, 1E-8
+torsion.Init plate, 0.000001, 0.7
+CheckError "a Poisson's ratio above 0.5", 5, "Invalid procedure call or argument"
+CheckNear "a refused Poisson's ratio keeps the last solution", torsion.Poisson, 0, 0
 
 ' A ring from a Loop7s: J = pi (20^4 - 12^4) / 32.
 Set outer = LoopOf(Array(-10, 0, 10, 0), Array(1, 1))
