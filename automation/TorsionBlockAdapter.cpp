@@ -77,6 +77,16 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
     HRESULT STDMETHODCALLTYPE get_ErrorEstimate(double* result) override {
         return Run([&] { Out(result) = Solution().ErrorEstimate(); });
     }
+    HRESULT STDMETHODCALLTYPE get_Monosymmetry1(::_DLength** result) override {
+        return Run([&] {
+            Check(Wrap(InMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().major), &Out(result)));
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_Monosymmetry2(::_DLength** result) override {
+        return Run([&] {
+            Check(Wrap(InMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().minor), &Out(result)));
+        });
+    }
     HRESULT STDMETHODCALLTYPE get_Poisson(double* result) override {
         return Run([&] { Out(result) = Shear().Poisson(); });
     }

@@ -83,6 +83,8 @@ const TorsionRow kTorsionRows[] = {
     {"largest stress at x", &TorsionValues::stressX, &ReportUnits::length, "largest_stress_x"},
     {"largest stress at y", &TorsionValues::stressY, &ReportUnits::length, "largest_stress_y"},
     {"J error estimate", &TorsionValues::estimate, nullptr, "j_error_estimate"},
+    {"monosymmetry β1", &TorsionValues::beta1, &ReportUnits::length, "monosymmetry_1"},
+    {"monosymmetry β2", &TorsionValues::beta2, &ReportUnits::length, "monosymmetry_2"},
     {"Poisson's ratio", &TorsionValues::poisson, nullptr, "poisson"},
     {"elastic shear centre x", &TorsionValues::elasticX, &ReportUnits::length, "elastic_shear_centre_x"},
     {"elastic shear centre y", &TorsionValues::elasticY, &ReportUnits::length, "elastic_shear_centre_y"},

@@ -19,10 +19,11 @@ struct SectionValues {
 // Saint-Venant torsion and the shear of bending in the same units: the torsion constant J, the
 // warping constant Iw (length⁶) about the shear centre, the shear centre (Trefftz's), the torsional
 // section modulus Wt = T / τmax, the point where the largest stress acts, J's relative error
-// estimate; the Poisson's ratio asked for, the elastic shear centre, and the shear areas for a force
-// along x, along y, along the major principal axis 1 and along the minor one 2.
+// estimate, the monosymmetry constants about the principal axes; the Poisson's ratio asked for, the
+// elastic shear centre, and the shear areas for a force along x, along y, along the major principal
+// axis 1 and along the minor one 2.
 struct TorsionValues {
-    double j, iw, shearX, shearY, wt, stressX, stressY, estimate;
+    double j, iw, shearX, shearY, wt, stressX, stressY, estimate, beta1, beta2;
     double poisson, elasticX, elasticY, shearAreaX, shearAreaY, shearArea1, shearArea2;
 };
 

@@ -176,7 +176,7 @@ SectionValues ValuesOf(const std::vector<std::shared_ptr<Loop7>>& loops, const s
     return v;
 }
 
-// The rounding of a solution (1E-14 of the size) would print as digits on an axis of symmetry.
+// The rounding of a solution (1E-14 of the size) would print as digits where symmetry makes a value 0.
 Point3 Tidied(Point3 p, double size) {
     for (double* v : {&p.x, &p.y})
         if (std::fabs(*v) <= 1e-9 * size) *v = 0;
@@ -196,6 +196,8 @@ TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const 
     const double perMillimetre = LengthIn(1, units), size = std::sqrt(section->Area());
     const Point3 stress = torsion.MaximumShearStressAt();
     const Point3 centre = Tidied(torsion.ShearCentre(), size), elastic = Tidied(shear.ShearCentre(), size);
+    const SaintVenantTorsion::Monosymmetry beta = torsion.MonosymmetryConstants();
+    const Point3 betas = Tidied({beta.major, beta.minor, 0}, size);  // as a pair
     return {In(moment, units),
             torsion.WarpingConstant() * std::pow(perMillimetre, 6),
             LengthIn(centre.x, units),
@@ -204,6 +206,8 @@ TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const 
             LengthIn(stress.x, units),
             LengthIn(stress.y, units),
             torsion.ErrorEstimate(),
+            LengthIn(betas.x, units),
+            LengthIn(betas.y, units),
             poisson,
             LengthIn(elastic.x, units),
             LengthIn(elastic.y, units),

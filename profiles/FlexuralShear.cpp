@@ -152,10 +152,7 @@ FlexuralShear::FlexuralShear(const SaintVenantTorsion& torsion, double poisson) 
         return m;
     };
     shearCentre_ = Point3{moment(0, 1), -moment(1, 0), 0} + torsion.Centroid();
-    // Principal moments that agree to rounding make every axis principal: 1 is then x.
-    const PrincipalMoments principal = MajorAndMinor(ix, iy, ixy);
-    const bool round = principal.Major - principal.Minor <= 1e-12 * principal.Major;
-    const double angle = round ? 0 : principal.Angle, c = std::cos(angle), s = std::sin(angle);
+    const double angle = SettledMajorAndMinor(ix, iy, ixy).Angle, c = std::cos(angle), s = std::sin(angle);
     areas12_[0] = 1 / (c * c * compliance_[0] + 2 * c * s * compliance_[1] + s * s * compliance_[2]);
     areas12_[1] = 1 / (s * s * compliance_[0] - 2 * c * s * compliance_[1] + c * c * compliance_[2]);
 }

@@ -19,6 +19,12 @@ PrincipalMoments MajorAndMinor(double Ix, double Iy, double Ixy) {
     return {mean + R, mean - R, std::atan2(-Ixy + 0.0, half + 0.0) / 2};
 }
 
+PrincipalMoments SettledMajorAndMinor(double Ix, double Iy, double Ixy) {
+    PrincipalMoments p = MajorAndMinor(Ix, Iy, Ixy);
+    if (p.Major - p.Minor <= 1e-12 * p.Major) p.Angle = 0;
+    return p;
+}
+
 namespace {
 
 template <class Q>

@@ -22,6 +22,9 @@ struct PrincipalMoments {
     double Major, Minor, Angle;
 };
 PrincipalMoments MajorAndMinor(double Ix, double Iy, double Ixy);
+// The same with the angle 0 where the moments agree to 1E-12 of the larger: every axis is principal
+// then, and rounding would turn them at random.
+PrincipalMoments SettledMajorAndMinor(double Ix, double Iy, double Ixy);
 
 // Section properties of a plane figure: signed area (negative for a void), perimeter, and the
 // second moments and product of area about the block's own axes through the centroid, held with

@@ -7,6 +7,7 @@
 
 #include "core/Error.h"
 #include "profiles/BoundaryPanels.h"
+#include "profiles/InertiaBlock.h"
 #include "profiles/NeumannProblem.h"
 #include "profiles/TorsionSolids.h"
 
@@ -166,6 +167,7 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     warping_ = WarpingConstantOf(previous);
     FindLargestStress(previous);
     shearCentre_ = previous.shearCentre + centroid_;
+    monosymmetry_ = MonosymmetryOf(previous);
     nodes_ = previous.nodes;
     for (std::size_t k = 0; k < previous.boundaries.size(); ++k)
         warped_.push_back({std::move(previous.boundaries[k]), std::move(previous.warpings[k])});
@@ -220,6 +222,32 @@ double SaintVenantTorsion::WarpingConstantOf(const Level& level) {
               c * c * s.area;
     }
     return iw;
+}
+
+// The principal axes of the solids' second moments (1 the major; moments that agree to rounding make
+// x axis 1), and the cubic moments ∫ η r² dA, ∫ ξ r² dA through the boundary (∮ P (r·n) ds / 5).
+SaintVenantTorsion::Monosymmetry SaintVenantTorsion::MonosymmetryOf(const Level& level) {
+    double ix = 0, iy = 0, ixy = 0;
+    for (const SolidIntegrals& s : level.parts) {
+        ix += s.ixx;
+        iy += s.iyy;
+        ixy += s.ixy;
+    }
+    const PrincipalMoments principal = SettledMajorAndMinor(ix, iy, ixy);
+    const double c = std::cos(principal.Angle), s = std::sin(principal.Angle);
+    double etaR2 = 0, xiR2 = 0;
+    for (const BoundaryPanels& boundary : level.boundaries) {
+        for (const BoundaryNode& node : boundary.Nodes()) {
+            const Point3& p = node.p;
+            const double r2 = p.x * p.x + p.y * p.y,
+                         rn = (p.x * node.normal.x + p.y * node.normal.y) * node.weight;
+            etaR2 += (-p.x * s + p.y * c) * r2 * rn / 5;
+            xiR2 += (p.x * c + p.y * s) * r2 * rn / 5;
+        }
+    }
+    const Point3& centre = level.shearCentre;
+    return {etaR2 / principal.Major - 2 * (-centre.x * s + centre.y * c),
+            xiR2 / principal.Minor - 2 * (centre.x * c + centre.y * s)};
 }
 
 namespace {

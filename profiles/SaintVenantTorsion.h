@@ -44,6 +44,16 @@ class SaintVenantTorsion {
     double MaximumShearStress() const { return stress_; }
     const Point3& MaximumShearStressAt() const { return stressAt_; }
     double TorsionalModulus() const { return 1 / stress_; }
+    // The monosymmetry constants of lateral-torsional buckling about the principal axes (length):
+    //   β1 = ∫ η (ξ² + η²) dA / I1 - 2 η0,   β2 = ∫ ξ (ξ² + η²) dA / I2 - 2 ξ0,
+    // ξ along the major axis 1 (of the larger moment of inertia I1), η along axis 2 (axis 1 turned a
+    // quarter counter-clockwise), both from the centroid; (ξ0, η0) the shear centre. Both 0 for a
+    // doubly symmetric section; a T whose flange lies on the positive η side has β1 < 0 (the sign
+    // follows η: codes that measure y downwards write it the other way round).
+    struct Monosymmetry {
+        double major, minor;
+    };
+    const Monosymmetry& MonosymmetryConstants() const { return monosymmetry_; }
     // The relative change of J in the last refinement.
     double ErrorEstimate() const { return estimate_; }
     std::size_t NodeCount() const { return nodes_; }
@@ -70,6 +80,7 @@ class SaintVenantTorsion {
     std::size_t NodesFor(double base, int depth) const;
     static double WarpingConstantOf(const Level& level);
     void FindLargestStress(const Level& level);
+    static Monosymmetry MonosymmetryOf(const Level& level);
 
     std::vector<std::vector<std::vector<LoopDLine>>> solids_;  // loops with the material on the left
     Point3 centroid_;
@@ -77,6 +88,7 @@ class SaintVenantTorsion {
     double j_ = 0, estimate_ = 0, warping_ = 0, stress_ = 0;
     Point3 stressAt_;
     Point3 shearCentre_;
+    Monosymmetry monosymmetry_{0, 0};
     std::size_t nodes_ = 0;
     std::vector<Refinement> history_;
     std::vector<WarpedSolid> warped_;

@@ -28,6 +28,8 @@ Check "the largest stress acts in the middle of a long side", _
 Check "Iw of a rectangle is positive", torsion.WarpingConstant > 0, True
 ' Its shear of bending: Poisson's ratio 0.3 unless given; with 0 the shear areas are 5/6 of its area.
 CheckNear "the default Poisson's ratio", torsion.Poisson, 0.3, 0
+CheckNear "a rectangle has no monosymmetry about 1", torsion.Monosymmetry1.Millimetres, 0, 1E-9
+CheckNear "nor about 2", torsion.Monosymmetry2.Millimetres, 0, 1E-9
 CheckNear "elastic shear centre x", torsion.ElasticShearCentreX.Millimetres, 50, 1E-9
 CheckNear "elastic shear centre y", torsion.ElasticShearCentreY.Millimetres, 25, 1E-9
 CheckNear "y is the major axis", torsion.ShearArea1.Millimetres, torsion.ShearAreaY.Millimetres, 1E-12

@@ -157,6 +157,58 @@ TEST(SaintVenantTorsion, AChannelApproachesTheThinWalledLimits) {
     EXPECT_LT(previous[2], 0.005) << "Iw";
 }
 
+// A T of flange b x t on top of a stem of centreline height h, t thick, its flange's middle at y = 0.
+Outline Tee(double b, double h, double t, double sign = 1) {
+    Outline o;
+    for (auto [x, y] : {std::pair{-b / 2, t / 2},
+                        {-b / 2, -t / 2},
+                        {-t / 2, -t / 2},
+                        {-t / 2, -h},
+                        {t / 2, -h},
+                        {t / 2, -t / 2},
+                        {b / 2, -t / 2},
+                        {b / 2, t / 2}})
+        o.Add(sign * x, sign * y);
+    return o;
+}
+
+// ∫ y (x² + y²) dA of the rectangle [x0, x1] x [y0, y1].
+double CubicMoment(double x0, double x1, double y0, double y1) {
+    return (x1 * x1 * x1 - x0 * x0 * x0) / 3 * (y1 * y1 - y0 * y0) / 2 +
+           (x1 - x0) * (y1 * y1 * y1 * y1 - y0 * y0 * y0 * y0) / 4;
+}
+
+// A T's monosymmetry constant about its major axis approaches the thin-walled one, β = ∫ y r² dA / Ix -
+// 2 y0 with the shear centre y0 where the walls meet (Trahair, Flexural-Torsional Buckling of
+// Structures, 1993, section 3.10), as the walls get thinner; turned upside down it changes sign, and
+// a doubly symmetric section has none.
+TEST(SaintVenantTorsion, MonosymmetryConstantsApproachTheThinWalledOnes) {
+    const double b = 100, h = 200;
+    double previous = HUGE_VAL;
+    for (double t : {8.0, 4.0}) {
+        const auto tee = SectionOf({Tee(b, h, t)});
+        const SaintVenantTorsion torsion(*tee, 1e-4);
+        const double yc = tee->Centroid()[1], ix = tee->MomentOfInertiaX();
+        const double cubic = CubicMoment(-b / 2, b / 2, -t / 2 - yc, t / 2 - yc) +
+                             CubicMoment(-t / 2, t / 2, -h - yc, -t / 2 - yc);
+        const double thin = cubic / ix - 2 * (0 - yc);
+        const double gap = std::fabs(torsion.MonosymmetryConstants().major / thin - 1);
+        EXPECT_LT(gap, previous) << "t " << t;
+        previous = gap;
+        if (t == 4) {
+            const SaintVenantTorsion upsideDown(*SectionOf({Tee(b, h, t, -1)}), 1e-4);
+            EXPECT_NEAR(upsideDown.MonosymmetryConstants().major, -torsion.MonosymmetryConstants().major,
+                        1e-6 * h);
+            EXPECT_NEAR(torsion.MonosymmetryConstants().minor, 0, 1e-9 * h)
+                << "symmetric about its major axis";
+        }
+    }
+    EXPECT_LT(previous, 0.01);
+    const SaintVenantTorsion square(*SectionOf({test::Rectangle(-5, 7, 10, 10)}));
+    EXPECT_NEAR(square.MonosymmetryConstants().major, 0, 1e-9);
+    EXPECT_NEAR(square.MonosymmetryConstants().minor, 0, 1e-9);
+}
+
 TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
     test::ExpectError([] { SaintVenantTorsion torsion(*Loop7s::Create()); }, 2411,
                       "Loop7s: the collection is empty, so it has no section properties");
