@@ -1,6 +1,7 @@
 // Saint-Venant torsion on the exact boundary: the convergence of J with the boundary nodes for a
 // rectangle (against Saint-Venant's series), a channel with re-entrant corners and the rolled IPE 200
-// of examples/ (against its own finest value), and the time and peak memory to reach 1E-6.
+// of examples/ (against its own finest value), and the time and peak memory to reach 1E-6; then the
+// time the shear of bending adds on the same boundary.
 //
 //   tgp_torsion_bench [examples folder]
 #include <sys/resource.h>
@@ -12,6 +13,7 @@
 #include <string>
 
 #include "drawings/DrawingSections.h"
+#include "profiles/FlexuralShear.h"
 #include "profiles/SaintVenantTorsion.h"
 
 namespace {
@@ -48,8 +50,14 @@ void Report(const char* name, Loop7s& section, double reference, const char* aga
     for (const auto& step : torsion.History())
         std::printf("| %zu nodes | J %.10g | error %.1e |\n", step.nodes, step.j,
                     std::fabs(step.j / exact - 1));
-    std::printf("J %.10g, estimate %.1e, %.3f s to 1E-6, peak memory %.0f MB\n\n", torsion.TorsionConstant(),
+    const auto shearStart = std::chrono::steady_clock::now();
+    const tgp::FlexuralShear shear(torsion);
+    const double shearSeconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - shearStart).count();
+    std::printf("J %.10g, estimate %.1e, %.3f s to 1E-6, peak memory %.0f MB\n", torsion.TorsionConstant(),
                 torsion.ErrorEstimate(), seconds, PeakMegabytes());
+    std::printf("shear of bending (nu 0.3): %.3f s more; shear areas %.8g along x, %.8g along y\n\n",
+                shearSeconds, shear.ShearAreaX(), shear.ShearAreaY());
 }
 
 }  // namespace
