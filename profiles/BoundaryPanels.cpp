@@ -172,6 +172,53 @@ void BoundaryPanels::AddPanel(const BoundaryPanel& whole, double t0, double t1) 
     }
 }
 
+std::array<double, BoundaryPanels::kOrder> BoundaryPanels::OwnLogarithmWeights(std::size_t node) const {
+    const auto& x = GaussPoints();
+    const std::size_t first = nodes_[node].panel * kOrder, own = node - first;
+    const double half = panels_[nodes_[node].panel].length / 2;  // |dP/du|
+    const double* logarithm = &LogarithmWeights()[own * kOrder];
+    std::array<double, kOrder> weights{};
+    for (std::size_t m = 0; m < kOrder; ++m) {
+        const BoundaryNode& source = nodes_[first + m];
+        const double dx = source.p.x - nodes_[node].p.x, dy = source.p.y - nodes_[node].p.y;
+        const double ratio = m == own ? half : std::sqrt(dx * dx + dy * dy) / std::fabs(x[own] - x[m]);
+        weights[m] = logarithm[m] * half + std::log(ratio) * source.weight;
+    }
+    return weights;
+}
+
+const std::vector<double>& LogarithmWeights() {
+    static const std::vector<double> table = [] {
+        const auto& x = BoundaryPanels::GaussPoints();
+        const auto& w = BoundaryPanels::GaussWeights();
+        const std::size_t n = x.size();
+        std::vector<double> weights(n * n, 0), basis;
+        // Each side of x_i in pieces halving towards it, down to 2^-40 of the side: every piece is as far
+        // from x_i as it is long, where Gauss-Legendre integrates ln|x_i - u| L_m to rounding. On the
+        // last ε, L_m is L_m(x_i): its share is δ_im ε (ln ε - 1).
+        for (std::size_t i = 0; i < n; ++i) {
+            for (const double end : {-1.0, 1.0}) {
+                double far = end;
+                for (int level = 0; level < 40; ++level) {
+                    const double near = x[i] + (far - x[i]) / 2;
+                    for (std::size_t k = 0; k < n; ++k) {
+                        const double u = near + (far - near) * (x[k] + 1) / 2,
+                                     du = w[k] * std::fabs(far - near) / 2;
+                        PanelBasisAt(u, basis);
+                        for (std::size_t m = 0; m < n; ++m)
+                            weights[i * n + m] += std::log(std::fabs(x[i] - u)) * basis[m] * du;
+                    }
+                    far = near;
+                }
+                const double epsilon = std::fabs(far - x[i]);
+                weights[i * n + i] += epsilon * (std::log(epsilon) - 1);
+            }
+        }
+        return weights;
+    }();
+    return table;
+}
+
 void PanelBasisAt(double u, std::vector<double>& basis) {
     static const std::vector<double> barycentric = [] {
         const auto& x = BoundaryPanels::GaussPoints();

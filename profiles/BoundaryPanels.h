@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
@@ -50,6 +51,11 @@ class BoundaryPanels {
 
     const std::vector<BoundaryPanel>& Panels() const { return panels_; }
     const std::vector<BoundaryNode>& Nodes() const { return nodes_; }
+    // Weights of a node's own panel for the logarithm: ∫ f ln|P(node) - P| ds over that panel is
+    // Σ_m weights[m] f(node m) to the interpolant's accuracy. With the panel's parameter u and
+    // |P(u_i) - P(u)| = |u_i - u| R(u), R smooth (|dP/du| where u = u_i, the same all along a line or
+    // an arc), ln|u_i - u| takes LogarithmWeights and ln R the Gauss weights.
+    std::array<double, kOrder> OwnLogarithmWeights(std::size_t node) const;
     // The Gauss-Legendre rule on [-1, 1] the panels use.
     static const std::vector<double>& GaussPoints();
     static const std::vector<double>& GaussWeights();
@@ -68,6 +74,12 @@ void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weig
 // The Lagrange basis of a panel's Gauss nodes at u of [-1, 1] (barycentric form): a function known at
 // the nodes is sum basis[m] f[m] there.
 void PanelBasisAt(double u, std::vector<double>& basis);
+
+// Product integration of the logarithm on a panel's own nodes: W[i][m] = ∫ ln|x_i - u| L_m(u) du over
+// [-1, 1], x_i the Gauss points and L_m their Lagrange basis, so that ∫ ln|x_i - u| f(u) du =
+// Σ_m W[i][m] f(x_m) for f of degree 11 and to the interpolant's accuracy for smooth f. Row i is
+// &weights[i * kOrder].
+const std::vector<double>& LogarithmWeights();
 
 // ∫ f(y, normal, u, ds) over the part [ua, ub] of a panel's [-1, 1], cut in halves while a piece is
 // closer to the target than twice its length (down to pieces of 2^-40 of the panel): what the nodes

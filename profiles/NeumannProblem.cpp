@@ -130,6 +130,18 @@ NeumannProblem::NeumannProblem(const BoundaryPanels& boundary) : boundary_(bound
     }
 }
 
+// The single layer of node i's own panel by product integration.
+void NeumannProblem::AddOwnPanel(std::size_t i, std::vector<double>& sum, const std::vector<double>& q,
+                                 std::size_t count) const {
+    const auto& nodes = boundary_.Nodes();
+    const std::size_t first = nodes[i].panel * BoundaryPanels::kOrder;
+    const auto weights = boundary_.OwnLogarithmWeights(i);
+    for (std::size_t m = 0; m < BoundaryPanels::kOrder; ++m) {
+        const double weight = -weights[m] / (kTwoPi * nodes[first + m].weight);  // q holds flux ds
+        for (std::size_t r = 0; r < count; ++r) sum[r] += weight * q[(first + m) * count + r];
+    }
+}
+
 // The right sides of all fluxes in one pass over the node pairs (each logarithm taken once).
 std::vector<std::vector<double>> NeumannProblem::RightSides(const std::vector<Flux>& fluxes) const {
     const auto& nodes = boundary_.Nodes();
@@ -146,6 +158,10 @@ std::vector<std::vector<double>> NeumannProblem::RightSides(const std::vector<Fl
         std::fill(sum.begin(), sum.end(), 0.0);
         for (std::size_t p = 0; p < panels.size(); ++p) {
             const std::size_t first = p * order;
+            if (p == nodes[i].panel) {
+                AddOwnPanel(i, sum, q, count);
+                continue;
+            }
             if (!panels[p].Near(target)) {
                 for (std::size_t m = first; m < first + order; ++m) {
                     const double g = SingleLayer(target, nodes[m].p);

@@ -27,6 +27,8 @@ class NeumannProblem {
 
   private:
     std::vector<std::vector<double>> RightSides(const std::vector<Flux>& fluxes) const;
+    void AddOwnPanel(std::size_t node, std::vector<double>& sum, const std::vector<double>& q,
+                     std::size_t count) const;
 
     const BoundaryPanels& boundary_;
     std::vector<double> matrix_;

@@ -52,49 +52,72 @@ std::vector<double> SolveSmall(std::vector<double> a, std::vector<double> b, std
     return b;
 }
 
+// What a source point x (normal nx, warping w) gives U(y) and dU/dn_y below, as A + B ln r each: the
+// logarithm apart, so that a node's own panel can take it by product integration.
+struct SquareKernels {
+    double uA, uB, dA, dB;
+};
+
+SquareKernels SquareKernelsAt(const Point3& x, const Point3& nx, double w, const Point3& y,
+                              const Point3& ny) {
+    const double c = 1 / (4 * kTwoPi);  // 1 / (8 pi)
+    const double dx = x.x - y.x, dy = x.y - y.y, r2 = dx * dx + dy * dy;
+    const double dnx = dx * nx.x + dy * nx.y, dny = dx * ny.x + dy * ny.y, nn = nx.x * ny.x + nx.y * ny.y;
+    const double q = WarpingFlux(x, nx);
+    // G2 = c r² - c r² ln r, dG2/dn_x = c dnx - 2c dnx ln r, dG2/dn_y = -c dny + 2c dny ln r,
+    // d²G2/dn_x dn_y = c (2 dnx dny / r² - nn) + 2c nn ln r (dnx dny / r² -> 0 as r -> 0 on a line or arc).
+    const double cross = r2 == 0 ? 0 : 2 * dnx * dny / r2;
+    return {w * c * dnx - c * r2 * q, -2 * c * w * dnx + c * r2 * q, w * c * (cross - nn) + c * dny * q,
+            2 * c * w * nn - 2 * c * dny * q};
+}
+
 // ∫ w² dA of the harmonic w from its boundary values alone. With the representation
 // w(x) = ∮ (G q - w dG/dn_y) ds_y and G2 = -r² (ln r - 1) / (8 pi), whose Laplacian is G:
 //   ∫ w² dA = ∮ (q U - w dU/dn) ds,   U(y) = ∫ G(x, y) w(x) dA_x = ∮ (w dG2/dn_x - G2 q) ds_x,
-// a double boundary integral whose kernels are at most logarithmic; near and own panels are
-// integrated adaptively against the panel's interpolant of w.
+// a double boundary integral whose kernels are at most logarithmic: a node's own panel by product
+// integration, near panels adaptively against the panel's interpolant of w.
 double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping) {
     const auto& nodes = boundary.Nodes();
     const auto& panels = boundary.Panels();
-    const std::size_t order = BoundaryPanels::GaussPoints().size();
-    const double c = 1 / (4 * kTwoPi);  // 1 / (8 pi)
+    const std::size_t order = BoundaryPanels::kOrder;
     std::vector<double> basis;
     double total = 0;
-    for (const BoundaryNode& target : nodes) {
-        const Point3 ny = target.normal;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        const BoundaryNode& target = nodes[i];
         double u = 0, dudn = 0;
-        // The contribution of a source point x with normal nx, its w and q, to U(y) and dU/dn_y.
         auto add = [&](const Point3& x, const Point3& nx, double w, double ds) {
             const double dx = x.x - target.p.x, dy = x.y - target.p.y, r2 = dx * dx + dy * dy;
             if (r2 == 0) return;
-            const double lnr = std::log(r2) / 2, dnx = dx * nx.x + dy * nx.y, dny = dx * ny.x + dy * ny.y;
-            const double q = WarpingFlux(x, nx);
-            const double g2 = -c * r2 * (lnr - 1), dg2dnx = -c * (2 * lnr - 1) * dnx,
-                         dg2dny = c * (2 * lnr - 1) * dny;
-            const double d2 = c * (2 * dnx * dny / r2 + (2 * lnr - 1) * (nx.x * ny.x + nx.y * ny.y));
-            u += (w * dg2dnx - g2 * q) * ds;
-            dudn += (w * d2 - dg2dny * q) * ds;
+            const SquareKernels k = SquareKernelsAt(x, nx, w, target.p, target.normal);
+            const double lnr = std::log(r2) / 2;
+            u += (k.uA + k.uB * lnr) * ds;
+            dudn += (k.dA + k.dB * lnr) * ds;
         };
         for (std::size_t p = 0; p < panels.size(); ++p) {
             const std::size_t first = p * order;
-            if (!panels[p].Near(target.p)) {
+            if (p == target.panel) {
+                const auto logarithm = boundary.OwnLogarithmWeights(i);
+                for (std::size_t m = 0; m < order; ++m) {
+                    const BoundaryNode& source = nodes[first + m];
+                    const SquareKernels k =
+                        SquareKernelsAt(source.p, source.normal, warping[first + m], target.p, target.normal);
+                    u += k.uA * source.weight + k.uB * logarithm[m];
+                    dudn += k.dA * source.weight + k.dB * logarithm[m];
+                }
+            } else if (!panels[p].Near(target.p)) {
                 for (std::size_t m = 0; m < order; ++m)
                     add(nodes[first + m].p, nodes[first + m].normal, warping[first + m],
                         nodes[first + m].weight);
-                continue;
+            } else {
+                IntegrateNear(panels[p], target.p,
+                              [&](const Point3& x, const Point3& nx, double t, double ds) {
+                                  PanelBasisAt(t, basis);
+                                  double w = 0;
+                                  for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
+                                  add(x, nx, w, ds);
+                              });
             }
-            IntegrateNear(panels[p], target.p, [&](const Point3& x, const Point3& nx, double t, double ds) {
-                PanelBasisAt(t, basis);
-                double w = 0;
-                for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
-                add(x, nx, w, ds);
-            });
         }
-        const std::size_t i = static_cast<std::size_t>(&target - nodes.data());
         total += (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
     }
     return total;
