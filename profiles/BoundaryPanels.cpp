@@ -44,7 +44,7 @@ double BoundaryPanel::Length() const {
 
 bool BoundaryPanel::Near(const Point3& target) const {
     const double dx = middle.x - target.x, dy = middle.y - target.y;
-    return dx * dx + dy * dy < 4 * length * length;
+    return dx * dx + dy * dy < 2.25 * length * length;
 }
 
 void GaussLegendre(int n, std::vector<double>& points, std::vector<double>& weights) {
