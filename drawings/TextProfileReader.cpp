@@ -1,14 +1,13 @@
 #include "drawings/TextProfileReader.h"
 
+#include "core/Error.h"
+#include "core/ParallelFor.h"
+#include "units/NumberText.h"
 #include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <sstream>
 #include <string_view>
-#include <thread>
-
-#include "core/Error.h"
-#include "units/NumberText.h"
 
 namespace tgp::drawings {
 
@@ -278,25 +277,12 @@ class TextParser {
 // Below this size a text is read in one piece: a thread would cost more than it saves.
 constexpr std::size_t kSmallestSplitText = 4 << 20;
 
-// The Windows server's runtime has no standard threads (mingw-w64's win32 model): there the pieces
-// are read one after another.
-#if defined(__GLIBCXX__) && !defined(_GLIBCXX_HAS_GTHREADS)
-unsigned Cores() {
-    return 1;
-}
+// Each piece on a thread of its own (one after another where the runtime has no threads).
 void ReadPieces(const std::vector<std::string_view>& texts, std::vector<Piece>& pieces) {
-    for (std::size_t k = 0; k < texts.size(); ++k) pieces[k].Read(texts[k]);
+    ParallelFor(texts.size(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t k = begin; k < end; ++k) pieces[k].Read(texts[k]);
+    });
 }
-#else
-unsigned Cores() {
-    return std::max(1u, std::thread::hardware_concurrency());
-}
-void ReadPieces(const std::vector<std::string_view>& texts, std::vector<Piece>& pieces) {
-    std::vector<std::jthread> readers;
-    for (std::size_t k = 1; k < texts.size(); ++k) readers.emplace_back([&, k] { pieces[k].Read(texts[k]); });
-    pieces[0].Read(texts[0]);
-}
-#endif
 
 }  // namespace
 

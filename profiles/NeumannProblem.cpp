@@ -4,11 +4,15 @@
 #include <cmath>
 #include <numbers>
 
+#include "core/ParallelFor.h"
+
 namespace tgp {
 
 namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
+// Rows of the system computed on one thread at least: fewer cost more in threads than they save.
+constexpr std::size_t kRowsAPart = 64;
 
 // The kernel dG/dn_y of the double layer.
 double DoubleLayer(const Point3& target, const Point3& y, const Point3& normal) {
@@ -30,12 +34,17 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
     const std::size_t n = b.size(), most = std::min<std::size_t>(n, 400);
     auto multiply = [&](const std::vector<double>& v) {
         std::vector<double> r(n, 0);
-        for (std::size_t i = 0; i < n; ++i) {
-            const double* row = &a[i * n];
-            double s = 0;
-            for (std::size_t j = 0; j < n; ++j) s += row[j] * v[j];
-            r[i] = s;
-        }
+        ParallelFor(
+            n,
+            [&](std::size_t begin, std::size_t end) {
+                for (std::size_t i = begin; i < end; ++i) {
+                    const double* row = &a[i * n];
+                    double s = 0;
+                    for (std::size_t j = 0; j < n; ++j) s += row[j] * v[j];
+                    r[i] = s;
+                }
+            },
+            kRowsAPart);
         return r;
     };
     double beta = 0;
@@ -94,40 +103,47 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
 }  // namespace
 
 NeumannProblem::NeumannProblem(const BoundaryPanels& boundary) : boundary_(boundary) {
-    const auto& nodes = boundary.Nodes();
-    const auto& panels = boundary.Panels();
-    const std::size_t n = nodes.size(), order = BoundaryPanels::GaussPoints().size();
+    const std::size_t n = boundary.Nodes().size();
     matrix_.assign(n * n, 0);
-    std::vector<double> basis;
     double length = 0;  // of the boundary: the constant's term is scaled to the others
-    for (const BoundaryNode& node : nodes) length += node.weight;
-    for (std::size_t i = 0; i < n; ++i) {
-        const BoundaryNode& target = nodes[i];
-        double* row = &matrix_[i * n];
-        for (std::size_t p = 0; p < panels.size(); ++p) {
-            const BoundaryPanel& panel = panels[p];
-            const std::size_t first = p * order;
-            if (!panel.Near(target.p)) {
-                for (std::size_t m = 0; m < order; ++m) {
-                    const BoundaryNode& source = nodes[first + m];
-                    row[first + m] += DoubleLayer(target.p, source.p, source.normal) * source.weight;
-                }
-            } else if (!SameSegment(panel, panels[target.panel])) {
-                IntegrateNear(panel, target.p,
-                              [&](const Point3& y, const Point3& normal, double u, double ds) {
-                                  PanelBasisAt(u, basis);
-                                  const double k = DoubleLayer(target.p, y, normal) * ds;
-                                  for (std::size_t m = 0; m < order; ++m) row[first + m] += k * basis[m];
-                              });
-            } else if (panel.turn != 0) {
-                // Along its own line the double layer vanishes; along its own circle it is constant.
-                const double value = -panel.turn / (2 * kTwoPi * panel.length / (panel.t1 - panel.t0));
-                for (std::size_t m = 0; m < order; ++m) row[first + m] += value * nodes[first + m].weight;
+    for (const BoundaryNode& node : boundary.Nodes()) length += node.weight;
+    ParallelFor(
+        n,
+        [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end; ++i) AssembleRow(i, length);
+        },
+        kRowsAPart);
+}
+
+void NeumannProblem::AssembleRow(std::size_t i, double length) {
+    const auto& nodes = boundary_.Nodes();
+    const auto& panels = boundary_.Panels();
+    const std::size_t n = nodes.size(), order = BoundaryPanels::kOrder;
+    std::vector<double> basis;
+    const BoundaryNode& target = nodes[i];
+    double* row = &matrix_[i * n];
+    for (std::size_t p = 0; p < panels.size(); ++p) {
+        const BoundaryPanel& panel = panels[p];
+        const std::size_t first = p * order;
+        if (!panel.Near(target.p)) {
+            for (std::size_t m = 0; m < order; ++m) {
+                const BoundaryNode& source = nodes[first + m];
+                row[first + m] += DoubleLayer(target.p, source.p, source.normal) * source.weight;
             }
+        } else if (!SameSegment(panel, panels[target.panel])) {
+            IntegrateNear(panel, target.p, [&](const Point3& y, const Point3& normal, double u, double ds) {
+                PanelBasisAt(u, basis);
+                const double k = DoubleLayer(target.p, y, normal) * ds;
+                for (std::size_t m = 0; m < order; ++m) row[first + m] += k * basis[m];
+            });
+        } else if (panel.turn != 0) {
+            // Along its own line the double layer vanishes; along its own circle it is constant.
+            const double value = -panel.turn / (2 * kTwoPi * panel.length / (panel.t1 - panel.t0));
+            for (std::size_t m = 0; m < order; ++m) row[first + m] += value * nodes[first + m].weight;
         }
-        row[i] += 0.5;
-        for (std::size_t j = 0; j < n; ++j) row[j] += nodes[j].weight / length;
     }
+    row[i] += 0.5;
+    for (std::size_t j = 0; j < n; ++j) row[j] += nodes[j].weight / length;
 }
 
 // The single layer of node i's own panel by product integration.
@@ -152,30 +168,35 @@ std::vector<std::vector<double>> NeumannProblem::RightSides(const std::vector<Fl
         for (std::size_t r = 0; r < count; ++r)
             q[j * count + r] = fluxes[r](nodes[j].p, nodes[j].normal) * nodes[j].weight;
     std::vector<std::vector<double>> f(count, std::vector<double>(n, 0));
-    std::vector<double> sum(count);
-    for (std::size_t i = 0; i < n; ++i) {
-        const Point3& target = nodes[i].p;
-        std::fill(sum.begin(), sum.end(), 0.0);
-        for (std::size_t p = 0; p < panels.size(); ++p) {
-            const std::size_t first = p * order;
-            if (p == nodes[i].panel) {
-                AddOwnPanel(i, sum, q, count);
-                continue;
-            }
-            if (!panels[p].Near(target)) {
-                for (std::size_t m = first; m < first + order; ++m) {
-                    const double g = SingleLayer(target, nodes[m].p);
-                    for (std::size_t r = 0; r < count; ++r) sum[r] += g * q[m * count + r];
+    ParallelFor(
+        n,
+        [&](std::size_t begin, std::size_t end) {
+            std::vector<double> sum(count);
+            for (std::size_t i = begin; i < end; ++i) {
+                const Point3& target = nodes[i].p;
+                std::fill(sum.begin(), sum.end(), 0.0);
+                for (std::size_t p = 0; p < panels.size(); ++p) {
+                    const std::size_t first = p * order;
+                    if (p == nodes[i].panel) {
+                        AddOwnPanel(i, sum, q, count);
+                    } else if (!panels[p].Near(target)) {
+                        for (std::size_t m = first; m < first + order; ++m) {
+                            const double g = SingleLayer(target, nodes[m].p);
+                            for (std::size_t r = 0; r < count; ++r) sum[r] += g * q[m * count + r];
+                        }
+                    } else {
+                        IntegrateNear(panels[p], target,
+                                      [&](const Point3& y, const Point3& normal, double, double ds) {
+                                          const double g = SingleLayer(target, y) * ds;
+                                          for (std::size_t r = 0; r < count; ++r)
+                                              sum[r] += g * fluxes[r](y, normal);
+                                      });
+                    }
                 }
-                continue;
+                for (std::size_t r = 0; r < count; ++r) f[r][i] = sum[r];
             }
-            IntegrateNear(panels[p], target, [&](const Point3& y, const Point3& normal, double, double ds) {
-                const double g = SingleLayer(target, y) * ds;
-                for (std::size_t r = 0; r < count; ++r) sum[r] += g * fluxes[r](y, normal);
-            });
-        }
-        for (std::size_t r = 0; r < count; ++r) f[r][i] = sum[r];
-    }
+        },
+        kRowsAPart);
     return f;
 }
 

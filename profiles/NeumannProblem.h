@@ -26,6 +26,7 @@ class NeumannProblem {
     std::vector<std::vector<double>> Solve(const std::vector<Flux>& fluxes) const;
 
   private:
+    void AssembleRow(std::size_t node, double boundaryLength);
     std::vector<std::vector<double>> RightSides(const std::vector<Flux>& fluxes) const;
     void AddOwnPanel(std::size_t node, std::vector<double>& sum, const std::vector<double>& q,
                      std::size_t count) const;

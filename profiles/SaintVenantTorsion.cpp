@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/Error.h"
+#include "core/ParallelFor.h"
 #include "profiles/BoundaryPanels.h"
 #include "profiles/InertiaBlock.h"
 #include "profiles/NeumannProblem.h"
@@ -76,50 +77,60 @@ SquareKernels SquareKernelsAt(const Point3& x, const Point3& nx, double w, const
 //   ∫ w² dA = ∮ (q U - w dU/dn) ds,   U(y) = ∫ G(x, y) w(x) dA_x = ∮ (w dG2/dn_x - G2 q) ds_x,
 // a double boundary integral whose kernels are at most logarithmic: a node's own panel by product
 // integration, near panels adaptively against the panel's interpolant of w.
-double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+// Node i's share of it: (q U - w dU/dn) ds there.
+double SquareIntegralShare(const BoundaryPanels& boundary, const std::vector<double>& warping,
+                           std::size_t i) {
     const auto& nodes = boundary.Nodes();
     const auto& panels = boundary.Panels();
     const std::size_t order = BoundaryPanels::kOrder;
     std::vector<double> basis;
-    double total = 0;
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const BoundaryNode& target = nodes[i];
-        double u = 0, dudn = 0;
-        auto add = [&](const Point3& x, const Point3& nx, double w, double ds) {
-            const double dx = x.x - target.p.x, dy = x.y - target.p.y, r2 = dx * dx + dy * dy;
-            if (r2 == 0) return;
-            const SquareKernels k = SquareKernelsAt(x, nx, w, target.p, target.normal);
-            const double lnr = std::log(r2) / 2;
-            u += (k.uA + k.uB * lnr) * ds;
-            dudn += (k.dA + k.dB * lnr) * ds;
-        };
-        for (std::size_t p = 0; p < panels.size(); ++p) {
-            const std::size_t first = p * order;
-            if (p == target.panel) {
-                const auto logarithm = boundary.OwnLogarithmWeights(i);
-                for (std::size_t m = 0; m < order; ++m) {
-                    const BoundaryNode& source = nodes[first + m];
-                    const SquareKernels k =
-                        SquareKernelsAt(source.p, source.normal, warping[first + m], target.p, target.normal);
-                    u += k.uA * source.weight + k.uB * logarithm[m];
-                    dudn += k.dA * source.weight + k.dB * logarithm[m];
-                }
-            } else if (!panels[p].Near(target.p)) {
-                for (std::size_t m = 0; m < order; ++m)
-                    add(nodes[first + m].p, nodes[first + m].normal, warping[first + m],
-                        nodes[first + m].weight);
-            } else {
-                IntegrateNear(panels[p], target.p,
-                              [&](const Point3& x, const Point3& nx, double t, double ds) {
-                                  PanelBasisAt(t, basis);
-                                  double w = 0;
-                                  for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
-                                  add(x, nx, w, ds);
-                              });
+    const BoundaryNode& target = nodes[i];
+    double u = 0, dudn = 0;
+    auto add = [&](const Point3& x, const Point3& nx, double w, double ds) {
+        const double dx = x.x - target.p.x, dy = x.y - target.p.y, r2 = dx * dx + dy * dy;
+        if (r2 == 0) return;
+        const SquareKernels k = SquareKernelsAt(x, nx, w, target.p, target.normal);
+        const double lnr = std::log(r2) / 2;
+        u += (k.uA + k.uB * lnr) * ds;
+        dudn += (k.dA + k.dB * lnr) * ds;
+    };
+    for (std::size_t p = 0; p < panels.size(); ++p) {
+        const std::size_t first = p * order;
+        if (p == target.panel) {
+            const auto logarithm = boundary.OwnLogarithmWeights(i);
+            for (std::size_t m = 0; m < order; ++m) {
+                const BoundaryNode& source = nodes[first + m];
+                const SquareKernels k =
+                    SquareKernelsAt(source.p, source.normal, warping[first + m], target.p, target.normal);
+                u += k.uA * source.weight + k.uB * logarithm[m];
+                dudn += k.dA * source.weight + k.dB * logarithm[m];
             }
+        } else if (!panels[p].Near(target.p)) {
+            for (std::size_t m = 0; m < order; ++m)
+                add(nodes[first + m].p, nodes[first + m].normal, warping[first + m], nodes[first + m].weight);
+        } else {
+            IntegrateNear(panels[p], target.p, [&](const Point3& x, const Point3& nx, double t, double ds) {
+                PanelBasisAt(t, basis);
+                double w = 0;
+                for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
+                add(x, nx, w, ds);
+            });
         }
-        total += (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
     }
+    return (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
+}
+
+double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+    const auto& nodes = boundary.Nodes();
+    std::vector<double> shares(nodes.size());  // added up in order below: the same sum on any cores
+    ParallelFor(
+        nodes.size(),
+        [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end; ++i) shares[i] = SquareIntegralShare(boundary, warping, i);
+        },
+        64);
+    double total = 0;
+    for (double share : shares) total += share;
     return total;
 }
 
