@@ -187,6 +187,29 @@ std::array<double, BoundaryPanels::kOrder> BoundaryPanels::OwnLogarithmWeights(s
     return weights;
 }
 
+std::vector<double> BoundaryPanels::Interpolated(const BoundaryPanels& coarser,
+                                                 const std::vector<double>& values) const {
+    const auto& x = GaussPoints();
+    const auto& wide = coarser.panels_;
+    std::vector<double> result(nodes_.size()), basis;
+    std::size_t c = 0;  // both run along the loops in the same order
+    for (std::size_t p = 0; p < panels_.size(); ++p) {
+        const BoundaryPanel& panel = panels_[p];
+        for (std::size_t m = 0; m < kOrder; ++m) {
+            const double t = panel.t0 + (panel.t1 - panel.t0) * (x[m] + 1) / 2;
+            while (c + 1 < wide.size() && !(wide[c].a == panel.a && wide[c].b == panel.b &&
+                                            wide[c].turn == panel.turn && t <= wide[c].t1))
+                ++c;
+            const BoundaryPanel& w = wide[c];
+            PanelBasisAt(2 * (t - w.t0) / (w.t1 - w.t0) - 1, basis);
+            double value = 0;
+            for (std::size_t k = 0; k < kOrder; ++k) value += basis[k] * values[c * kOrder + k];
+            result[p * kOrder + m] = value;
+        }
+    }
+    return result;
+}
+
 const std::vector<double>& LogarithmWeights() {
     static const std::vector<double> table = [] {
         const auto& x = BoundaryPanels::GaussPoints();

@@ -58,6 +58,9 @@ class BoundaryPanels {
     // |P(u_i) - P(u)| = |u_i - u| R(u), R smooth (|dP/du| where u = u_i, the same all along a line or
     // an arc), ln|u_i - u| takes LogarithmWeights and ln R the Gauss weights.
     std::array<double, kOrder> OwnLogarithmWeights(std::size_t node) const;
+    // Values at the nodes of a coarser boundary of the same loops (whose panels each hold some of
+    // these), interpolated onto these nodes by the coarser panels' interpolants.
+    std::vector<double> Interpolated(const BoundaryPanels& coarser, const std::vector<double>& values) const;
     // The Gauss-Legendre rule on [-1, 1] the panels use.
     static const std::vector<double>& GaussPoints();
     static const std::vector<double>& GaussWeights();

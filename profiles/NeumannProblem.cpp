@@ -29,8 +29,9 @@ bool SameSegment(const BoundaryPanel& p, const BoundaryPanel& q) {
     return p.a == q.a && p.b == q.b && p.turn == q.turn;
 }
 
-// GMRES without restarts on the dense system, from 0, to a residual of 1E-14 of the right side.
-std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double>& b) {
+// GMRES without restarts on the dense system, from x (0 when empty), to a residual of 1E-14 of the
+// right side.
+std::vector<double> Gmres(const double* a, const std::vector<double>& b, std::vector<double> x) {
     const std::size_t n = b.size(), most = std::min<std::size_t>(n, 400);
     auto multiply = [&](const std::vector<double>& v) {
         std::vector<double> r(n, 0);
@@ -47,12 +48,21 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
             kRowsAPart);
         return r;
     };
-    double beta = 0;
-    for (double v : b) beta += v * v;
-    beta = std::sqrt(beta);
-    std::vector<double> x(n, 0);
-    if (beta == 0) return x;
-    std::vector<std::vector<double>> basis{b};
+    auto norm = [](const std::vector<double>& v) {
+        double sum = 0;
+        for (double e : v) sum += e * e;
+        return std::sqrt(sum);
+    };
+    std::vector<double> residual = b;
+    if (x.empty()) {
+        x.assign(n, 0);
+    } else {
+        const std::vector<double> ax = multiply(x);
+        for (std::size_t j = 0; j < n; ++j) residual[j] -= ax[j];
+    }
+    const double goal = 1e-14 * norm(b), beta = norm(residual);
+    if (beta <= goal) return x;
+    std::vector<std::vector<double>> basis{residual};
     for (double& v : basis[0]) v /= beta;
     std::vector<std::vector<double>> h;  // columns of the Hessenberg matrix, rotated
     std::vector<double> cs, sn, g{beta};
@@ -66,9 +76,8 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
             column[i] = dot;
             for (std::size_t j = 0; j < n; ++j) w[j] -= dot * basis[i][j];
         }
-        double norm = 0;
-        for (double v : w) norm += v * v;
-        column[k + 1] = std::sqrt(norm);
+        const double rest = norm(w);  // what is left of A v_k beside the basis
+        column[k + 1] = rest;
         for (std::size_t i = 0; i < k; ++i) {
             const double t = cs[i] * column[i] + sn[i] * column[i + 1];
             column[i + 1] = -sn[i] * column[i] + cs[i] * column[i + 1];
@@ -82,11 +91,11 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
         g.push_back(-sn[k] * g[k]);
         g[k] *= cs[k];
         h.push_back(column);
-        if (std::fabs(g[k + 1]) <= 1e-14 * beta || norm == 0) {
+        if (std::fabs(g[k + 1]) <= goal || rest == 0) {
             ++k;
             break;
         }
-        for (double& v : w) v /= std::sqrt(norm);
+        for (double& v : w) v /= rest;
         basis.push_back(std::move(w));
     }
     std::vector<double> y(k, 0);
@@ -104,7 +113,8 @@ std::vector<double> Gmres(const std::vector<double>& a, const std::vector<double
 
 NeumannProblem::NeumannProblem(const BoundaryPanels& boundary) : boundary_(boundary) {
     const std::size_t n = boundary.Nodes().size();
-    matrix_.assign(n * n, 0);
+    // Left unset here: each row is cleared by the thread that assembles it.
+    matrix_ = std::make_unique_for_overwrite<double[]>(n * n);
     double length = 0;  // of the boundary: the constant's term is scaled to the others
     for (const BoundaryNode& node : boundary.Nodes()) length += node.weight;
     ParallelFor(
@@ -122,6 +132,7 @@ void NeumannProblem::AssembleRow(std::size_t i, double length) {
     std::vector<double> basis;
     const BoundaryNode& target = nodes[i];
     double* row = &matrix_[i * n];
+    std::fill(row, row + n, 0.0);
     for (std::size_t p = 0; p < panels.size(); ++p) {
         const BoundaryPanel& panel = panels[p];
         const std::size_t first = p * order;
@@ -200,9 +211,13 @@ std::vector<std::vector<double>> NeumannProblem::RightSides(const std::vector<Fl
     return f;
 }
 
-std::vector<std::vector<double>> NeumannProblem::Solve(const std::vector<Flux>& fluxes) const {
+std::vector<std::vector<double>> NeumannProblem::Solve(
+    const std::vector<Flux>& fluxes, const std::vector<std::vector<double>>& guesses) const {
     std::vector<std::vector<double>> solutions;
-    for (const std::vector<double>& f : RightSides(fluxes)) solutions.push_back(Gmres(matrix_, f));
+    const auto sides = RightSides(fluxes);
+    for (std::size_t r = 0; r < sides.size(); ++r)
+        solutions.push_back(
+            Gmres(matrix_.get(), sides[r], r < guesses.size() ? guesses[r] : std::vector<double>{}));
     return solutions;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "core/Point3.h"
@@ -22,8 +23,10 @@ class NeumannProblem {
     using Flux = std::function<double(const Point3& p, const Point3& normal)>;
 
     explicit NeumannProblem(const BoundaryPanels& boundary);
-    // u at the boundary's nodes for each flux, the system's matrix assembled once for all.
-    std::vector<std::vector<double>> Solve(const std::vector<Flux>& fluxes) const;
+    // u at the boundary's nodes for each flux, the system's matrix assembled once for all; a guess
+    // (u of a coarser boundary interpolated, say) starts the iteration closer.
+    std::vector<std::vector<double>> Solve(const std::vector<Flux>& fluxes,
+                                           const std::vector<std::vector<double>>& guesses = {}) const;
 
   private:
     void AssembleRow(std::size_t node, double boundaryLength);
@@ -32,7 +35,7 @@ class NeumannProblem {
                      std::size_t count) const;
 
     const BoundaryPanels& boundary_;
-    std::vector<double> matrix_;
+    std::unique_ptr<double[]> matrix_;  // n x n, by rows
 };
 
 }  // namespace tgp

@@ -27,9 +27,9 @@ double WarpingFlux(const Point3& y, const Point3& normal) {
     return y.y * normal.x - y.x * normal.y;
 }
 
-// The warping function at the nodes of one solid.
-std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary) {
-    return NeumannProblem(boundary).Solve({WarpingFlux})[0];
+// The warping function at the nodes of one solid, from a guess when there is one.
+std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary, std::vector<double> guess) {
+    return NeumannProblem(boundary).Solve({WarpingFlux}, {std::move(guess)})[0];
 }
 
 // The small system of the shear centre, by elimination with partial pivoting.
@@ -191,7 +191,7 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
     history_.push_back({previous.nodes, previous.j});
     for (int level = 1;; ++level) {
         if (NodesFor(extent_ / (2 << level), 6 + 2 * level) > kMostNodes) break;
-        Level next = Solve(extent_ / (2 << level), 6 + 2 * level);
+        Level next = Solve(extent_ / (2 << level), 6 + 2 * level, &previous);
         history_.push_back({next.nodes, next.j});
         estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
         previous = std::move(next);
@@ -213,11 +213,15 @@ std::size_t SaintVenantTorsion::NodesFor(double base, int depth) const {
     return nodes;
 }
 
-SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth) const {
+SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth, const Level* coarser) const {
     Level level;
     for (const auto& solid : solids_) {
+        const std::size_t k = level.boundaries.size();
         level.boundaries.emplace_back(solid, centroid_, base, depth);
-        level.warpings.push_back(WarpingAtNodes(level.boundaries.back()));
+        const BoundaryPanels& boundary = level.boundaries.back();
+        level.warpings.push_back(WarpingAtNodes(
+            boundary, coarser ? boundary.Interpolated(coarser->boundaries[k], coarser->warpings[k])
+                              : std::vector<double>{}));
         level.parts.push_back(Integrate(level.boundaries.back(), level.warpings.back()));
         level.nodes += level.boundaries.back().Nodes().size();
         level.j += level.parts.back().ixx + level.parts.back().iyy - level.parts.back().wq;

@@ -76,7 +76,8 @@ class SaintVenantTorsion {
   private:
     // One refinement's solution: J and the shear centre at once; Iw only for the last one kept.
     struct Level;
-    Level Solve(double base, int depth) const;
+    // A coarser level, when given, starts the iteration from its solution.
+    Level Solve(double base, int depth, const Level* coarser = nullptr) const;
     std::size_t NodesFor(double base, int depth) const;
     static double WarpingConstantOf(const Level& level);
     void FindLargestStress(const Level& level);
