@@ -9,14 +9,15 @@ namespace tgp {
 
 namespace {
 
-double Dot(const Point3& a, const Point3& b) {
+// In the section's plane: a boundary point's z (the drawing's elevation) is not read.
+double PlaneDot(const Point3& a, const Point3& b) {
     return a.x * b.x + a.y * b.y;
 }
 
 // One solid's share: its shear compliance (xx, xy, yy) and elastic shear centre (from the section's
 // centroid), and its area and second moments about the section's centroid.
 struct SolidShear {
-    double compliance[3];
+    double compliance[3], stiffness[3];  // xx, xy, yy; each the other's inverse
     Point3 centre;
     double area, ix, iy, ixy;
 };
@@ -41,11 +42,21 @@ struct Flexure {
     Point3 GradG(const Point3& p) const { return {ix * p.x * p.x / 2, -ixy * p.y * p.y / 2, 0}; }
     Point3 GradGPhi(const Point3& p) const { return {-ixy * p.x * p.x / 2, iy * p.y * p.y / 2, 0}; }
     // The particular solutions -2g and -2G take the sources away; the harmonic rest has these fluxes.
-    double PsiFlux(const Point3& p, const Point3& n) const { return Dot(D(p) * (nu / 2) + GradG(p) * 2, n); }
+    double PsiFlux(const Point3& p, const Point3& n) const {
+        return PlaneDot(D(p) * (nu / 2) + GradG(p) * 2, n);
+    }
     double PhiFlux(const Point3& p, const Point3& n) const {
-        return Dot(H(p) * (nu / 2) + GradGPhi(p) * 2, n);
+        return PlaneDot(H(p) * (nu / 2) + GradGPhi(p) * 2, n);
     }
 };
+
+// The inverse of a symmetric 2 x 2 matrix (xx, xy, yy).
+void Invert(const double m[3], double out[3]) {
+    const double det = m[0] * m[2] - m[1] * m[1];
+    out[0] = m[2] / det;
+    out[1] = -m[1] / det;
+    out[2] = m[0] / det;
+}
 
 SolidShear ShearOfSolid(const BoundaryPanels& boundary, const std::vector<double>& warping, double nu) {
     const auto& nodes = boundary.Nodes();
@@ -75,13 +86,14 @@ SolidShear ShearOfSolid(const BoundaryPanels& boundary, const std::vector<double
     double psiD = 0, phiH = 0, phiD = 0, omegaD = 0, omegaH = 0;                     // ∮ u d·n ds
     for (std::size_t j = 0; j < nodes.size(); ++j) {
         const Point3 p = nodes[j].p - o, n = nodes[j].normal;
-        const double ds = nodes[j].weight, rn = Dot(p, n) * ds, r2 = Dot(p, p);
+        const double ds = nodes[j].weight, rn = PlaneDot(p, n) * ds, r2 = PlaneDot(p, p);
         const Point3 d = k.D(p), h = k.H(p);
-        const double g = k.G(p), gPhi = k.GPhi(p), dg = Dot(k.GradG(p), n), dgPhi = Dot(k.GradGPhi(p), n);
-        const double f = k.F(p), fPhi = k.FPhi(p), dn = Dot(d, n) * ds, hn = Dot(h, n) * ds;
-        dd += Dot(d, d) * rn / 6;
-        hh += Dot(h, h) * rn / 6;
-        dh += Dot(d, h) * rn / 6;
+        const double g = k.G(p), gPhi = k.GPhi(p), dg = PlaneDot(k.GradG(p), n),
+                     dgPhi = PlaneDot(k.GradGPhi(p), n);
+        const double f = k.F(p), fPhi = k.FPhi(p), dn = PlaneDot(d, n) * ds, hn = PlaneDot(h, n) * ds;
+        dd += PlaneDot(d, d) * rn / 6;
+        hh += PlaneDot(h, h) * rn / 6;
+        dh += PlaneDot(d, h) * rn / 6;
         scx += (k.iy * p.x + k.ixy * p.y) * r2 * rn / 5;
         scy += (k.ix * p.y + k.ixy * p.x) * r2 * rn / 5;
         // Ψ = -2g + ψ, Φ = -2G + φ with ψ, φ harmonic; ω about the solid's centroid.
@@ -110,17 +122,15 @@ SolidShear ShearOfSolid(const BoundaryPanels& boundary, const std::vector<double
     const Point3 centre{(nu / 2 * scx - (nu / 2 * omegaH + 2 * omegaFPhi)) / delta,
                         (nu / 2 * scy + (nu / 2 * omegaD + 2 * omegaF)) / delta, 0};
     const double d2 = delta * delta;
-    return {
-        {kxx / d2, kxy / d2, kyy / d2}, centre + o, area, k.ix + area * o.y * o.y, k.iy + area * o.x * o.x,
-        k.ixy + area * o.x * o.y};
-}
-
-// The inverse of a symmetric 2 x 2 matrix (xx, xy, yy).
-void Invert(const double m[3], double out[3]) {
-    const double det = m[0] * m[2] - m[1] * m[1];
-    out[0] = m[2] / det;
-    out[1] = -m[1] / det;
-    out[2] = m[0] / det;
+    SolidShear shear{{kxx / d2, kxy / d2, kyy / d2},
+                     {},
+                     centre + o,
+                     area,
+                     k.ix + area * o.y * o.y,
+                     k.iy + area * o.x * o.x,
+                     k.ixy + area * o.x * o.y};
+    Invert(shear.compliance, shear.stiffness);
+    return shear;
 }
 
 }  // namespace
@@ -130,9 +140,7 @@ FlexuralShear::FlexuralShear(const SaintVenantTorsion& torsion, double poisson) 
     double stiffness[3] = {0, 0, 0}, ix = 0, iy = 0, ixy = 0;
     for (const auto& solid : torsion.Solids()) {
         solids.push_back(ShearOfSolid(solid.boundary, solid.warping, poisson));
-        double s[3];
-        Invert(solids.back().compliance, s);
-        for (int i = 0; i < 3; ++i) stiffness[i] += s[i];
+        for (int i = 0; i < 3; ++i) stiffness[i] += solids.back().stiffness[i];
         ix += solids.back().ix;
         iy += solids.back().iy;
         ixy += solids.back().ixy;
@@ -145,8 +153,7 @@ FlexuralShear::FlexuralShear(const SaintVenantTorsion& torsion, double poisson) 
                      cy = compliance_[1] * vx + compliance_[2] * vy;
         double m = 0;
         for (const SolidShear& solid : solids) {
-            double s[3];
-            Invert(solid.compliance, s);
+            const double* s = solid.stiffness;
             m += solid.centre.x * (s[1] * cx + s[2] * cy) - solid.centre.y * (s[0] * cx + s[1] * cy);
         }
         return m;
