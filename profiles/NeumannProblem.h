@@ -12,11 +12,15 @@ namespace tgp {
 // A harmonic function in one solid from its normal derivative q on the boundary, by a boundary
 // element method: the second-kind equation
 //   u(p)/2 + ∫ u dG/dn ds = ∫ G q ds,  G = -ln r / (2 pi),
-// solved by Nyström's method on the boundary's Gauss nodes. Panels near a node are integrated
-// adaptively (the double layer against the panel's interpolant of u, the single layer against q
-// itself); the rank-one term ∫ u ds / L fixes the constant the Neumann problem leaves free (u then
-// has mean 0 on the boundary); GMRES solves the dense system to 1E-14 of its right side.
-// The data must have ∮ q ds = 0 (no net flux), as every Neumann problem asks.
+// solved by Nyström's method on the boundary's Gauss nodes. On a node's own segment the double
+// layer is exact (0 along a line, constant along a circle) and the single layer's logarithm on its
+// own panel is taken by product integration; other panels near a node are integrated adaptively
+// (the double layer against the panel's interpolant of u, the single layer against q itself). The
+// rank-one term ∫ u ds / L fixes the constant the Neumann problem leaves free (u then has mean 0 on
+// the boundary); GMRES solves the dense system to 1E-14 of its right side, its rows and products on
+// every core. The data must have ∮ q ds = 0 (no net flux), as every Neumann problem asks.
+// Thin parts make the system nearly singular for functions that differ from one part to the next:
+// GMRES then takes more iterations (165 where the warping takes 23, for the shear of an I section).
 class NeumannProblem {
   public:
     // q at a boundary point from the point and its outward unit normal.
