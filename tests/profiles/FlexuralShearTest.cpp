@@ -15,13 +15,6 @@ namespace {
 using test::Outline;
 using test::SectionOf;
 
-// An L of legs a (along x) and b (along y), t thick, its corner at (x, y).
-Outline Angle(double a, double b, double t, double x = 0, double y = 0) {
-    Outline o;
-    for (auto [u, v] : {std::pair{0.0, 0.0}, {a, 0.0}, {a, t}, {t, t}, {t, b}, {0.0, b}}) o.Add(x + u, y + v);
-    return o;
-}
-
 // Shear areas as fractions of the area. The disc: A_s / A = 6 (1 + ν)² / (7 + 14ν + 8ν²) from its exact
 // flexure (Timoshenko and Goodier, Theory of Elasticity, 3rd ed., 1970, section 124: the stress
 // function is a cubic, whose shear energy integrates in closed form). The rectangle with ν = 0: the
@@ -55,7 +48,7 @@ TEST(FlexuralShear, ShearAreasAgreeWithTheExactFlexure) {
 // With ν = 0 the elastic shear centre is Trefftz's; with ν > 0 it moves a little. Turned, a section
 // keeps its principal shear areas and its shear centre's place on it.
 TEST(FlexuralShear, ShearCentreAndInvariants) {
-    const Outline angle = Angle(60, 40, 6);
+    const Outline angle = test::Angle(60, 40, 6);
     const SaintVenantTorsion torsion(*SectionOf({angle}));
     const FlexuralShear plain(torsion, 0), steel(torsion);
     EXPECT_NEAR(plain.ShearCentre().x, torsion.ShearCentre().x, 1e-6);

@@ -44,6 +44,13 @@ struct Outline {
     }
 };
 
+// An L of legs a (along x) and b (along y), t thick, its corner at the origin.
+inline Outline Angle(double a, double b, double t) {
+    Outline o;
+    for (auto [x, y] : {std::pair{0.0, 0.0}, {a, 0.0}, {a, t}, {t, t}, {t, b}, {0.0, b}}) o.Add(x, y);
+    return o;
+}
+
 inline std::shared_ptr<Loop7> LoopOf(const Outline& o) {
     auto loop = Loop7::Create();
     loop->InitFromCoordinates(o.xy, o.bulges);

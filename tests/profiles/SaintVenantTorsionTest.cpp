@@ -134,27 +134,111 @@ TEST(SaintVenantTorsion, PlatesAlongEachOtherTwistAsTheirUnion) {
     EXPECT_NEAR(corner.TorsionConstant() / (2 * RectangleJ(10, 10)), 1, 1e-6);
 }
 
-// A channel's shear centre lies outside its web, and approaches the thin-walled e = 3b²t_f / (6b t_f
-// + h t_w) from the web's centreline, its warping constant Iw = t_f b³ h² (3b t_f + 2h t_w) /
-// (12 (6b t_f + h t_w)) (Timoshenko and Gere, Theory of Elastic Stability, 2nd ed., 1961, sections
-// 5.2 and 5.3) as the walls get thinner; J approaches the thin strips' Σ b t³ / 3.
-TEST(SaintVenantTorsion, AChannelApproachesTheThinWalledLimits) {
-    const double h = 200, b = 75, e = 3 * b * b / (6 * b + h);
-    double previous[3] = {HUGE_VAL, HUGE_VAL, HUGE_VAL};
-    for (double t : {8.0, 4.0}) {
-        const SaintVenantTorsion torsion(*SectionOf({Channel(h, b, t)}), 1e-4);
-        const double iw = t * b * b * b * h * h * (3 * b * t + 2 * h * t) / (12 * (6 * b * t + h * t));
-        const double gaps[3] = {std::fabs((t / 2 - torsion.ShearCentre().x) / e - 1),
-                                std::fabs(torsion.TorsionConstant() / ((2 * b + h) * t * t * t / 3) - 1),
-                                std::fabs(torsion.WarpingConstant() / iw - 1)};
-        for (int k = 0; k < 3; ++k) {
-            EXPECT_LT(gaps[k], previous[k]) << "t " << t << ", value " << k;
-            previous[k] = gaps[k];
+// A tube of mean radius r and wall t centred at the origin, slit along +x (a gap t wide).
+Outline SlitTube(double r, double t) {
+    const double outer = r + t / 2, inner = r - t / 2, half = t / 2 / r;
+    const double bulge = std::tan((2 * std::numbers::pi - 2 * half) / 4);
+    Outline o;
+    o.Add(outer * std::cos(half), outer * std::sin(half), bulge);
+    o.Add(outer * std::cos(half), -outer * std::sin(half));
+    o.Add(inner * std::cos(half), -inner * std::sin(half), -bulge);
+    o.Add(inner * std::cos(half), inner * std::sin(half));
+    return o;
+}
+
+// A doubly symmetric I of flanges b wide, flange centrelines h apart, all walls t thick.
+Outline ISection(double h, double b, double t) {
+    Outline o;
+    const double y = h / 2 + t / 2, w = t / 2, f = h / 2 - t / 2;
+    for (auto [px, py] : {std::pair{-b / 2, -y},
+                          {b / 2, -y},
+                          {b / 2, -f},
+                          {w, -f},
+                          {w, f},
+                          {b / 2, f},
+                          {b / 2, y},
+                          {-b / 2, y},
+                          {-b / 2, f},
+                          {-w, f},
+                          {-w, -f},
+                          {-b / 2, -f}})
+        o.Add(px, py);
+    return o;
+}
+
+// Thin-walled theory's limits, approached as the walls get thinner (Timoshenko and Gere, Theory of
+// Elastic Stability, 2nd ed., 1961, sections 5.2-5.3; Timoshenko and Goodier, section 110): a
+// channel's shear centre e = 3b²t_f / (6b t_f + h t_w) from its web's centreline, its J the strips'
+// Σ b t³ / 3 and its Iw = t_f b³ h² (3b t_f + 2h t_w) / (12 (6b t_f + h t_w)); an angle's shear
+// centre where its legs' centrelines meet; a slit tube's J = 2π r t³ / 3 and its shear centre 2r from
+// its centre on the side away from the slit; a doubly symmetric I's Iw = I_z h² / 4 = t b³ h² / 24.
+// Each row: the relative gap at t = 8 and 4 shrinks, and ends below its bound.
+TEST(SaintVenantTorsion, ThinWalledLimitsAreApproached) {
+    using Gap = double (*)(const SaintVenantTorsion& torsion, double t);
+    struct Limit {
+        const char* what;
+        Gap gap;
+        double bound;
+    };
+    struct Shape {
+        Outline (*outline)(double t);
+        std::vector<Limit> limits;
+    };
+    const Shape shapes[] = {
+        {[](double t) { return Channel(200, 75, t); },
+         {{"channel e",
+           [](const SaintVenantTorsion& s, double t) {
+               return std::fabs((t / 2 - s.ShearCentre().x) / (3 * 75.0 * 75 / (6 * 75 + 200)) - 1);
+           },
+           0.01},
+          {"channel J",
+           [](const SaintVenantTorsion& s, double t) {
+               return std::fabs(s.TorsionConstant() / ((2 * 75 + 200) * t * t * t / 3) - 1);
+           },
+           0.01},
+          {"channel Iw",
+           [](const SaintVenantTorsion& s, double t) {
+               const double iw = t * 75.0 * 75 * 75 * 200 * 200 * (3 * 75 + 2 * 200) / (12 * (6 * 75 + 200));
+               return std::fabs(s.WarpingConstant() / iw - 1);
+           },
+           0.005}}},
+        {[](double t) { return test::Angle(100, 60, t); },
+         {{"angle's shear centre",
+           [](const SaintVenantTorsion& s, double t) {
+               return std::hypot(s.ShearCentre().x - t / 2, s.ShearCentre().y - t / 2) / 60;
+           },
+           0.01}}},
+        {[](double t) { return SlitTube(50, t); },
+         {{"slit tube J",
+           [](const SaintVenantTorsion& s, double t) {
+               return std::fabs(s.TorsionConstant() / (2 * std::numbers::pi * 50 * t * t * t / 3) - 1);
+           },
+           0.03},
+          {"slit tube's shear centre",
+           [](const SaintVenantTorsion& s, double) {
+               return std::hypot(s.ShearCentre().x + 100, s.ShearCentre().y) / 100;
+           },
+           0.005}}},
+        {[](double t) { return ISection(200, 75, t); },
+         {{"I's Iw",
+           [](const SaintVenantTorsion& s, double t) {
+               return std::fabs(s.WarpingConstant() / (t * 75.0 * 75 * 75 * 200 * 200 / 24) - 1);
+           },
+           0.001}}},
+    };
+    for (const Shape& shape : shapes) {
+        std::vector<double> previous(shape.limits.size(), HUGE_VAL);
+        for (double t : {8.0, 4.0}) {
+            const SaintVenantTorsion torsion(*SectionOf({shape.outline(t)}), 1e-4);
+            for (std::size_t k = 0; k < shape.limits.size(); ++k) {
+                const double gap = shape.limits[k].gap(torsion, t);
+                EXPECT_LT(gap, previous[k]) << shape.limits[k].what << ", t " << t;
+                previous[k] = gap;
+            }
         }
+        for (std::size_t k = 0; k < shape.limits.size(); ++k)
+            EXPECT_LT(previous[k], shape.limits[k].bound) << shape.limits[k].what;
     }
-    EXPECT_LT(previous[0], 0.01) << "shear centre";
-    EXPECT_LT(previous[1], 0.02) << "J";
-    EXPECT_LT(previous[2], 0.005) << "Iw";
 }
 
 // A T of flange b x t on top of a stem of centreline height h, t thick, its flange's middle at y = 0.
