@@ -29,7 +29,7 @@ bool SameSegment(const BoundaryPanel& p, const BoundaryPanel& q) {
     return p.a == q.a && p.b == q.b && p.turn == q.turn;
 }
 
-// GMRES without restarts on the dense system, from x (0 when empty), to a residual of 1E-14 of the
+// GMRES without restarts on the dense system, from x (0 when empty), to a residual of 1E-12 of the
 // right side.
 std::vector<double> Gmres(const double* a, const std::vector<double>& b, std::vector<double> x) {
     const std::size_t n = b.size(), most = std::min<std::size_t>(n, 400);
@@ -60,7 +60,7 @@ std::vector<double> Gmres(const double* a, const std::vector<double>& b, std::ve
         const std::vector<double> ax = multiply(x);
         for (std::size_t j = 0; j < n; ++j) residual[j] -= ax[j];
     }
-    const double goal = 1e-14 * norm(b), beta = norm(residual);
+    const double goal = 1e-12 * norm(b), beta = norm(residual);
     if (beta <= goal) return x;
     std::vector<std::vector<double>> basis{residual};
     for (double& v : basis[0]) v /= beta;
