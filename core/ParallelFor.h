@@ -5,8 +5,8 @@
 
 namespace tgp {
 
-// The cores the runtime offers threads on: 1 where it has no standard threads (mingw-w64's win32
-// model, which the Windows server's runtime is built with).
+// The cores the program may run threads on (standard threads, or Windows threads where mingw-w64's
+// win32 model has no standard ones).
 unsigned Cores();
 
 // work(begin, end) on consecutive parts of [0, n), at once on the cores, each part at least
