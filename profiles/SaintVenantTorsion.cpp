@@ -183,8 +183,9 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
         for (const auto& loop : solid)
             for (const LoopDLine& s : loop) box.Include(s.BoundingBox());
     extent_ = std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
-    // Each refinement halves the panels and grades two levels deeper into the corners.
-    if (NodesFor(extent_ / 2, 6) > kMostNodes)
+    // Each refinement halves the panels and grades two levels deeper into the corners. The first
+    // refinement must fit too: without it there is no estimate.
+    if (NodesFor(extent_ / 4, 8) > kMostNodes)
         ThrowLibraryError("SaintVenantTorsion: the boundary needs more than " + std::to_string(kMostNodes) +
                           " nodes, more than this solver holds");
     Level previous = Solve(extent_ / 2, 6);

@@ -18,8 +18,9 @@ namespace tgp {
 //   J = Ix + Iy - ∮ w dw/dn ds,   ∫ w f dA = ∮ (w dg/dn - g dw/dn) ds  with  ∇²g = f.
 // The boundary is refined (shorter panels, deeper grading) until J changes by less than the
 // requested relative accuracy from one refinement to the next; that change is the error estimate.
-// The system is dense: a boundary that needs more than 8,000 nodes raises the library's error, and
-// refinement stops before it would pass that (the estimate then says how far it got).
+// The system is dense: a boundary whose first refinement needs more than 8,000 nodes raises the
+// library's error (a solution without a refinement has no estimate), and refinement stops before it
+// would pass that (the estimate then says how far it got).
 //
 // Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
 // own; plates welded along an edge are one, their union: see TorsionSolids) warps on its own; the J
