@@ -17,13 +17,6 @@ struct TorsionState {
     std::unique_ptr<FlexuralShear> shear;
 };
 
-template <class Q>
-std::shared_ptr<Q> InMillimetres(double value) {
-    auto quantity = std::make_shared<Q>();
-    quantity->Millimetres(value);
-    return quantity;
-}
-
 class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::TorsionBlock, TorsionState> {
   public:
     using DispatchObject::DispatchObject;
@@ -47,7 +40,7 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
     }
     HRESULT STDMETHODCALLTYPE get_TorsionConstant(::_DMomentOfInertia** result) override {
         return Run([&] {
-            Check(Wrap(InMillimetres<tgp::DMomentOfInertia>(Solution().TorsionConstant()), &Out(result)));
+            Check(Wrap(FromMillimetres<tgp::DMomentOfInertia>(Solution().TorsionConstant()), &Out(result)));
         });
     }
     HRESULT STDMETHODCALLTYPE get_WarpingConstant(double* result) override {
@@ -55,15 +48,15 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
     }
     HRESULT STDMETHODCALLTYPE get_ShearCentreX(::_DLength** result) override {
         return Run(
-            [&] { Check(Wrap(InMillimetres<tgp::DLength>(Solution().ShearCentre().x), &Out(result))); });
+            [&] { Check(Wrap(FromMillimetres<tgp::DLength>(Solution().ShearCentre().x), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ShearCentreY(::_DLength** result) override {
         return Run(
-            [&] { Check(Wrap(InMillimetres<tgp::DLength>(Solution().ShearCentre().y), &Out(result))); });
+            [&] { Check(Wrap(FromMillimetres<tgp::DLength>(Solution().ShearCentre().y), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_TorsionalModulus(::_DVolume** result) override {
         return Run(
-            [&] { Check(Wrap(InMillimetres<tgp::DVolume>(Solution().TorsionalModulus()), &Out(result))); });
+            [&] { Check(Wrap(FromMillimetres<tgp::DVolume>(Solution().TorsionalModulus()), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_MaximumShearStress(double* result) override {
         return Run([&] { Out(result) = Solution().MaximumShearStress(); });
@@ -79,34 +72,38 @@ class TorsionBlockAdapter final : public DispatchObject<::_TorsionBlock, ::Torsi
     }
     HRESULT STDMETHODCALLTYPE get_Monosymmetry1(::_DLength** result) override {
         return Run([&] {
-            Check(Wrap(InMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().major), &Out(result)));
+            Check(
+                Wrap(FromMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().major), &Out(result)));
         });
     }
     HRESULT STDMETHODCALLTYPE get_Monosymmetry2(::_DLength** result) override {
         return Run([&] {
-            Check(Wrap(InMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().minor), &Out(result)));
+            Check(
+                Wrap(FromMillimetres<tgp::DLength>(Solution().MonosymmetryConstants().minor), &Out(result)));
         });
     }
     HRESULT STDMETHODCALLTYPE get_Poisson(double* result) override {
         return Run([&] { Out(result) = Shear().Poisson(); });
     }
     HRESULT STDMETHODCALLTYPE get_ElasticShearCentreX(::_DLength** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DLength>(Shear().ShearCentre().x), &Out(result))); });
+        return Run(
+            [&] { Check(Wrap(FromMillimetres<tgp::DLength>(Shear().ShearCentre().x), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ElasticShearCentreY(::_DLength** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DLength>(Shear().ShearCentre().y), &Out(result))); });
+        return Run(
+            [&] { Check(Wrap(FromMillimetres<tgp::DLength>(Shear().ShearCentre().y), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ShearAreaX(::_DArea** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearAreaX()), &Out(result))); });
+        return Run([&] { Check(Wrap(FromMillimetres<tgp::DArea>(Shear().ShearAreaX()), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ShearAreaY(::_DArea** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearAreaY()), &Out(result))); });
+        return Run([&] { Check(Wrap(FromMillimetres<tgp::DArea>(Shear().ShearAreaY()), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ShearArea1(::_DArea** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearArea1()), &Out(result))); });
+        return Run([&] { Check(Wrap(FromMillimetres<tgp::DArea>(Shear().ShearArea1()), &Out(result))); });
     }
     HRESULT STDMETHODCALLTYPE get_ShearArea2(::_DArea** result) override {
-        return Run([&] { Check(Wrap(InMillimetres<tgp::DArea>(Shear().ShearArea2()), &Out(result))); });
+        return Run([&] { Check(Wrap(FromMillimetres<tgp::DArea>(Shear().ShearArea2()), &Out(result))); });
     }
 
   private:

@@ -29,9 +29,7 @@ double In(const std::shared_ptr<Q>& quantity, const Units& units) {
 // A value in millimetres (to the quantity's power) in the report's unit of the quantity.
 template <class Q>
 double ValueIn(double millimetres, const Units& units) {
-    auto quantity = std::make_shared<Q>();
-    quantity->Millimetres(millimetres);
-    return In(quantity, units);
+    return In(FromMillimetres<Q>(millimetres), units);
 }
 
 double LengthIn(double millimetres, const Units& units) {
@@ -191,14 +189,12 @@ TorsionValues TorsionOf(const std::vector<std::shared_ptr<Loop7>>& loops, const 
     for (const auto& loop : loops) section->Add(loop);
     const SaintVenantTorsion torsion(*section);
     const FlexuralShear shear(torsion, poisson);
-    auto moment = std::make_shared<DMomentOfInertia>();
-    moment->Millimetres(torsion.TorsionConstant());
     const double perMillimetre = LengthIn(1, units), size = std::sqrt(section->Area());
     const Point3 stress = torsion.MaximumShearStressAt();
     const Point3 centre = Tidied(torsion.ShearCentre(), size), elastic = Tidied(shear.ShearCentre(), size);
     const SaintVenantTorsion::Monosymmetry beta = torsion.MonosymmetryConstants();
     const Point3 betas = Tidied({beta.major, beta.minor, 0}, size);  // as a pair
-    return {In(moment, units),
+    return {ValueIn<DMomentOfInertia>(torsion.TorsionConstant(), units),
             torsion.WarpingConstant() * std::pow(perMillimetre, 6),
             LengthIn(centre.x, units),
             LengthIn(centre.y, units),

@@ -27,13 +27,6 @@ PrincipalMoments SettledMajorAndMinor(double Ix, double Iy, double Ixy) {
 
 namespace {
 
-template <class Q>
-std::shared_ptr<Q> InMillimetres(double value) {
-    auto q = std::make_shared<Q>();
-    q->Millimetres(value);
-    return q;
-}
-
 // The first three elements of a point array, 0 for each one missing.
 Point3 Padded3(const Point& p) {
     return {p.size() > 0 ? p[0] : 0, p.size() > 1 ? p[1] : 0, p.size() > 2 ? p[2] : 0};
@@ -121,11 +114,11 @@ void InertiaBlock::Centroid(const Point& newCentroid) {
 }
 
 std::shared_ptr<DArea> InertiaBlock::Area() const {
-    return InMillimetres<DArea>(area_);
+    return FromMillimetres<DArea>(area_);
 }
 
 std::shared_ptr<DLength> InertiaBlock::Perimeter() const {
-    return InMillimetres<DLength>(perimeter_);
+    return FromMillimetres<DLength>(perimeter_);
 }
 
 InertiaBlock::TargetFrame InertiaBlock::FrameOf(const UCS& target) {
@@ -138,30 +131,30 @@ InertiaBlock::TargetFrame InertiaBlock::FrameOf(const UCS& target) {
 
 // The grouping below is part of the results: products left to right, the rotated part formed first.
 std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaX(const std::shared_ptr<UCS>& targetUCS) {
-    if (!targetUCS) return InMillimetres<DMomentOfInertia>(ix_);
+    if (!targetUCS) return FromMillimetres<DMomentOfInertia>(ix_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (f.c * f.c) * ix_ + (f.s * f.s) * iy_ - f.S * ixy_;
-    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dy * area_ * f.dy + rotated));
+    return FromMillimetres<DMomentOfInertia>(CheckFinite(f.dy * area_ * f.dy + rotated));
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::MomentOfInertiaY(const std::shared_ptr<UCS>& targetUCS) {
-    if (!targetUCS) return InMillimetres<DMomentOfInertia>(iy_);
+    if (!targetUCS) return FromMillimetres<DMomentOfInertia>(iy_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (f.c * f.c) * iy_ + (f.s * f.s) * ix_ + f.S * ixy_;
-    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dx + rotated));
+    return FromMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dx + rotated));
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::ProductOfInertiaXY(const std::shared_ptr<UCS>& targetUCS) {
-    if (!targetUCS) return InMillimetres<DMomentOfInertia>(ixy_);
+    if (!targetUCS) return FromMillimetres<DMomentOfInertia>(ixy_);
     const TargetFrame f = FrameOf(*targetUCS);
     const double rotated = (-f.S * iy_) / 2 + (f.S * ix_) / 2 + f.C * ixy_;
-    return InMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dy + rotated));
+    return FromMillimetres<DMomentOfInertia>(CheckFinite(f.dx * area_ * f.dy + rotated));
 }
 
 std::shared_ptr<DLength> InertiaBlock::RadiusOf(double moment) const {
-    if (area_ == 0) return InMillimetres<DLength>(0);
+    if (area_ == 0) return FromMillimetres<DLength>(0);
     const double r = std::sqrt(std::fabs(CheckFinite(moment / area_)));
-    return InMillimetres<DLength>(area_ < 0 ? -r : r);
+    return FromMillimetres<DLength>(area_ < 0 ? -r : r);
 }
 
 std::shared_ptr<DLength> InertiaBlock::RadiusOfGyrationX(const std::shared_ptr<UCS>& targetUCS) {
@@ -203,11 +196,11 @@ void InertiaBlock::GetPrincipalIP(std::shared_ptr<DMomentOfInertia>& Ix0,
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::PMomentOfInertiaX() {
-    return InMillimetres<DMomentOfInertia>(PrincipalValues().Ix0);
+    return FromMillimetres<DMomentOfInertia>(PrincipalValues().Ix0);
 }
 
 std::shared_ptr<DMomentOfInertia> InertiaBlock::PMomentOfInertiaY() {
-    return InMillimetres<DMomentOfInertia>(PrincipalValues().Iy0);
+    return FromMillimetres<DMomentOfInertia>(PrincipalValues().Iy0);
 }
 
 std::shared_ptr<DAngle> InertiaBlock::PrincipalAngle() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "units/QuantityOf.h"
 
 namespace tgp {
@@ -22,5 +24,14 @@ class LengthUnitsOf : public QuantityOf<Derived, Kind> {
     double Feet() const { return this->Get(ft_UnitID); }
     void Feet(double value) { this->Set(ft_UnitID, value); }
 };
+
+// A new quantity of a kind with length units (length, area, section modulus, second moment) from its
+// value in millimetres to the kind's power.
+template <class Q>
+std::shared_ptr<Q> FromMillimetres(double value) {
+    auto quantity = std::make_shared<Q>();
+    quantity->Millimetres(value);
+    return quantity;
+}
 
 }  // namespace tgp
