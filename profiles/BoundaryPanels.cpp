@@ -42,6 +42,10 @@ double BoundaryPanel::Length() const {
     return std::hypot(d.x, d.y) * (t1 - t0);  // |P'| is constant along a line or an arc
 }
 
+bool BoundaryPanel::OnSegmentOf(const BoundaryPanel& other) const {
+    return a == other.a && b == other.b && turn == other.turn;
+}
+
 bool BoundaryPanel::Near(const Point3& target) const {
     const double dx = middle.x - target.x, dy = middle.y - target.y;
     return dx * dx + dy * dy < 2.25 * length * length;
@@ -197,9 +201,7 @@ std::vector<double> BoundaryPanels::Interpolated(const BoundaryPanels& coarser,
         const BoundaryPanel& panel = panels_[p];
         for (std::size_t m = 0; m < kOrder; ++m) {
             const double t = panel.t0 + (panel.t1 - panel.t0) * (x[m] + 1) / 2;
-            while (c + 1 < wide.size() && !(wide[c].a == panel.a && wide[c].b == panel.b &&
-                                            wide[c].turn == panel.turn && t <= wide[c].t1))
-                ++c;
+            while (c + 1 < wide.size() && !(wide[c].OnSegmentOf(panel) && t <= wide[c].t1)) ++c;
             const BoundaryPanel& w = wide[c];
             PanelBasisAt(2 * (t - w.t0) / (w.t1 - w.t0) - 1, basis);
             double value = 0;

@@ -25,6 +25,8 @@ struct BoundaryPanel {
     // dP/dt of the segment's parameter (not the panel's).
     Point3 Derivative(double t) const;
     double Length() const;
+    // Whether both are pieces of the same segment.
+    bool OnSegmentOf(const BoundaryPanel& other) const;
     // Closer than 1.5 times the panel's length: integrated adaptively, not by the panel's nodes (at
     // that distance 12 Gauss nodes integrate the kernels to about 1E-18, the Bernstein ellipse of
     // the target having ρ = 3 + √8).

@@ -25,10 +25,6 @@ double SingleLayer(const Point3& target, const Point3& y) {
     return -std::log(dx * dx + dy * dy) / (2 * kTwoPi);
 }
 
-bool SameSegment(const BoundaryPanel& p, const BoundaryPanel& q) {
-    return p.a == q.a && p.b == q.b && p.turn == q.turn;
-}
-
 // GMRES without restarts on the dense system, from x (0 when empty), to a residual of 1E-12 of the
 // right side.
 std::vector<double> Gmres(const double* a, const std::vector<double>& b, std::vector<double> x) {
@@ -141,7 +137,7 @@ void NeumannProblem::AssembleRow(std::size_t i, double length) {
                 const BoundaryNode& source = nodes[first + m];
                 row[first + m] += DoubleLayer(target.p, source.p, source.normal) * source.weight;
             }
-        } else if (!SameSegment(panel, panels[target.panel])) {
+        } else if (!panel.OnSegmentOf(panels[target.panel])) {
             IntegrateNear(panel, target.p, [&](const Point3& y, const Point3& normal, double u, double ds) {
                 PanelBasisAt(u, basis);
                 const double k = DoubleLayer(target.p, y, normal) * ds;
