@@ -88,6 +88,11 @@ void PanelBasisAt(double u, std::vector<double>& basis);
 // &weights[i * kOrder].
 const std::vector<double>& LogarithmWeights();
 
+// Indefinite integration on a panel's own nodes: W[m][k] = ∫ L_k(u) du over [-1, x_m], so that
+// ∫ f du from -1 to node m is Σ_k W[m][k] f(x_k), exactly for f of degree 11. Row m is
+// &weights[m * kOrder].
+const std::vector<double>& IndefiniteWeights();
+
 // ∫ f(y, normal, u, ds) over the part [ua, ub] of a panel's [-1, 1], cut in halves while a piece is
 // closer to the target than 1.5 times its length (down to pieces of 2^-40 of the panel): what the nodes
 // cannot integrate near a target.

@@ -1,7 +1,9 @@
 #include "profiles/SaintVenantTorsion.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <complex>
 #include <numbers>
 #include <string>
 
@@ -18,9 +20,10 @@ namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
 constexpr int kMostRefinements = 6;
-// The dense system holds n² numbers: 8,000 nodes are half a gigabyte. A refinement that would need
-// more stops the refinement (the estimate says how far it got); a first one that would raises.
-constexpr std::size_t kMostNodes = 8000;
+// About 2 kB a node (the sparse near rows, the expansions): 500,000 nodes are a gigabyte. A
+// refinement that would need more stops the refinement (the estimate says how far it got); a first
+// one that would raises.
+constexpr std::size_t kMostNodes = 500000;
 
 // dw/dn of the warping function about the origin.
 double WarpingFlux(const Point3& y, const Point3& normal) {
@@ -120,7 +123,55 @@ double SquareIntegralShare(const BoundaryPanels& boundary, const std::vector<dou
     return (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
 }
 
-double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+// ∫ w² dA of a harmonic w in a solid bounded by one loop, in one pass along it. w = Re f with f
+// analytic; its conjugate ψ = Im f has dψ/ds = dw/dn (Cauchy-Riemann), and by Green's theorem in
+// complex form (∫ ∂g/∂z̄ dA = ∮ g dz / 2i):
+//   ∫ w² dA = (∫ |f|² dA + Re ∫ f² dA) / 2,  ∫ f² dA = ∮ z̄ f² dz / 2i,  ∫ |f|² dA = ∮ f conj(F) dz / 2i,
+// F' = f, single-valued where there is no hole. ψ and F follow along the loop by integrating each
+// panel's interpolant of their derivatives.
+double SquareIntegralOfOneLoop(const BoundaryPanels& boundary, const std::vector<double>& warping) {
+    using Complex = std::complex<double>;
+    constexpr std::size_t order = BoundaryPanels::kOrder;
+    const auto& nodes = boundary.Nodes();
+    const auto& gauss = BoundaryPanels::GaussWeights();
+    const double* indefinite = IndefiniteWeights().data();
+    double psiAtStart = 0;  // of the panel
+    Complex antiderivativeAtStart = 0, squares = 0, products = 0;
+    std::array<double, order> dpsi{};  // dψ/du
+    std::array<Complex, order> f{}, dzdu{}, dfdu{};
+    for (std::size_t first = 0; first < nodes.size(); first += order) {
+        for (std::size_t m = 0; m < order; ++m) {
+            const BoundaryNode& node = nodes[first + m];
+            const double dsdu = node.weight / gauss[m];
+            dpsi[m] = WarpingFlux(node.p, node.normal) * dsdu;
+            dzdu[m] = Complex(-node.normal.y, node.normal.x) * dsdu;  // the tangent i n
+        }
+        for (std::size_t m = 0; m < order; ++m) {
+            double psi = psiAtStart;
+            for (std::size_t k = 0; k < order; ++k) psi += indefinite[m * order + k] * dpsi[k];
+            f[m] = {warping[first + m], psi};
+            dfdu[m] = f[m] * dzdu[m];
+        }
+        for (std::size_t m = 0; m < order; ++m) {
+            Complex antiderivative = antiderivativeAtStart;
+            for (std::size_t k = 0; k < order; ++k) antiderivative += indefinite[m * order + k] * dfdu[k];
+            const Complex z(nodes[first + m].p.x, nodes[first + m].p.y), dz = dzdu[m] * gauss[m];
+            squares += std::conj(z) * f[m] * f[m] * dz;
+            products += f[m] * std::conj(antiderivative) * dz;
+        }
+        for (std::size_t k = 0; k < order; ++k) {
+            psiAtStart += gauss[k] * dpsi[k];
+            antiderivativeAtStart += gauss[k] * dfdu[k];
+        }
+    }
+    const Complex twoI(0, 2);
+    return ((products / twoI).real() + (squares / twoI).real()) / 2;
+}
+
+// Of a solid with holes, where F has periods, the double boundary integral above (in time the
+// square of the nodes).
+double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping, std::size_t loops) {
+    if (loops == 1) return SquareIntegralOfOneLoop(boundary, warping);
     const auto& nodes = boundary.Nodes();
     std::vector<double> shares(nodes.size());  // added up in order below: the same sum on any cores
     ParallelFor(
@@ -183,16 +234,28 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
         for (const auto& loop : solid)
             for (const LoopDLine& s : loop) box.Include(s.BoundingBox());
     extent_ = std::hypot(box.xmax - box.xmin, box.ymax - box.ymin);
-    // Each refinement halves the panels and grades two levels deeper into the corners. The first
-    // refinement must fit too: without it there is no estimate.
-    if (NodesFor(extent_ / 4, 8) > kMostNodes)
+    // Each refinement halves the panels (the longest segment's at least, so that a boundary of
+    // segments shorter than the panels is refined too) and grades two levels deeper into the
+    // corners. The first refinement must fit too: without it there is no estimate.
+    double longest = 0;
+    for (const auto& solid : solids_)
+        for (const auto& loop : solid)
+            for (const LoopDLine& s : loop) longest = std::max(longest, s.Length());
+    double base = extent_ / 2;
+    int depth = 6;
+    auto refine = [&] {
+        base = std::min(base / 2, longest / 2);
+        depth += 2;
+    };
+    if (NodesFor(std::min(base / 2, longest / 2), depth + 2) > kMostNodes)
         ThrowLibraryError("SaintVenantTorsion: the boundary needs more than " + std::to_string(kMostNodes) +
                           " nodes, more than this solver holds");
-    Level previous = Solve(extent_ / 2, 6);
+    Level previous = Solve(base, depth);
     history_.push_back({previous.nodes, previous.j});
     for (int level = 1;; ++level) {
-        if (NodesFor(extent_ / (2 << level), 6 + 2 * level) > kMostNodes) break;
-        Level next = Solve(extent_ / (2 << level), 6 + 2 * level, &previous);
+        refine();
+        if (NodesFor(base, depth) > kMostNodes) break;
+        Level next = Solve(base, depth, &previous);
         history_.push_back({next.nodes, next.j});
         estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
         previous = std::move(next);
@@ -250,15 +313,15 @@ SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth, cons
 }
 
 // Iw = ∫ (w + a x + b y + c_k)² dA, expanded into the integrals at hand and ∫ w² dA.
-double SaintVenantTorsion::WarpingConstantOf(const Level& level) {
+double SaintVenantTorsion::WarpingConstantOf(const Level& level) const {
     const double a = level.solution[0], b = level.solution[1];
     double iw = 0;
     for (std::size_t k = 0; k < level.parts.size(); ++k) {
         const SolidIntegrals& s = level.parts[k];
         const double c = level.solution[2 + k];
-        iw += SquareIntegral(level.boundaries[k], level.warpings[k]) + 2 * (a * s.wx + b * s.wy + c * s.w) +
-              a * a * s.iyy + b * b * s.ixx + 2 * a * b * s.ixy + 2 * c * (a * s.sx + b * s.sy) +
-              c * c * s.area;
+        iw += SquareIntegral(level.boundaries[k], level.warpings[k], solids_[k].size()) +
+              2 * (a * s.wx + b * s.wy + c * s.w) + a * a * s.iyy + b * b * s.ixx + 2 * a * b * s.ixy +
+              2 * c * (a * s.sx + b * s.sy) + c * c * s.area;
     }
     return iw;
 }

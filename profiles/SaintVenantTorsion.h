@@ -80,7 +80,7 @@ class SaintVenantTorsion {
     // A coarser level, when given, starts the iteration from its solution.
     Level Solve(double base, int depth, const Level* coarser = nullptr) const;
     std::size_t NodesFor(double base, int depth) const;
-    static double WarpingConstantOf(const Level& level);
+    double WarpingConstantOf(const Level& level) const;
     void FindLargestStress(const Level& level);
     static Monosymmetry MonosymmetryOf(const Level& level);
 
