@@ -1,7 +1,8 @@
 // Saint-Venant torsion on the exact boundary: the convergence of J with the boundary nodes for a
 // rectangle (against Saint-Venant's series), a channel with re-entrant corners and the rolled IPE 200
-// of examples/ (against its own finest value), and the time and peak memory to reach 1E-6; then the
-// time the shear of bending adds on the same boundary.
+// of examples/ (against its own finest value), a 5,000-vertex polygon inscribed in an ellipse
+// (against the ellipse's closed form, which it approaches as 1/N²), and the time and peak memory
+// to reach 1E-6; then the time the shear of bending adds on the same boundary.
 //
 //   tgp_torsion_bench [examples folder]
 #include <sys/resource.h>
@@ -71,4 +72,13 @@ int main(int argc, char** argv) {
            0, "its last value");
     const auto ipe = tgp::drawings::ReadDrawingSections(examples + "/ipe200.txt");
     Report("IPE 200 with root fillets", *ipe.sections.at(0).loops, 0, "its last value");
+    // Timoshenko and Goodier, section 106: J = pi a³ b³ / (a² + b²).
+    const double a = 100, e = 50, pi = std::numbers::pi;
+    std::vector<double> ellipse;
+    for (int i = 0; i < 5000; ++i) {
+        ellipse.push_back(a * std::cos(2 * pi * i / 5000));
+        ellipse.push_back(e * std::sin(2 * pi * i / 5000));
+    }
+    Report("5,000-vertex polygon in an ellipse 200 x 100", *Polygon(ellipse),
+           pi * std::pow(a * e, 3) / (a * a + e * e), "the ellipse");
 }

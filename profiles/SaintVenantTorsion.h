@@ -18,9 +18,12 @@ namespace tgp {
 //   J = Ix + Iy - ∮ w dw/dn ds,   ∫ w f dA = ∮ (w dg/dn - g dw/dn) ds  with  ∇²g = f.
 // The boundary is refined (shorter panels, deeper grading) until J changes by less than the
 // requested relative accuracy from one refinement to the next; that change is the error estimate.
-// The system is dense: a boundary whose first refinement needs more than 8,000 nodes raises the
+// A refinement halves at least the longest segment's panels, so that outlines of many short
+// segments are refined too. Corners milder than 0.02 rad are not graded (their singularity is too
+// weak to matter). A boundary whose first refinement needs more than 500,000 nodes raises the
 // library's error (a solution without a refinement has no estimate), and refinement stops before it
-// would pass that (the estimate then says how far it got).
+// would pass that (the estimate then says how far it got). Iw of a solid without holes takes one
+// pass along its boundary; with holes, a double boundary integral (time: the nodes squared).
 //
 // Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
 // own; plates welded along an edge are one, their union: see TorsionSolids) warps on its own; the J
