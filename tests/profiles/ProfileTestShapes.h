@@ -8,6 +8,7 @@
 #include <cmath>
 #include <fstream>
 #include <optional>
+#include <span>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -57,13 +58,17 @@ inline std::shared_ptr<Loop7> LoopOf(const Outline& o) {
     return loop;
 }
 
-// A circle of radius r about (cx, cy), clockwise: two bulge -1 halves.
 // The outlines' loops as one collection.
-inline std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
+inline std::shared_ptr<Loop7s> SectionOf(std::span<const Outline> outlines) {
     auto section = Loop7s::Create();
     for (const Outline& o : outlines) section->Add(LoopOf(o));
     return section;
 }
+inline std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines) {
+    return SectionOf(std::span<const Outline>(outlines.begin(), outlines.size()));
+}
+
+// A circle of radius r about (cx, cy), clockwise: two bulge -1 halves.
 
 inline Outline Circle(double cx, double cy, double r) {
     Outline o;

@@ -123,21 +123,28 @@ TEST(SaintVenantTorsion, TheLargestStressAndWhereItActs) {
 
 // Turned and moved, a section keeps its J and its shear centre's place on it; solids apart add.
 TEST(SaintVenantTorsion, InvariantUnderMovesAndAdditiveOverSolids) {
-    const Outline channel = Channel(40, 20, 6);
-    const SaintVenantTorsion still(*SectionOf({channel}));
-    Outline moved;
     const double c = std::cos(0.5), s = std::sin(0.5);
-    for (std::size_t k = 0; k < channel.bulges.size(); ++k) {
-        const double x = channel.xy[2 * k], y = channel.xy[2 * k + 1];
-        moved.Add(1000 + c * x - s * y, -500 + s * x + c * y);
+    auto turnedAndMoved = [&](const Outline& o) {
+        Outline moved;
+        for (std::size_t k = 0; k < o.bulges.size(); ++k) {
+            const double x = o.xy[2 * k], y = o.xy[2 * k + 1];
+            moved.Add(1000 + c * x - s * y, -500 + s * x + c * y, o.bulges[k]);
+        }
+        return moved;
+    };
+    // One solid, and two apart (their shear centre from one system of both).
+    for (const std::vector<Outline>& outlines :
+         {std::vector<Outline>{Channel(40, 20, 6)},
+          std::vector<Outline>{Channel(40, 20, 6), Triangle(30, 90)}}) {
+        std::vector<Outline> moved;
+        for (const Outline& o : outlines) moved.push_back(turnedAndMoved(o));
+        const SaintVenantTorsion still(*SectionOf(outlines)), turned(*SectionOf(moved));
+        EXPECT_NEAR(turned.TorsionConstant() / still.TorsionConstant(), 1, 1e-6);
+        EXPECT_NEAR(turned.WarpingConstant() / still.WarpingConstant(), 1, 1e-6);
+        const Point3 p = still.ShearCentre();
+        EXPECT_NEAR(turned.ShearCentre().x, 1000 + c * p.x - s * p.y, 1e-5) << outlines.size() << " solids";
+        EXPECT_NEAR(turned.ShearCentre().y, -500 + s * p.x + c * p.y, 1e-5) << outlines.size() << " solids";
     }
-    const SaintVenantTorsion turned(*SectionOf({moved}));
-    EXPECT_NEAR(turned.TorsionConstant() / still.TorsionConstant(), 1, 1e-6);
-    EXPECT_NEAR(turned.WarpingConstant() / still.WarpingConstant(), 1, 1e-6);
-    const Point3 p = still.ShearCentre();
-    EXPECT_NEAR(turned.ShearCentre().x, 1000 + c * p.x - s * p.y, 1e-5);
-    EXPECT_NEAR(turned.ShearCentre().y, -500 + s * p.x + c * p.y, 1e-5);
-
     const SaintVenantTorsion two(*SectionOf({test::Rectangle(0, 0, 100, 50), Triangle(10, 200)}));
     EXPECT_NEAR(two.TorsionConstant() / (RectangleJ(100, 50) + std::sqrt(3.0) * 1e4 / 80), 1, 1e-6);
 }
