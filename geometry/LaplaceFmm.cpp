@@ -201,8 +201,9 @@ std::vector<std::size_t> LaplaceFmm::NearPoints(std::size_t i) const {
 }
 
 std::vector<double> LaplaceFmm::Potentials(const std::vector<double>& charges,
-                                           const std::vector<Complex>& dipoles) const {
-    std::vector<double> phi = FarPotentials(charges, dipoles);
+                                           const std::vector<Complex>& dipoles,
+                                           std::vector<Complex>* derivatives) const {
+    std::vector<double> phi = FarPotentials(charges, dipoles, derivatives);
     ParallelFor(
         phi.size(),
         [&](std::size_t begin, std::size_t end) {
@@ -210,9 +211,12 @@ std::vector<double> LaplaceFmm::Potentials(const std::vector<double>& charges,
                 const Complex zi = sorted_[inverse_[i]];
                 for (std::size_t j : NearPoints(i)) {
                     if (j == i) continue;
-                    const Complex delta = (zi - sorted_[inverse_[j]]) * size_;
+                    const Complex delta = (zi - sorted_[inverse_[j]]) * size_, inverse = 1.0 / delta;
                     if (!charges.empty()) phi[i] += charges[j] * std::log(std::norm(delta)) / 2;
-                    if (!dipoles.empty()) phi[i] += (dipoles[j] / delta).real();
+                    if (!dipoles.empty()) phi[i] += (dipoles[j] * inverse).real();
+                    if (!derivatives) continue;
+                    if (!charges.empty()) (*derivatives)[i] += charges[j] * inverse;
+                    if (!dipoles.empty()) (*derivatives)[i] -= dipoles[j] * inverse * inverse;
                 }
             }
         },
@@ -221,7 +225,8 @@ std::vector<double> LaplaceFmm::Potentials(const std::vector<double>& charges,
 }
 
 std::vector<double> LaplaceFmm::FarPotentials(const std::vector<double>& charges,
-                                              const std::vector<Complex>& dipoles) const {
+                                              const std::vector<Complex>& dipoles,
+                                              std::vector<Complex>* derivatives) const {
     const std::size_t n = sorted_.size(), p = static_cast<std::size_t>(terms_) + 1;
     const std::size_t width = 2 * static_cast<std::size_t>(terms_) + 1;
     auto choose = [&](std::size_t a, std::size_t b) { return binomial_[a * width + b]; };
@@ -324,6 +329,7 @@ std::vector<double> LaplaceFmm::FarPotentials(const std::vector<double>& charges
     }
     // At the points: the leaf's local expansion and the touching leaves' points directly.
     std::vector<double> sortedPhi(n, 0);
+    std::vector<Complex> sortedDerivative(derivatives ? n : 0);
     double total = 0;
     for (double charge : c) total += charge;
     const double logSize = std::log(size_);
@@ -341,12 +347,21 @@ std::vector<double> LaplaceFmm::FarPotentials(const std::vector<double>& charges
                     Complex value = coefficients[p - 1];
                     for (std::size_t k = p - 1; k-- > 0;) value = value * w + coefficients[k];
                     sortedPhi[i] = (deepest >= 2 ? value.real() : 0) + logSize * (total - nearCharge);
+                    if (!derivatives || deepest < 2) continue;
+                    Complex slope = coefficients[p - 1] * static_cast<double>(p - 1);
+                    for (std::size_t k = p - 1; k-- > 1;)
+                        slope = slope * w + coefficients[k] * static_cast<double>(k);
+                    sortedDerivative[i] = slope / size_;
                 }
             }
         },
         kBoxesAPart);
     std::vector<double> phi(n);
     for (std::size_t i = 0; i < n; ++i) phi[order_[i]] = sortedPhi[i];
+    if (derivatives) {
+        derivatives->assign(n, 0);
+        for (std::size_t i = 0; i < n; ++i) (*derivatives)[order_[i]] = sortedDerivative[i];
+    }
     return phi;
 }
 

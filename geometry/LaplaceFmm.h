@@ -20,13 +20,15 @@ class LaplaceFmm {
 
     LaplaceFmm(const std::vector<Complex>& points, int terms);
 
-    // phi at every point; either strength may be empty (none of that kind).
-    std::vector<double> Potentials(const std::vector<double>& charges,
-                                   const std::vector<Complex>& dipoles) const;
+    // phi at every point; either strength may be empty (none of that kind). With `derivatives`,
+    // also the complex derivative of the sum, Σ c_j / (z_i - z_j) - d_j / (z_i - z_j)²: the gradient
+    // of phi is its (real part, -imaginary part).
+    std::vector<double> Potentials(const std::vector<double>& charges, const std::vector<Complex>& dipoles,
+                                   std::vector<Complex>* derivatives = nullptr) const;
     // phi without the pairs of NearPoints: what a caller that sums those itself (with its own
     // quadrature, say) needs.
-    std::vector<double> FarPotentials(const std::vector<double>& charges,
-                                      const std::vector<Complex>& dipoles) const;
+    std::vector<double> FarPotentials(const std::vector<double>& charges, const std::vector<Complex>& dipoles,
+                                      std::vector<Complex>* derivatives = nullptr) const;
     // The points of the leaves that touch point i's leaf, its own among them (i too).
     std::vector<std::size_t> NearPoints(std::size_t i) const;
 

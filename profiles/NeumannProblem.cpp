@@ -5,12 +5,9 @@
 #include <cmath>
 #include <numbers>
 
-#include <boost/geometry.hpp>
-#include <boost/geometry/index/rtree.hpp>
-#include <boost/iterator/function_output_iterator.hpp>
-
 #include "core/ParallelFor.h"
 #include "geometry/LaplaceFmm.h"
+#include "profiles/NearPanels.h"
 
 namespace tgp {
 
@@ -24,12 +21,6 @@ constexpr std::size_t kRowsAPart = 64;
 constexpr std::size_t kDenseMost = 8000;
 // Terms of the multipole expansions: about 1E-10 of the potentials, below what the solution needs.
 constexpr int kMultipoleTerms = 22;
-
-namespace bg = boost::geometry;
-namespace bgi = boost::geometry::index;
-using IndexPoint = bg::model::point<double, 2, bg::cs::cartesian>;
-using IndexBox = bg::model::box<IndexPoint>;
-using IndexEntry = std::pair<IndexBox, std::size_t>;
 
 // The kernel dG/dn_y of the double layer.
 double DoubleLayer(const Point3& target, const Point3& y, const Point3& normal) {
@@ -112,7 +103,7 @@ std::vector<double> Gmres(const Multiply& multiply, const std::vector<double>& b
 
 struct NeumannProblem::Fast {
     LaplaceFmm fmm;
-    bgi::rtree<IndexEntry, bgi::rstar<16>> panels;  // each panel's disc of nearness
+    NearPanels near;
     // The sparse rows: every pair of touching leaves the expansions leave out, and near panels'
     // quadrature in place of their nodes'.
     std::vector<std::vector<std::pair<std::uint32_t, double>>> rows;
@@ -125,16 +116,6 @@ std::vector<LaplaceFmm::Complex> Positions(const std::vector<BoundaryNode>& node
     z.reserve(nodes.size());
     for (const BoundaryNode& node : nodes) z.emplace_back(node.p.x, node.p.y);
     return z;
-}
-
-std::vector<IndexEntry> NearnessBoxes(const std::vector<BoundaryPanel>& panels) {
-    std::vector<IndexEntry> entries;
-    for (std::size_t p = 0; p < panels.size(); ++p) {
-        const double r = 1.5 * panels[p].length;
-        const Point3& m = panels[p].middle;
-        entries.emplace_back(IndexBox{{m.x - r, m.y - r}, {m.x + r, m.y + r}}, p);
-    }
-    return entries;
 }
 
 }  // namespace
@@ -154,9 +135,8 @@ NeumannProblem::NeumannProblem(const BoundaryPanels& boundary, Assembly assembly
             kRowsAPart);
         return;
     }
-    const auto entries = NearnessBoxes(boundary.Panels());
     fast_ = std::make_unique<Fast>(
-        Fast{LaplaceFmm(Positions(boundary.Nodes()), kMultipoleTerms), {entries.begin(), entries.end()}, {}});
+        Fast{LaplaceFmm(Positions(boundary.Nodes()), kMultipoleTerms), NearPanels(boundary.Panels()), {}});
     fast_->rows.resize(n);
     ParallelFor(
         n,
@@ -168,7 +148,7 @@ NeumannProblem::NeumannProblem(const BoundaryPanels& boundary, Assembly assembly
 
 NeumannProblem::~NeumannProblem() = default;
 
-std::vector<std::size_t> NeumannProblem::NearPanels(std::size_t i) const {
+std::vector<std::size_t> NeumannProblem::PanelsNear(std::size_t i) const {
     const auto& panels = boundary_.Panels();
     const Point3& target = boundary_.Nodes()[i].p;
     std::vector<std::size_t> near;
@@ -177,11 +157,7 @@ std::vector<std::size_t> NeumannProblem::NearPanels(std::size_t i) const {
             if (panels[p].Near(target)) near.push_back(p);
         return near;
     }
-    fast_->panels.query(bgi::intersects(IndexPoint{target.x, target.y}),
-                        boost::make_function_output_iterator([&](const IndexEntry& e) {
-                            if (panels[e.second].Near(target)) near.push_back(e.second);
-                        }));
-    return near;
+    return fast_->near.Of(target);
 }
 
 // What node i's row takes from a panel near it instead of its nodes' values.
@@ -236,7 +212,7 @@ void NeumannProblem::AssembleSparseRow(std::size_t i) {
     };
     auto& row = fast_->rows[i];
     for (std::size_t j : fast_->fmm.NearPoints(i)) row.emplace_back(static_cast<std::uint32_t>(j), naive(j));
-    for (std::size_t p : NearPanels(i)) {
+    for (std::size_t p : PanelsNear(i)) {
         for (std::size_t j = p * BoundaryPanels::kOrder; j < (p + 1) * BoundaryPanels::kOrder; ++j)
             row.emplace_back(static_cast<std::uint32_t>(j), -naive(j));
         NearPanelEntries(i, p, [&](std::size_t j, double value) {
@@ -353,7 +329,7 @@ std::vector<std::vector<double>> NeumannProblem::RightSides(const std::vector<Fl
             for (std::size_t i = begin; i < end; ++i) {
                 const Point3& target = nodes[i].p;
                 std::fill(sum.begin(), sum.end(), 0.0);
-                const std::vector<std::size_t> near = NearPanels(i);
+                const std::vector<std::size_t> near = PanelsNear(i);
                 std::vector<char> isNear(fast_ ? 0 : panels.size(), 0);
                 auto addNodes = [&](std::size_t j, double sign) {
                     const double g = sign * SingleLayer(target, nodes[j].p);

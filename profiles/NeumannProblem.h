@@ -41,7 +41,7 @@ class NeumannProblem {
   private:
     struct Fast;
 
-    std::vector<std::size_t> NearPanels(std::size_t node) const;
+    std::vector<std::size_t> PanelsNear(std::size_t node) const;
     template <class Add>
     void NearPanelEntries(std::size_t node, std::size_t panel, const Add& add) const;
     void AssembleRow(std::size_t node);

@@ -1,34 +1,25 @@
 #include "profiles/SaintVenantTorsion.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <complex>
-#include <numbers>
 #include <string>
 
 #include "core/Error.h"
-#include "core/ParallelFor.h"
 #include "profiles/BoundaryPanels.h"
 #include "profiles/InertiaBlock.h"
 #include "profiles/NeumannProblem.h"
 #include "profiles/TorsionSolids.h"
+#include "profiles/WarpingSquare.h"
 
 namespace tgp {
 
 namespace {
 
-constexpr double kTwoPi = 2 * std::numbers::pi;
 constexpr int kMostRefinements = 6;
 // About 2 kB a node (the sparse near rows, the expansions): 500,000 nodes are a gigabyte. A
 // refinement that would need more stops the refinement (the estimate says how far it got); a first
 // one that would raises.
 constexpr std::size_t kMostNodes = 500000;
-
-// dw/dn of the warping function about the origin.
-double WarpingFlux(const Point3& y, const Point3& normal) {
-    return y.y * normal.x - y.x * normal.y;
-}
 
 // The warping function at the nodes of one solid, from a guess when there is one.
 std::vector<double> WarpingAtNodes(const BoundaryPanels& boundary, std::vector<double> guess) {
@@ -54,135 +45,6 @@ std::vector<double> SolveSmall(std::vector<double> a, std::vector<double> b, std
         b[k] /= a[k * n + k];
     }
     return b;
-}
-
-// What a source point x (normal nx, warping w) gives U(y) and dU/dn_y below, as A + B ln r each: the
-// logarithm apart, so that a node's own panel can take it by product integration.
-struct SquareKernels {
-    double uA, uB, dA, dB;
-};
-
-SquareKernels SquareKernelsAt(const Point3& x, const Point3& nx, double w, const Point3& y,
-                              const Point3& ny) {
-    const double c = 1 / (4 * kTwoPi);  // 1 / (8 pi)
-    const double dx = x.x - y.x, dy = x.y - y.y, r2 = dx * dx + dy * dy;
-    const double dnx = dx * nx.x + dy * nx.y, dny = dx * ny.x + dy * ny.y, nn = nx.x * ny.x + nx.y * ny.y;
-    const double q = WarpingFlux(x, nx);
-    // G2 = c r² - c r² ln r, dG2/dn_x = c dnx - 2c dnx ln r, dG2/dn_y = -c dny + 2c dny ln r,
-    // d²G2/dn_x dn_y = c (2 dnx dny / r² - nn) + 2c nn ln r (dnx dny / r² -> 0 as r -> 0 on a line or arc).
-    const double cross = r2 == 0 ? 0 : 2 * dnx * dny / r2;
-    return {w * c * dnx - c * r2 * q, -2 * c * w * dnx + c * r2 * q, w * c * (cross - nn) + c * dny * q,
-            2 * c * w * nn - 2 * c * dny * q};
-}
-
-// ∫ w² dA of the harmonic w from its boundary values alone. With the representation
-// w(x) = ∮ (G q - w dG/dn_y) ds_y and G2 = -r² (ln r - 1) / (8 pi), whose Laplacian is G:
-//   ∫ w² dA = ∮ (q U - w dU/dn) ds,   U(y) = ∫ G(x, y) w(x) dA_x = ∮ (w dG2/dn_x - G2 q) ds_x,
-// a double boundary integral whose kernels are at most logarithmic: a node's own panel by product
-// integration, near panels adaptively against the panel's interpolant of w.
-// Node i's share of it: (q U - w dU/dn) ds there.
-double SquareIntegralShare(const BoundaryPanels& boundary, const std::vector<double>& warping,
-                           std::size_t i) {
-    const auto& nodes = boundary.Nodes();
-    const auto& panels = boundary.Panels();
-    const std::size_t order = BoundaryPanels::kOrder;
-    std::vector<double> basis;
-    const BoundaryNode& target = nodes[i];
-    double u = 0, dudn = 0;
-    auto add = [&](const Point3& x, const Point3& nx, double w, double ds) {
-        const double dx = x.x - target.p.x, dy = x.y - target.p.y, r2 = dx * dx + dy * dy;
-        if (r2 == 0) return;
-        const SquareKernels k = SquareKernelsAt(x, nx, w, target.p, target.normal);
-        const double lnr = std::log(r2) / 2;
-        u += (k.uA + k.uB * lnr) * ds;
-        dudn += (k.dA + k.dB * lnr) * ds;
-    };
-    for (std::size_t p = 0; p < panels.size(); ++p) {
-        const std::size_t first = p * order;
-        if (p == target.panel) {
-            const auto logarithm = boundary.OwnLogarithmWeights(i);
-            for (std::size_t m = 0; m < order; ++m) {
-                const BoundaryNode& source = nodes[first + m];
-                const SquareKernels k =
-                    SquareKernelsAt(source.p, source.normal, warping[first + m], target.p, target.normal);
-                u += k.uA * source.weight + k.uB * logarithm[m];
-                dudn += k.dA * source.weight + k.dB * logarithm[m];
-            }
-        } else if (!panels[p].Near(target.p)) {
-            for (std::size_t m = 0; m < order; ++m)
-                add(nodes[first + m].p, nodes[first + m].normal, warping[first + m], nodes[first + m].weight);
-        } else {
-            IntegrateNear(panels[p], target.p, [&](const Point3& x, const Point3& nx, double t, double ds) {
-                PanelBasisAt(t, basis);
-                double w = 0;
-                for (std::size_t m = 0; m < order; ++m) w += basis[m] * warping[first + m];
-                add(x, nx, w, ds);
-            });
-        }
-    }
-    return (WarpingFlux(target.p, target.normal) * u - warping[i] * dudn) * target.weight;
-}
-
-// ∫ w² dA of a harmonic w in a solid bounded by one loop, in one pass along it. w = Re f with f
-// analytic; its conjugate ψ = Im f has dψ/ds = dw/dn (Cauchy-Riemann), and by Green's theorem in
-// complex form (∫ ∂g/∂z̄ dA = ∮ g dz / 2i):
-//   ∫ w² dA = (∫ |f|² dA + Re ∫ f² dA) / 2,  ∫ f² dA = ∮ z̄ f² dz / 2i,  ∫ |f|² dA = ∮ f conj(F) dz / 2i,
-// F' = f, single-valued where there is no hole. ψ and F follow along the loop by integrating each
-// panel's interpolant of their derivatives.
-double SquareIntegralOfOneLoop(const BoundaryPanels& boundary, const std::vector<double>& warping) {
-    using Complex = std::complex<double>;
-    constexpr std::size_t order = BoundaryPanels::kOrder;
-    const auto& nodes = boundary.Nodes();
-    const auto& gauss = BoundaryPanels::GaussWeights();
-    const double* indefinite = IndefiniteWeights().data();
-    double psiAtStart = 0;  // of the panel
-    Complex antiderivativeAtStart = 0, squares = 0, products = 0;
-    std::array<double, order> dpsi{};  // dψ/du
-    std::array<Complex, order> f{}, dzdu{}, dfdu{};
-    for (std::size_t first = 0; first < nodes.size(); first += order) {
-        for (std::size_t m = 0; m < order; ++m) {
-            const BoundaryNode& node = nodes[first + m];
-            const double dsdu = node.weight / gauss[m];
-            dpsi[m] = WarpingFlux(node.p, node.normal) * dsdu;
-            dzdu[m] = Complex(-node.normal.y, node.normal.x) * dsdu;  // the tangent i n
-        }
-        for (std::size_t m = 0; m < order; ++m) {
-            double psi = psiAtStart;
-            for (std::size_t k = 0; k < order; ++k) psi += indefinite[m * order + k] * dpsi[k];
-            f[m] = {warping[first + m], psi};
-            dfdu[m] = f[m] * dzdu[m];
-        }
-        for (std::size_t m = 0; m < order; ++m) {
-            Complex antiderivative = antiderivativeAtStart;
-            for (std::size_t k = 0; k < order; ++k) antiderivative += indefinite[m * order + k] * dfdu[k];
-            const Complex z(nodes[first + m].p.x, nodes[first + m].p.y), dz = dzdu[m] * gauss[m];
-            squares += std::conj(z) * f[m] * f[m] * dz;
-            products += f[m] * std::conj(antiderivative) * dz;
-        }
-        for (std::size_t k = 0; k < order; ++k) {
-            psiAtStart += gauss[k] * dpsi[k];
-            antiderivativeAtStart += gauss[k] * dfdu[k];
-        }
-    }
-    const Complex twoI(0, 2);
-    return ((products / twoI).real() + (squares / twoI).real()) / 2;
-}
-
-// Of a solid with holes, where F has periods, the double boundary integral above (in time the
-// square of the nodes).
-double SquareIntegral(const BoundaryPanels& boundary, const std::vector<double>& warping, std::size_t loops) {
-    if (loops == 1) return SquareIntegralOfOneLoop(boundary, warping);
-    const auto& nodes = boundary.Nodes();
-    std::vector<double> shares(nodes.size());  // added up in order below: the same sum on any cores
-    ParallelFor(
-        nodes.size(),
-        [&](std::size_t begin, std::size_t end) {
-            for (std::size_t i = begin; i < end; ++i) shares[i] = SquareIntegralShare(boundary, warping, i);
-        },
-        64);
-    double total = 0;
-    for (double share : shares) total += share;
-    return total;
 }
 
 // Area integrals of one solid through its boundary (x, y from the section's centroid).
@@ -319,7 +181,7 @@ double SaintVenantTorsion::WarpingConstantOf(const Level& level) const {
     for (std::size_t k = 0; k < level.parts.size(); ++k) {
         const SolidIntegrals& s = level.parts[k];
         const double c = level.solution[2 + k];
-        iw += SquareIntegral(level.boundaries[k], level.warpings[k], solids_[k].size()) +
+        iw += WarpingSquareIntegral(level.boundaries[k], level.warpings[k], solids_[k].size()) +
               2 * (a * s.wx + b * s.wy + c * s.w) + a * a * s.iyy + b * b * s.ixx + 2 * a * b * s.ixy +
               2 * c * (a * s.sx + b * s.sy) + c * c * s.area;
     }

@@ -22,8 +22,7 @@ namespace tgp {
 // segments are refined too. Corners milder than 0.02 rad are not graded (their singularity is too
 // weak to matter). A boundary whose first refinement needs more than 500,000 nodes raises the
 // library's error (a solution without a refinement has no estimate), and refinement stops before it
-// would pass that (the estimate then says how far it got). Iw of a solid without holes takes one
-// pass along its boundary; with holes, a double boundary integral (time: the nodes squared).
+// would pass that (the estimate then says how far it got). Iw: see WarpingSquareIntegral.
 //
 // Each solid (an outer boundary with the holes directly inside it; an island is a solid of its
 // own; plates welded along an edge are one, their union: see TorsionSolids) warps on its own; the J

@@ -13,12 +13,19 @@ namespace {
 
 using Complex = LaplaceFmm::Complex;
 
+// The sums and their complex derivatives, pair by pair.
 std::vector<double> Direct(const std::vector<Complex>& z, const std::vector<double>& c,
-                           const std::vector<Complex>& d) {
+                           const std::vector<Complex>& d, std::vector<Complex>& derivatives) {
     std::vector<double> phi(z.size(), 0);
-    for (std::size_t i = 0; i < z.size(); ++i)
-        for (std::size_t j = 0; j < z.size(); ++j)
-            if (j != i) phi[i] += c[j] * std::log(std::abs(z[i] - z[j])) + (d[j] / (z[i] - z[j])).real();
+    derivatives.assign(z.size(), 0);
+    for (std::size_t i = 0; i < z.size(); ++i) {
+        for (std::size_t j = 0; j < z.size(); ++j) {
+            if (j == i) continue;
+            const Complex inverse = 1.0 / (z[i] - z[j]);
+            phi[i] += c[j] * std::log(std::abs(z[i] - z[j])) + (d[j] * inverse).real();
+            derivatives[i] += c[j] * inverse - d[j] * inverse * inverse;
+        }
+    }
     return phi;
 }
 
@@ -48,12 +55,18 @@ TEST(LaplaceFmm, AgreesWithTheDirectSums) {
             dipoles.emplace_back(std::cos(0.7 * static_cast<double>(k)), 0.5);
         }
         const LaplaceFmm fmm(z, 22);
-        const auto expected = Direct(z, charges, dipoles), both = fmm.Potentials(charges, dipoles);
+        std::vector<Complex> slopes, expectedSlopes;
+        const auto expected = Direct(z, charges, dipoles, expectedSlopes),
+                   both = fmm.Potentials(charges, dipoles, &slopes);
+        double slopeScale = 0;
+        for (const Complex& e : expectedSlopes) slopeScale = std::max(slopeScale, std::abs(e));
         const auto chargesOnly = fmm.Potentials(charges, {}), dipolesOnly = fmm.Potentials({}, dipoles);
         double scale = 0;
         for (double e : expected) scale = std::max(scale, std::fabs(e));
         for (std::size_t i = 0; i < z.size(); ++i) {
             EXPECT_NEAR(both[i], expected[i], 1e-9 * scale) << c.name << " point " << i;
+            EXPECT_NEAR(std::abs(slopes[i] - expectedSlopes[i]), 0, 1e-9 * slopeScale)
+                << c.name << " point " << i;
             EXPECT_NEAR(chargesOnly[i] + dipolesOnly[i], both[i], 1e-12 * scale) << c.name;
         }
         if (c.n > 1000) {
