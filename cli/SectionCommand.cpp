@@ -8,13 +8,16 @@
 #include <cctype>
 #include <chrono>
 #include <condition_variable>
+#include <cstdlib>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "cli/SectionPicture.h"
 #include "cli/SectionReport.h"
 #include "drawings/DrawingSections.h"
 #include "drawings/DxfProfileReader.h"
@@ -71,6 +74,27 @@ std::shared_ptr<UnitSetting> SettingFor(int16_t length, int16_t angle) {
     return setting;
 }
 
+bool PictureIsOneFile(const std::string& path) {
+    return std::filesystem::path(path).extension() == ".svg";
+}
+
+// rsvg-convert of a picture into a PNG beside it.
+bool Converted(const std::filesystem::path& svg) {
+    auto quoted = [](const std::string& text) {
+        std::string q = "'";
+        for (char c : text) {
+            if (c == '\'')
+                q += "'\\''";
+            else
+                q += c;
+        }
+        return q + "'";
+    };
+    std::filesystem::path png = svg;
+    png.replace_extension(".png");
+    return std::system(("rsvg-convert -o " + quoted(png.string()) + " " + quoted(svg.string())).c_str()) == 0;
+}
+
 struct Options {
     std::vector<std::string> files;
     std::string length = "mm";
@@ -87,6 +111,8 @@ struct Options {
     double poisson = 0.3;
     bool quiet = false;
     bool recursive = false;
+    std::string svg;  // a picture's file, or the folder of pictures
+    bool png = false;
     unsigned jobs = 0;    // 0: one a core
     DrawingOptions read;  // from the options above
 };
@@ -123,6 +149,12 @@ void Declare(CLI::App& app, Options& o) {
     app.add_option("--poisson", o.poisson, "Poisson's ratio for the elastic shear centre and the shear areas")
         ->check(CLI::Range(-0.999, 0.5))
         ->capture_default_str();
+    auto* svg =
+        app.add_option("--svg", o.svg,
+                       "draw each section to scale as an SVG picture: PATH.svg for one section, else a "
+                       "folder of pictures named after the drawing and the section");
+    app.add_flag("--png", o.png, "also a PNG of each picture (through rsvg-convert, of librsvg2-bin)")
+        ->needs(svg);
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
     app.add_flag("--csv", o.csv,
                  "print CSV instead of the table: a header row with the units, then a row per section");
@@ -226,11 +258,13 @@ class SectionRun {
                 ready_.notify_one();
                 batch.clear();
             };
+            std::size_t ordinal = 0;
             AnalyseProfiles(
                 profiles, units_.setting, o_.eachLoop, &skipped,
                 [&](ProfileOutcome&& outcome) {
                     outcome.name = file + ": " + outcome.name;
                     outcome.file = file;
+                    if (!o_.svg.empty()) Draw(i, ++ordinal, outcome, profiles);
                     batch.push_back(std::move(outcome));
                     if (batch.size() >= kBatch) handOver();
                 },
@@ -242,6 +276,32 @@ class SectionRun {
             Update(i, [&](FileReport& r) { r.failure = e.what(); });
         }
         Update(i, [](FileReport& r) { r.finished = true; });
+    }
+
+    // A section's picture, written while its outlines are at hand. A picture's file takes the first
+    // section of the first file; the others are counted and said at the end.
+    void Draw(std::size_t file, std::size_t ordinal, const ProfileOutcome& outcome,
+              const std::vector<DrawnProfile>& profiles) {
+        std::filesystem::path path(o_.svg);
+        if (PictureIsOneFile(o_.svg)) {
+            if (file != 0 || ordinal != 1) {
+                ++undrawn_;
+                return;
+            }
+        } else {
+            path /= PictureName(files_[file], outcome, ordinal);
+        }
+        std::ofstream picture(path, std::ios::binary);
+        picture << SectionSvg(outcome, profiles, units_);
+        picture.close();
+        std::string failure;
+        if (!picture)
+            failure = "cannot write " + path.string();
+        else if (o_.png && !Converted(path))
+            failure = "rsvg-convert could not make a PNG of " + path.string();
+        if (failure.empty()) return;
+        const std::lock_guard lock(mutex_);
+        pictureFailures_.push_back(failure);
     }
 
     template <class Change>
@@ -298,7 +358,11 @@ class SectionRun {
         }
         out << ReportEnd(kind_) << std::flush;
         for (const std::string& line : rejected) err << "tgp-section: " << line << "\n";
-        return unreadable ? 1 : rejected.empty() ? 0 : 2;
+        for (const std::string& line : pictureFailures_) err << "tgp-section: " << line << "\n";
+        if (undrawn_ > 0)
+            err << "tgp-section: " << o_.svg << " holds the first section; " << undrawn_
+                << " more not drawn (give a folder for a picture of each)\n";
+        return unreadable || !pictureFailures_.empty() ? 1 : rejected.empty() ? 0 : 2;
     }
 
     // "tgp-section: 3 of 10 files, 12345 outlines, 4560 outlines/s, about 2 s left": the share done
@@ -338,6 +402,8 @@ class SectionRun {
     std::mutex mutex_;
     std::condition_variable ready_, room_;
     std::vector<FileReport> reports_;
+    std::atomic<std::size_t> undrawn_{0};
+    std::vector<std::string> pictureFailures_;
 };
 
 }  // namespace
@@ -361,6 +427,16 @@ int RunSectionCommand(int argc, const char* const* argv, std::ostream& out, std:
                         : o.format == "text" ? DrawingFormat::Text
                                              : DrawingFormat::ByExtension;
         if (o.json && o.csv) throw CLI::ValidationError("--csv", "choose one of --json and --csv");
+        if (!o.svg.empty() && !PictureIsOneFile(o.svg)) {
+            std::error_code error;
+            std::filesystem::create_directories(o.svg, error);
+            if (error)
+                throw CLI::ValidationError("--svg",
+                                           "cannot make the folder " + o.svg + ": " + error.message());
+        }
+        if (o.png && std::system("rsvg-convert --version > /dev/null 2>&1") != 0)
+            throw CLI::ValidationError("--png",
+                                       "needs rsvg-convert (Debian's librsvg2-bin), which is not installed");
     } catch (const CLI::ParseError& e) {
         return app.exit(e, out, err) == 0 ? 0 : 1;
     }

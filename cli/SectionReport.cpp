@@ -10,15 +10,14 @@
 
 namespace tgp::cli {
 
-namespace {
-
-// Text of a number with a count of significant digits, through the library's number service.
 std::string Significant(double value, int digits) {
     if (value == 0 || !std::isfinite(value)) return FormatNumber(value, 0);
     const int magnitude = static_cast<int>(std::floor(std::log10(std::fabs(value))));
     const int decimals = std::max(0, digits - 1 - magnitude);
     return FormatNumber(value, static_cast<int16_t>(std::min(decimals, 15)));
 }
+
+namespace {
 
 std::string JsonString(const std::string& text) {
     std::string out = "\"";

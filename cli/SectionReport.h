@@ -25,6 +25,9 @@ struct ReportUnits {
     static ReportUnits From(std::shared_ptr<UnitSetting> setting, int significantDigits);
 };
 
+// Text of a number with a count of significant digits, through the library's number service.
+std::string Significant(double value, int digits);
+
 // A readable table per section (errors included), the same as one JSON document, or as CSV: a header
 // row with the units, then one row per section with the JSON's fields and a rejected section's
 // reason in the last column (RFC 4180, with a UTF-8 byte order mark for spreadsheets).

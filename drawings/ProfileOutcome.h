@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tgp::drawings {
 
@@ -44,6 +46,10 @@ struct ProfileOutcome {
     std::optional<TorsionValues> torsion;  // when asked for
     std::string torsionError;              // why there are no torsion values when asked for
     std::string error;
+    // The outlines it is made of (their places among the outlines read, in file order) and which of
+    // them are holes: what a picture of it draws.
+    std::vector<std::size_t> outlines;
+    std::vector<bool> isHole;
 };
 
 }  // namespace tgp::drawings

@@ -252,7 +252,16 @@ void AnalyseProfiles(const std::vector<DrawnProfile>& profiles, const std::share
                      bool eachLoop, SkipList* skipped, const std::function<void(ProfileOutcome&&)>& emit,
                      TorsionRequest torsion) {
     SectionFinder(profiles, eachLoop, skipped).Emit([&](FoundSection&& s) {
-        emit(Analyse(std::move(s), units, torsion));
+        std::vector<std::size_t> outlines;
+        for (const DrawnProfile* outline : s.outlines)
+            outlines.push_back(static_cast<std::size_t>(outline - profiles.data()));
+        if (outlines.empty()) outlines.push_back(static_cast<std::size_t>(s.outer - profiles.data()));
+        std::vector<bool> holes = s.holes;
+        holes.resize(outlines.size(), false);
+        ProfileOutcome outcome = Analyse(std::move(s), units, torsion);
+        outcome.outlines = std::move(outlines);
+        outcome.isHole = std::move(holes);
+        emit(std::move(outcome));
     });
 }
 

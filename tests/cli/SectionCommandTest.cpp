@@ -14,6 +14,7 @@
 #include "cli/SectionReport.h"
 #include "profiles/ProfileTestShapes.h"
 #include "support/DxfText.h"
+#include "support/SectionCommandRun.h"
 #include "units/NumberText.h"
 #include "units/UnitSetting.h"
 
@@ -139,26 +140,9 @@ TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
 
 // ---- the command -----------------------------------------------------------------------------
 
-struct CommandRun {
-    int code;
-    std::string out, err;
-};
-
-CommandRun RunCommand(std::vector<std::string> args, double progressAfterSeconds = -1) {
-    args.insert(args.begin(), "tgp-section");
-    std::vector<const char*> argv;
-    for (const auto& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code =
-        RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err, progressAfterSeconds);
-    return {code, out.str(), err.str()};
-}
-
-std::string TempText(const std::string& name, const std::string& text) {
-    const std::string path = ::testing::TempDir() + name;
-    std::ofstream(path) << text;
-    return path;
-}
+using test::CommandRun;
+using test::RunCommand;
+using test::TempText;
 
 TEST(SectionCommand, ExitCodesAndMessages) {
     const std::string good = TempText("good.txt", "0 0\n10 0\n10 10\n0 10\n");

@@ -1,0 +1,352 @@
+#include "cli/SectionPicture.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <numbers>
+
+#include "units/DLength.h"
+#include "units/LengthUnitsOf.h"
+
+namespace tgp::cli {
+
+namespace {
+
+using drawings::DrawnProfile;
+
+constexpr const char* kFill = "#a9c4e0";
+constexpr const char* kOutline = "#1f3a5f";
+constexpr const char* kWarning = "#d9480f";
+constexpr const char* kAxes = "#2b8a3e";
+constexpr const char* kPlastic = "#862e9c";
+constexpr const char* kFibres = "#868e96";
+constexpr const char* kShearCentre = "#c92a2a";
+
+std::string Escaped(const std::string& text) {
+    std::string out;
+    for (char c : text) {
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"': out += "&quot;"; break;
+            default: out += c;
+        }
+    }
+    return out;
+}
+
+// A coordinate in the picture: the report's unit, y down as SVG has it. Shortest text that reads
+// back to the same double, so that the path is the section's geometry exactly.
+std::string X(double x) {
+    return fmt::format("{}", x);
+}
+std::string Y(double y) {
+    return fmt::format("{}", y == 0 ? 0.0 : -y);
+}
+
+struct Box {
+    double xmin = INFINITY, ymin = INFINITY, xmax = -INFINITY, ymax = -INFINITY;
+    void Add(double x, double y) {
+        xmin = std::min(xmin, x);
+        xmax = std::max(xmax, x);
+        ymin = std::min(ymin, y);
+        ymax = std::max(ymax, y);
+    }
+    bool Empty() const { return !(xmin <= xmax); }
+};
+
+// One segment of an outline in the picture's unit: from a to b, its bulge (tan of a quarter of the
+// included angle, counter-clockwise positive).
+struct Segment {
+    double ax, ay, bx, by, bulge;
+};
+
+std::vector<Segment> SegmentsOf(const DrawnProfile& profile, double scale, bool reversed) {
+    std::vector<Segment> segments;
+    const std::size_t n = profile.VertexCount();
+    for (std::size_t k = 0; k < n; ++k) {
+        const Point3 &a = profile.vertices[k], &b = profile.vertices[(k + 1) % n];
+        segments.push_back({a.x * scale, a.y * scale, b.x * scale, b.y * scale, profile.bulges[k]});
+    }
+    if (!reversed) return segments;
+    std::reverse(segments.begin(), segments.end());
+    for (Segment& s : segments) s = {s.bx, s.by, s.ax, s.ay, -s.bulge};
+    return segments;
+}
+
+// Twice the signed area: the chords' shoelace and each arc's segment, r² (θ - sin θ).
+double TwiceSignedArea(const std::vector<Segment>& segments) {
+    double area = 0;
+    for (const Segment& s : segments) {
+        area += s.ax * s.by - s.bx * s.ay;
+        if (s.bulge == 0) continue;
+        const double theta = 4 * std::atan(s.bulge), chord = std::hypot(s.bx - s.ax, s.by - s.ay);
+        const double r = chord / (2 * std::sin(std::fabs(theta) / 2));
+        area += r * r * (theta - std::sin(theta));
+    }
+    return area;
+}
+
+// The path of one closed outline: lines, and arcs as SVG arcs (in the flipped picture an arc that
+// turns counter-clockwise has sweep flag 0).
+std::string PathOf(const std::vector<Segment>& segments, Box& box) {
+    std::string d;
+    if (segments.empty()) return d;
+    d += fmt::format("M{} {}", X(segments[0].ax), Y(segments[0].ay));
+    for (const Segment& s : segments) {
+        box.Add(s.ax, s.ay);
+        if (s.bulge == 0) {
+            d += fmt::format(" L{} {}", X(s.bx), Y(s.by));
+            continue;
+        }
+        const double theta = 4 * std::atan(s.bulge), chord = std::hypot(s.bx - s.ax, s.by - s.ay);
+        const double r = chord / (2 * std::sin(std::fabs(theta) / 2));
+        // The arc's points at every eighth of its angle keep it inside the box.
+        const double mx = (s.ax + s.bx) / 2, my = (s.ay + s.by) / 2, sagitta = s.bulge * chord / 2;
+        // A counter-clockwise arc has its centre on the chord's left.
+        const double side = (r - std::fabs(sagitta)) * (s.bulge > 0 ? 1 : -1) / chord;
+        const double cx = mx - (s.by - s.ay) * side, cy = my + (s.bx - s.ax) * side;
+        const double start = std::atan2(s.ay - cy, s.ax - cx);
+        for (int k = 1; k < 8; ++k)
+            box.Add(cx + r * std::cos(start + theta * k / 8), cy + r * std::sin(start + theta * k / 8));
+        d += fmt::format(" A{} {} 0 {} {} {} {}", r, r, std::fabs(s.bulge) > 1 ? 1 : 0, s.bulge > 0 ? 0 : 1,
+                         X(s.bx), Y(s.by));
+    }
+    return d + " Z";
+}
+
+// Characters a text shows: its markup and UTF-8 continuation bytes left out, an entity one.
+std::size_t VisibleLength(const std::string& line) {
+    std::size_t count = 0;
+    bool inTag = false, inEntity = false;
+    for (char ch : line) {
+        const auto c = static_cast<unsigned char>(ch);
+        if (ch == '<') inTag = true;
+        if (!inTag && !inEntity && (c & 0xC0) != 0x80) ++count;
+        if (ch == '&') inEntity = true;
+        if (ch == ';') inEntity = false;
+        if (ch == '>') inTag = false;
+    }
+    return count;
+}
+
+// A round length for the scale bar near a fifth of the picture's size: 1, 2 or 5 times a power of 10.
+double ScaleLength(double size) {
+    const double target = size / 5, power = std::pow(10.0, std::floor(std::log10(target)));
+    for (double step : {5.0, 2.0, 1.0})
+        if (step * power <= target) return step * power;
+    return power;
+}
+
+class Picture {
+  public:
+    Picture(const ProfileOutcome& outcome, const std::vector<DrawnProfile>& profiles,
+            const ReportUnits& units)
+        : outcome_(outcome), units_(units) {
+        scale_ = FromMillimetres<DLength>(1.0)->Value(units.setting);
+        const bool drawable = outcome.values.has_value();
+        for (std::size_t k = 0; k < outcome.outlines.size(); ++k) {
+            const DrawnProfile& profile = profiles.at(outcome.outlines[k]);
+            const bool hole = k < outcome.isHole.size() && outcome.isHole[k];
+            // Outer outlines counter-clockwise, holes clockwise: even-odd and non-zero fill agree.
+            const bool clockwise = TwiceSignedArea(SegmentsOf(profile, scale_, false)) < 0;
+            paths_ += PathOf(SegmentsOf(profile, scale_, drawable && clockwise != hole), box_) + " ";
+        }
+        if (box_.Empty()) box_.Add(0, 0);
+        size_ = std::max({box_.xmax - box_.xmin, box_.ymax - box_.ymin, 1e-300});
+        stroke_ = size_ / 400;
+        font_ = size_ / 28;
+    }
+
+    std::string Svg() const {
+        const std::vector<std::string> legend = LegendLines();
+        // Wide enough for the longest line: 0.6 of the font size a character, markup left out.
+        std::size_t longest = 0;
+        for (const std::string& line : legend) longest = std::max(longest, VisibleLength(line));
+        const double margin = 0.08 * size_,
+                     legendWidth = 0.6 * font_ * static_cast<double>(longest) + margin + font_;
+        const double legendHeight = (static_cast<double>(legend.size()) + 1) * 1.35 * font_;
+        const double left = box_.xmin - margin, top = -box_.ymax - margin;
+        const double width = box_.xmax - box_.xmin + 2 * margin + legendWidth;
+        const double height =
+            std::max(box_.ymax - box_.ymin + 2 * margin + 2 * font_, legendHeight + 2 * margin);
+        std::string svg = fmt::format(
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1200\" height=\"{:.0f}\" viewBox=\"{} {} {} "
+            "{}\" "
+            "font-family=\"DejaVu Sans, Arial, sans-serif\">\n",
+            1200 * height / width, left, top, width, height);
+        svg += fmt::format("<title>{}</title>\n", Escaped(outcome_.name));
+        svg += fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"white\"/>\n", left, top,
+                           width, height);
+        if (outcome_.values) {
+            svg += fmt::format(
+                "<path class=\"section\" d=\"{}\" fill=\"{}\" fill-rule=\"evenodd\" stroke=\"{}\" "
+                "stroke-width=\"{}\" stroke-linejoin=\"round\"/>\n",
+                paths_, kFill, kOutline, stroke_);
+            svg += Marks(*outcome_.values);
+        } else {
+            svg += fmt::format(
+                "<path class=\"rejected\" d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"{}\" "
+                "stroke-linejoin=\"round\"/>\n",
+                paths_, kWarning, 2 * stroke_);
+        }
+        svg += ScaleBar(box_.xmin, -box_.ymin + margin / 2 + font_);
+        double y = -box_.ymax + font_;
+        svg += fmt::format("<g id=\"legend\" font-size=\"{}\">\n", font_);
+        for (const std::string& line : legend) {
+            svg += fmt::format("<text x=\"{}\" y=\"{}\">{}</text>\n", box_.xmax + margin + font_, y, line);
+            y += 1.35 * font_;
+        }
+        return svg + "</g>\n</svg>\n";
+    }
+
+  private:
+    std::string Value(double value, const std::string& unit) const {
+        return Escaped(Significant(value, std::min(units_.significantDigits, 6)) + " " + unit);
+    }
+
+    std::vector<std::string> LegendLines() const {
+        // The drawing's file name, then the section's own name (the report's name starts with the path).
+        std::string name = outcome_.name;
+        if (!outcome_.file.empty() && name.rfind(outcome_.file + ": ", 0) == 0)
+            name.erase(0, outcome_.file.size() + 2);
+        std::vector<std::string> lines{"<tspan font-weight=\"bold\">" +
+                                           Escaped(std::filesystem::path(outcome_.file).filename().string()) +
+                                           "</tspan>",
+                                       Escaped(name), "lengths in " + Escaped(units_.length)};
+        if (!outcome_.values) {
+            lines.push_back(fmt::format("<tspan fill=\"{}\">not a section: {}</tspan>", kWarning,
+                                        Escaped(outcome_.error)));
+            return lines;
+        }
+        const SectionValues& v = *outcome_.values;
+        lines.push_back("A = " + Value(v.area, units_.area));
+        lines.push_back("Ix = " + Value(v.ix, units_.moment) + ", Iy = " + Value(v.iy, units_.moment));
+        lines.push_back(fmt::format("<tspan fill=\"{}\">1: I1 = {}, at {}</tspan>", kAxes,
+                                    Value(v.i1, units_.moment), Value(v.angle, units_.angle)));
+        lines.push_back(
+            fmt::format("<tspan fill=\"{}\">2: I2 = {}</tspan>", kAxes, Value(v.i2, units_.moment)));
+        lines.push_back("Wel,x = " + Value(v.welxTop, units_.modulus) + " (top), " +
+                        Value(v.welxBottom, units_.modulus));
+        lines.push_back("Wel,y = " + Value(v.welyLeft, units_.modulus) + " (left), " +
+                        Value(v.welyRight, units_.modulus));
+        lines.push_back("Wpl,x = " + Value(v.wplx, units_.modulus) +
+                        ", Wpl,y = " + Value(v.wply, units_.modulus));
+        if (outcome_.torsion) {
+            lines.push_back("J = " + Value(outcome_.torsion->j, units_.moment));
+            lines.push_back("Iw = " + Value(outcome_.torsion->iw, units_.warping));
+        }
+        lines.push_back(fmt::format(
+            "<tspan fill=\"{}\">+ centroid</tspan>, <tspan fill=\"{}\">principal axes 1, 2</tspan>", kOutline,
+            kAxes));
+        lines.push_back(fmt::format(
+            "<tspan fill=\"{}\">- - plastic axes</tspan>, <tspan fill=\"{}\">extreme fibres</tspan>",
+            kPlastic, kFibres));
+        if (outcome_.torsion)
+            lines.push_back(fmt::format("<tspan fill=\"{}\">o shear centre</tspan>", kShearCentre));
+        return lines;
+    }
+
+    std::string Line(const char* id, double x1, double y1, double x2, double y2, const char* colour,
+                     const std::string& extra = "") const {
+        return fmt::format(
+            "<line id=\"{}\" x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\" stroke=\"{}\" stroke-width=\"{}\"{}/>\n",
+            id, x1, -y1, x2, -y2, colour, stroke_, extra);
+    }
+
+    // A principal axis through the centroid along (dx, dy), across the outlines' box and a little
+    // beyond, its name at its positive end.
+    std::string Axis(const char* id, const char* name, double x, double y, double dx, double dy) const {
+        const double grow = 0.04 * size_;
+        double from = -INFINITY, to = INFINITY;
+        const double low[2] = {box_.xmin - grow, box_.ymin - grow},
+                     high[2] = {box_.xmax + grow, box_.ymax + grow}, at[2] = {x, y}, along[2] = {dx, dy};
+        for (int k = 0; k < 2; ++k) {
+            if (std::fabs(along[k]) < 1e-12) continue;
+            const double t1 = (low[k] - at[k]) / along[k], t2 = (high[k] - at[k]) / along[k];
+            from = std::max(from, std::min(t1, t2));
+            to = std::min(to, std::max(t1, t2));
+        }
+        return Line(id, x + from * dx, y + from * dy, x + to * dx, y + to * dy, kAxes) +
+               fmt::format("<text x=\"{}\" y=\"{}\" font-size=\"{}\" fill=\"{}\">{}</text>\n",
+                           x + to * dx + font_ / 4, -(y + to * dy) - font_ / 4, font_, kAxes, name);
+    }
+
+    std::string Marks(const SectionValues& v) const {
+        std::string svg;
+        const double mark = size_ / 60;
+        const double dash = size_ / 80;
+        svg += fmt::format(
+            "<rect id=\"fibres\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"none\" stroke=\"{}\" "
+            "stroke-width=\"{}\" stroke-dasharray=\"{} {}\"/>\n",
+            v.xc - v.left, -(v.yc + v.top), v.left + v.right, v.top + v.bottom, kFibres, stroke_, stroke_ * 2,
+            dash / 2);
+        const double radians = units_.angle == "rad" ? v.angle : v.angle * std::numbers::pi / 180;
+        const double c = std::cos(radians), s = std::sin(radians);
+        svg += Axis("axis-1", "1", v.xc, v.yc, c, s);
+        svg += Axis("axis-2", "2", v.xc, v.yc, -s, c);
+        // Dashed over the axes they often lie on.
+        const std::string dashed = fmt::format(" stroke-dasharray=\"{} {}\"", dash, dash / 2);
+        const double grow = 0.04 * size_;
+        svg += Line("plastic-horizontal", box_.xmin - grow, v.plasticY, box_.xmax + grow, v.plasticY,
+                    kPlastic, dashed);
+        svg += Line("plastic-vertical", v.plasticX, box_.ymin - grow, v.plasticX, box_.ymax + grow, kPlastic,
+                    dashed);
+        svg += fmt::format(
+            "<g id=\"centroid\" stroke=\"{}\" stroke-width=\"{}\"><circle cx=\"{}\" cy=\"{}\" r=\"{}\" "
+            "fill=\"none\"/>"
+            "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
+            "y2=\"{}\"/></g>\n",
+            kOutline, stroke_, v.xc, -v.yc, mark, v.xc - 1.5 * mark, -v.yc, v.xc + 1.5 * mark, -v.yc, v.xc,
+            -v.yc - 1.5 * mark, v.xc, -v.yc + 1.5 * mark);
+        if (outcome_.torsion) {
+            const TorsionValues& t = *outcome_.torsion;
+            svg += fmt::format(
+                "<g id=\"shear-centre\" stroke=\"{}\" stroke-width=\"{}\"><circle cx=\"{}\" cy=\"{}\" "
+                "r=\"{}\" "
+                "fill=\"none\"/><circle cx=\"{}\" cy=\"{}\" r=\"{}\" fill=\"{}\"/></g>\n",
+                kShearCentre, stroke_, t.shearX, -t.shearY, mark, t.shearX, -t.shearY, mark / 4,
+                kShearCentre);
+        }
+        return svg;
+    }
+
+    std::string ScaleBar(double x, double y) const {
+        const double length = ScaleLength(size_), tick = font_ / 3;
+        return fmt::format(
+            "<g id=\"scale-bar\" stroke=\"black\" stroke-width=\"{}\"><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
+            "y2=\"{}\"/>"
+            "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/><line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/>"
+            "<text x=\"{}\" y=\"{}\" font-size=\"{}\" stroke=\"none\">{}</text></g>\n",
+            stroke_, x, y, x + length, y, x, y - tick, x, y + tick, x + length, y - tick, x + length,
+            y + tick, x + length + font_ / 2, y + font_ / 3, font_,
+            Escaped(fmt::format("{:g} {}", length, units_.length)));
+    }
+
+    const ProfileOutcome& outcome_;
+    const ReportUnits& units_;
+    double scale_ = 1, size_ = 1, stroke_ = 1, font_ = 1;
+    Box box_;
+    std::string paths_;
+};
+
+}  // namespace
+
+std::string SectionSvg(const ProfileOutcome& outcome, const std::vector<DrawnProfile>& profiles,
+                       const ReportUnits& units) {
+    return Picture(outcome, profiles, units).Svg();
+}
+
+std::string PictureName(const std::string& file, const ProfileOutcome& outcome, std::size_t ordinal) {
+    std::string name = std::filesystem::path(file).stem().string() + "-" +
+                       (outcome.handle.empty() ? std::to_string(ordinal) : outcome.handle);
+    for (char& c : name)
+        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '_') c = '_';
+    return name + ".svg";
+}
+
+}  // namespace tgp::cli
