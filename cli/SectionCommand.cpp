@@ -112,6 +112,7 @@ struct Options {
     bool quiet = false;
     bool recursive = false;
     std::string svg;  // a picture's file, or the folder of pictures
+    bool svgAll = false;
     bool png = false;
     unsigned jobs = 0;    // 0: one a core
     DrawingOptions read;  // from the options above
@@ -153,6 +154,10 @@ void Declare(CLI::App& app, Options& o) {
         app.add_option("--svg", o.svg,
                        "draw each section to scale as an SVG picture: PATH.svg for one section, else a "
                        "folder of pictures named after the drawing and the section");
+    app.add_flag("--svg-all", o.svgAll,
+                 "also a picture of each whole file: its sections, the outlines that made none and the open "
+                 "lines that were skipped, in grey")
+        ->needs(svg);
     app.add_flag("--png", o.png, "also a PNG of each picture (through rsvg-convert, of librsvg2-bin)")
         ->needs(svg);
     app.add_flag("--json", o.json, "print one JSON document instead of the table");
@@ -246,7 +251,10 @@ class SectionRun {
         const std::string& file = files_[i];
         try {
             DxfSkips skipped;
-            const std::vector<DrawnProfile> profiles = ReadOutlines(file, o_.read, &skipped);
+            std::vector<DrawnProfile> skippedShapes;
+            const std::vector<DrawnProfile> profiles =
+                ReadOutlines(file, o_.read, &skipped, o_.svgAll ? &skippedShapes : nullptr);
+            std::vector<DrawnSection> drawn;  // for the file's overview
             Update(i, [&](FileReport& r) { r.outlines = profiles.size(); });
             std::vector<ProfileOutcome> batch;
             const auto handOver = [&] {
@@ -262,6 +270,9 @@ class SectionRun {
             AnalyseProfiles(
                 profiles, units_.setting, o_.eachLoop, &skipped,
                 [&](ProfileOutcome&& outcome) {
+                    if (o_.svgAll)
+                        drawn.push_back({outcome.outlines, outcome.isHole, outcome.values.has_value(),
+                                         outcome.name, outcome.error});
                     outcome.name = file + ": " + outcome.name;
                     outcome.file = file;
                     if (!o_.svg.empty()) Draw(i, ++ordinal, outcome, profiles);
@@ -270,6 +281,9 @@ class SectionRun {
                 },
                 drawings::TorsionRequest{o_.torsion, o_.poisson});
             if (!batch.empty()) handOver();
+            if (o_.svgAll)
+                Write(PictureFolder() / OverviewName(file),
+                      DrawingSvg(file, drawn, profiles, skippedShapes, SkipSummary(skipped), units_));
             if (!o_.quiet && !skipped.empty())
                 Update(i, [&](FileReport& r) { r.skips = SkipSummary(skipped); });
         } catch (const DrawingFileError& e) {
@@ -291,8 +305,19 @@ class SectionRun {
         } else {
             path /= PictureName(files_[file], outcome, ordinal);
         }
+        Write(path, SectionSvg(outcome, profiles, units_));
+    }
+
+    // Where overviews go: the pictures' folder, or the folder of the one picture's file.
+    std::filesystem::path PictureFolder() const {
+        const std::filesystem::path path(o_.svg);
+        return PictureIsOneFile(o_.svg) ? path.parent_path() : path;
+    }
+
+    // A picture, and its PNG when asked for; a failure is said at the end.
+    void Write(const std::filesystem::path& path, const std::string& svg) {
         std::ofstream picture(path, std::ios::binary);
-        picture << SectionSvg(outcome, profiles, units_);
+        picture << svg;
         picture.close();
         std::string failure;
         if (!picture)

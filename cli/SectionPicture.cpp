@@ -64,10 +64,11 @@ struct Segment {
     double ax, ay, bx, by, bulge;
 };
 
+// An open outline (a line of the drawing) has a segment fewer.
 std::vector<Segment> SegmentsOf(const DrawnProfile& profile, double scale, bool reversed) {
     std::vector<Segment> segments;
-    const std::size_t n = profile.VertexCount();
-    for (std::size_t k = 0; k < n; ++k) {
+    const std::size_t n = std::min(profile.VertexCount(), profile.vertices.size());
+    for (std::size_t k = 0; k + (profile.closed ? 0 : 1) < n; ++k) {
         const Point3 &a = profile.vertices[k], &b = profile.vertices[(k + 1) % n];
         segments.push_back({a.x * scale, a.y * scale, b.x * scale, b.y * scale, profile.bulges[k]});
     }
@@ -90,9 +91,9 @@ double TwiceSignedArea(const std::vector<Segment>& segments) {
     return area;
 }
 
-// The path of one closed outline: lines, and arcs as SVG arcs (in the flipped picture an arc that
-// turns counter-clockwise has sweep flag 0).
-std::string PathOf(const std::vector<Segment>& segments, Box& box) {
+// The path of one outline: lines, and arcs as SVG arcs (in the flipped picture an arc that turns
+// counter-clockwise has sweep flag 0); closed unless it is a line of the drawing.
+std::string PathOf(const std::vector<Segment>& segments, Box& box, bool closed = true) {
     std::string d;
     if (segments.empty()) return d;
     d += fmt::format("M{} {}", X(segments[0].ax), Y(segments[0].ay));
@@ -115,7 +116,46 @@ std::string PathOf(const std::vector<Segment>& segments, Box& box) {
         d += fmt::format(" A{} {} 0 {} {} {} {}", r, r, std::fabs(s.bulge) > 1 ? 1 : 0, s.bulge > 0 ? 0 : 1,
                          X(s.bx), Y(s.by));
     }
+    if (!closed) {
+        box.Add(segments.back().bx, segments.back().by);
+        return d;
+    }
     return d + " Z";
+}
+
+// The outlines of a section as one path, outer ones counter-clockwise and holes clockwise, so that
+// even-odd and non-zero fill agree.
+std::string SectionPath(const std::vector<std::size_t>& outlines, const std::vector<bool>& isHole,
+                        const std::vector<DrawnProfile>& profiles, double scale, bool orient, Box& box) {
+    std::string paths;
+    for (std::size_t k = 0; k < outlines.size(); ++k) {
+        const DrawnProfile& profile = profiles.at(outlines[k]);
+        const bool hole = k < isHole.size() && isHole[k];
+        const bool clockwise = TwiceSignedArea(SegmentsOf(profile, scale, false)) < 0;
+        paths += PathOf(SegmentsOf(profile, scale, orient && clockwise != hole), box) + " ";
+    }
+    return paths;
+}
+
+// Sizes from the picture: a stroke of 1/400 of its larger side, text of 1/28.
+struct Sizes {
+    double size, stroke, font;
+    explicit Sizes(const Box& box)
+        : size(std::max({box.xmax - box.xmin, box.ymax - box.ymin, 1e-300})),
+          stroke(size / 400),
+          font(size / 28) {}
+};
+
+std::string SvgStart(double left, double top, double width, double height, const std::string& title) {
+    return fmt::format(
+               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1200\" height=\"{:.0f}\" viewBox=\"{} {} "
+               "{} {}\" "
+               "font-family=\"DejaVu Sans, Arial, sans-serif\">\n",
+               1200 * height / width, left, top, width, height) +
+           fmt::format("<title>{}</title>\n", Escaped(title)) +
+           fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"white\"/>\n", left, top,
+                       width, height);
 }
 
 // Characters a text shows: its markup and UTF-8 continuation bytes left out, an entity one.
@@ -141,67 +181,84 @@ double ScaleLength(double size) {
     return power;
 }
 
+// Text at (x, y) of the picture (y already down), `size` high: drawn at 16 units and scaled, since
+// renderers hint glyphs of a size below a unit badly (a part of 2 mm has text of 0.07).
+std::string Text(double x, double y, double size, const std::string& content,
+                 const std::string& attributes = "") {
+    return fmt::format("<text transform=\"translate({} {}) scale({})\" font-size=\"16\"{}>{}</text>\n", x, y,
+                       size / 16, attributes, content);
+}
+
+std::string ScaleBar(double x, double y, const Sizes& sizes, const std::string& unit) {
+    const double length = ScaleLength(sizes.size), tick = sizes.font / 3;
+    return fmt::format(
+               "<g id=\"scale-bar\" stroke=\"black\" stroke-width=\"{}\"><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
+               "y2=\"{}\"/>"
+               "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
+               "y2=\"{}\"/></g>\n",
+               sizes.stroke, x, y, x + length, y, x, y - tick, x, y + tick, x + length, y - tick, x + length,
+               y + tick) +
+           Text(x + length + sizes.font / 2, y + sizes.font / 3, sizes.font,
+                Escaped(fmt::format("{:g} {}", length, unit)));
+}
+
+// The drawing's box with a margin, the legend to its right (wide enough for its longest line: 0.6 of
+// the font size a character) and a scale bar below.
+std::string Framed(const Box& box, const Sizes& sizes, const std::string& title, const std::string& body,
+                   const std::vector<std::string>& legend, const std::string& unit) {
+    std::size_t longest = 0;
+    for (const std::string& line : legend) longest = std::max(longest, VisibleLength(line));
+    const double margin = 0.08 * sizes.size, font = sizes.font;
+    const double legendWidth = 0.6 * font * static_cast<double>(longest) + margin + font;
+    const double legendHeight = (static_cast<double>(legend.size()) + 1) * 1.35 * font;
+    const double left = box.xmin - margin, top = -box.ymax - margin;
+    const double width = box.xmax - box.xmin + 2 * margin + legendWidth;
+    const double height = std::max(box.ymax - box.ymin + 2 * margin + 2 * font, legendHeight + 2 * margin);
+    std::string svg = SvgStart(left, top, width, height, title) + body;
+    svg += ScaleBar(box.xmin, -box.ymin + margin / 2 + font, sizes, unit);
+    double y = -box.ymax + font;
+    svg += "<g id=\"legend\">\n";
+    for (const std::string& line : legend) {
+        svg += Text(box.xmax + margin + font, y, font, line);
+        y += 1.35 * font;
+    }
+    return svg + "</g>\n</svg>\n";
+}
+
+double LengthPerMillimetre(const ReportUnits& units) {
+    return FromMillimetres<DLength>(1.0)->Value(units.setting);
+}
+
 class Picture {
   public:
     Picture(const ProfileOutcome& outcome, const std::vector<DrawnProfile>& profiles,
             const ReportUnits& units)
-        : outcome_(outcome), units_(units) {
-        scale_ = FromMillimetres<DLength>(1.0)->Value(units.setting);
-        const bool drawable = outcome.values.has_value();
-        for (std::size_t k = 0; k < outcome.outlines.size(); ++k) {
-            const DrawnProfile& profile = profiles.at(outcome.outlines[k]);
-            const bool hole = k < outcome.isHole.size() && outcome.isHole[k];
-            // Outer outlines counter-clockwise, holes clockwise: even-odd and non-zero fill agree.
-            const bool clockwise = TwiceSignedArea(SegmentsOf(profile, scale_, false)) < 0;
-            paths_ += PathOf(SegmentsOf(profile, scale_, drawable && clockwise != hole), box_) + " ";
-        }
+        : outcome_(outcome),
+          units_(units),
+          paths_(SectionPath(outcome.outlines, outcome.isHole, profiles, LengthPerMillimetre(units),
+                             outcome.values.has_value(), box_)),
+          sizes_(box_.Empty() ? Box{0, 0, 0, 0} : box_) {
         if (box_.Empty()) box_.Add(0, 0);
-        size_ = std::max({box_.xmax - box_.xmin, box_.ymax - box_.ymin, 1e-300});
-        stroke_ = size_ / 400;
-        font_ = size_ / 28;
+        size_ = sizes_.size;
+        stroke_ = sizes_.stroke;
+        font_ = sizes_.font;
     }
 
     std::string Svg() const {
-        const std::vector<std::string> legend = LegendLines();
-        // Wide enough for the longest line: 0.6 of the font size a character, markup left out.
-        std::size_t longest = 0;
-        for (const std::string& line : legend) longest = std::max(longest, VisibleLength(line));
-        const double margin = 0.08 * size_,
-                     legendWidth = 0.6 * font_ * static_cast<double>(longest) + margin + font_;
-        const double legendHeight = (static_cast<double>(legend.size()) + 1) * 1.35 * font_;
-        const double left = box_.xmin - margin, top = -box_.ymax - margin;
-        const double width = box_.xmax - box_.xmin + 2 * margin + legendWidth;
-        const double height =
-            std::max(box_.ymax - box_.ymin + 2 * margin + 2 * font_, legendHeight + 2 * margin);
-        std::string svg = fmt::format(
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1200\" height=\"{:.0f}\" viewBox=\"{} {} {} "
-            "{}\" "
-            "font-family=\"DejaVu Sans, Arial, sans-serif\">\n",
-            1200 * height / width, left, top, width, height);
-        svg += fmt::format("<title>{}</title>\n", Escaped(outcome_.name));
-        svg += fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"white\"/>\n", left, top,
-                           width, height);
+        std::string body;
         if (outcome_.values) {
-            svg += fmt::format(
+            body += fmt::format(
                 "<path class=\"section\" d=\"{}\" fill=\"{}\" fill-rule=\"evenodd\" stroke=\"{}\" "
                 "stroke-width=\"{}\" stroke-linejoin=\"round\"/>\n",
                 paths_, kFill, kOutline, stroke_);
-            svg += Marks(*outcome_.values);
+            body += Marks(*outcome_.values);
         } else {
-            svg += fmt::format(
+            body += fmt::format(
                 "<path class=\"rejected\" d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"{}\" "
                 "stroke-linejoin=\"round\"/>\n",
                 paths_, kWarning, 2 * stroke_);
         }
-        svg += ScaleBar(box_.xmin, -box_.ymin + margin / 2 + font_);
-        double y = -box_.ymax + font_;
-        svg += fmt::format("<g id=\"legend\" font-size=\"{}\">\n", font_);
-        for (const std::string& line : legend) {
-            svg += fmt::format("<text x=\"{}\" y=\"{}\">{}</text>\n", box_.xmax + margin + font_, y, line);
-            y += 1.35 * font_;
-        }
-        return svg + "</g>\n</svg>\n";
+        return Framed(box_, sizes_, outcome_.name, body, LegendLines(), units_.length);
     }
 
   private:
@@ -272,8 +329,8 @@ class Picture {
             to = std::min(to, std::max(t1, t2));
         }
         return Line(id, x + from * dx, y + from * dy, x + to * dx, y + to * dy, kAxes) +
-               fmt::format("<text x=\"{}\" y=\"{}\" font-size=\"{}\" fill=\"{}\">{}</text>\n",
-                           x + to * dx + font_ / 4, -(y + to * dy) - font_ / 4, font_, kAxes, name);
+               Text(x + to * dx + font_ / 4, -(y + to * dy) - font_ / 4, font_, name,
+                    fmt::format(" fill=\"{}\"", kAxes));
     }
 
     std::string Marks(const SectionValues& v) const {
@@ -315,23 +372,12 @@ class Picture {
         return svg;
     }
 
-    std::string ScaleBar(double x, double y) const {
-        const double length = ScaleLength(size_), tick = font_ / 3;
-        return fmt::format(
-            "<g id=\"scale-bar\" stroke=\"black\" stroke-width=\"{}\"><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
-            "y2=\"{}\"/>"
-            "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/><line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/>"
-            "<text x=\"{}\" y=\"{}\" font-size=\"{}\" stroke=\"none\">{}</text></g>\n",
-            stroke_, x, y, x + length, y, x, y - tick, x, y + tick, x + length, y - tick, x + length,
-            y + tick, x + length + font_ / 2, y + font_ / 3, font_,
-            Escaped(fmt::format("{:g} {}", length, units_.length)));
-    }
-
     const ProfileOutcome& outcome_;
     const ReportUnits& units_;
-    double scale_ = 1, size_ = 1, stroke_ = 1, font_ = 1;
     Box box_;
     std::string paths_;
+    Sizes sizes_;
+    double size_ = 1, stroke_ = 1, font_ = 1;
 };
 
 }  // namespace
@@ -341,12 +387,88 @@ std::string SectionSvg(const ProfileOutcome& outcome, const std::vector<DrawnPro
     return Picture(outcome, profiles, units).Svg();
 }
 
-std::string PictureName(const std::string& file, const ProfileOutcome& outcome, std::size_t ordinal) {
-    std::string name = std::filesystem::path(file).stem().string() + "-" +
-                       (outcome.handle.empty() ? std::to_string(ordinal) : outcome.handle);
+std::string DrawingSvg(const std::string& file, const std::vector<DrawnSection>& sections,
+                       const std::vector<DrawnProfile>& profiles,
+                       const std::vector<DrawnProfile>& skippedShapes, const std::string& skipSummary,
+                       const ReportUnits& units) {
+    constexpr std::size_t kMostReasons = 12;
+    const double scale = LengthPerMillimetre(units);
+    Box box;
+    std::string filled, rejected, skipped;
+    std::vector<std::string> reasons;
+    std::size_t valid = 0;
+    for (const DrawnSection& section : sections) {
+        const std::string path =
+            SectionPath(section.outlines, section.isHole, profiles, scale, section.valid, box);
+        (section.valid ? filled : rejected) += path;
+        if (section.valid) {
+            ++valid;
+        } else if (reasons.size() < kMostReasons) {
+            reasons.push_back(fmt::format("<tspan fill=\"{}\">{}: {}</tspan>", kWarning,
+                                          Escaped(section.name), Escaped(section.error)));
+        }
+    }
+    for (const DrawnProfile& shape : skippedShapes)
+        skipped += PathOf(SegmentsOf(shape, scale, false), box, false) + " ";
+    if (box.Empty()) box.Add(0, 0);
+    const Sizes sizes(box);
+    std::string body;
+    auto layer = [&](const char* kind, const std::string& d, const char* fill, const char* stroke,
+                     double width) {
+        if (!d.empty())  // each path ends in a space
+            body += fmt::format(
+                "<path class=\"{}\" d=\"{}\" fill=\"{}\" fill-rule=\"evenodd\" stroke=\"{}\" "
+                "stroke-width=\"{}\" "
+                "stroke-linejoin=\"round\"/>\n",
+                kind, d.substr(0, d.size() - 1), fill, stroke, width);
+    };
+    layer("skipped", skipped, "none", kFibres, 1.5 * sizes.stroke);
+    layer("section", filled, kFill, kOutline, sizes.stroke);
+    layer("rejected", rejected, "none", kWarning, 2 * sizes.stroke);
+    const std::size_t rejectedCount = sections.size() - valid;
+    std::vector<std::string> legend{
+        "<tspan font-weight=\"bold\">" + Escaped(std::filesystem::path(file).filename().string()) +
+            "</tspan>",
+        "lengths in " + Escaped(units.length),
+        fmt::format("<tspan fill=\"{}\">{} section{}</tspan>", kOutline, valid, valid == 1 ? "" : "s")};
+    if (rejectedCount > 0)
+        legend.push_back(fmt::format("<tspan fill=\"{}\">{} outline{} that made no section:</tspan>",
+                                     kWarning, rejectedCount, rejectedCount == 1 ? "" : "s"));
+    legend.insert(legend.end(), reasons.begin(), reasons.end());
+    if (rejectedCount > reasons.size())
+        legend.push_back(
+            fmt::format("<tspan fill=\"{}\">and {} more</tspan>", kWarning, rejectedCount - reasons.size()));
+    if (!skipSummary.empty()) {  // a kind a line: "12 TEXT, 3 open LWPOLYLINE on layer DIM"
+        legend.push_back(fmt::format("<tspan fill=\"{}\">skipped (open lines in grey):</tspan>", kFibres));
+        std::size_t from = 0, kinds = 0;
+        while (from < skipSummary.size() && kinds++ < kMostReasons) {
+            const std::size_t comma = std::min(skipSummary.find(", ", from), skipSummary.size());
+            legend.push_back(fmt::format("<tspan fill=\"{}\">{}</tspan>", kFibres,
+                                         Escaped(skipSummary.substr(from, comma - from))));
+            from = comma + 2;
+        }
+    }
+    return Framed(box, sizes, file, body, legend, units.length);
+}
+
+namespace {
+
+std::string FileNamePart(std::string name) {
     for (char& c : name)
         if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '_') c = '_';
-    return name + ".svg";
+    return name;
+}
+
+}  // namespace
+
+std::string PictureName(const std::string& file, const ProfileOutcome& outcome, std::size_t ordinal) {
+    return FileNamePart(std::filesystem::path(file).stem().string() + "-" +
+                        (outcome.handle.empty() ? std::to_string(ordinal) : outcome.handle)) +
+           ".svg";
+}
+
+std::string OverviewName(const std::string& file) {
+    return FileNamePart(std::filesystem::path(file).stem().string() + "-all") + ".svg";
 }
 
 }  // namespace tgp::cli

@@ -26,8 +26,8 @@ std::string DrawingSections::SkipSummary() const {
 }
 
 std::vector<DrawnProfile> ReadOutlines(const std::string& path, const DrawingOptions& options,
-                                       SkipList* skipped) {
-    if (IsDxf(path, options.format)) return ReadDxfProfiles(path, options, skipped);
+                                       SkipList* skipped, std::vector<DrawnProfile>* skippedShapes) {
+    if (IsDxf(path, options.format)) return ReadDxfProfiles(path, options, skipped, skippedShapes);
     const MappedFile file(path);
     std::vector<DrawnProfile> profiles = ReadTextProfiles(file.Text(), path);
     const double scale = options.millimetresPerUnit.value_or(1);

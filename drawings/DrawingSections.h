@@ -52,8 +52,10 @@ struct DrawingSections {
 // opened, is not DXF or is cut short raises DrawingFileError (2411) naming the file and the cause.
 DrawingSections ReadDrawingSections(const std::string& path, const DrawingOptions& options = {});
 
-// The closed-outline candidates of the same file in millimetres, before they are built into loops.
+// The closed-outline candidates of the same file in millimetres, before they are built into loops;
+// with `skippedShapes`, a drawing's open lines that made no outline too (see ReadDxfProfiles).
 std::vector<DrawnProfile> ReadOutlines(const std::string& path, const DrawingOptions& options,
-                                       SkipList* skipped = nullptr);
+                                       SkipList* skipped = nullptr,
+                                       std::vector<DrawnProfile>* skippedShapes = nullptr);
 
 }  // namespace tgp::drawings

@@ -60,8 +60,13 @@ class Resolver {
   public:
     // The drawing is the resolver's: the shapes of the space read at the top (model space, or a
     // layout) are used once, and their vertex lists move into the outlines instead of being copied.
-    Resolver(DxfDrawing drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped)
-        : drawing_(std::move(drawing)), options_(options), scale_(scale), skipped_(skipped) {}
+    Resolver(DxfDrawing drawing, const DxfReadOptions& options, double scale, DxfSkips* skipped,
+             std::vector<DrawnProfile>* skippedShapes)
+        : drawing_(std::move(drawing)),
+          options_(options),
+          scale_(scale),
+          skipped_(skipped),
+          skippedShapes_(skippedShapes) {}
 
     // The space to read: model space, or a layout's (the active one's entities are in the ENTITIES
     // section marked as paper space, the others' in blocks of their own).
@@ -82,6 +87,16 @@ class Resolver {
         }
         std::vector<DrawnProfile> chains =
             ChainEdges(edges_, [this](const DrawnEdge& edge, const std::string& why) {
+                if (skippedShapes_) {
+                    DrawnProfile open;
+                    open.type = edge.type;
+                    open.layer = edge.layer;
+                    open.vertices = edge.vertices;
+                    open.bulges = edge.bulges;
+                    open.bulges.resize(open.vertices.size(), 0);
+                    open.closed = false;
+                    skippedShapes_->push_back(std::move(open));
+                }
                 if (IsPolyline(edge.type)) return Skip(OpenShape(edge.type, edge.layer));
                 Skip(edge.type + (edge.layer.empty() ? "" : " on layer " + edge.layer) + " " + why);
             });
@@ -166,7 +181,13 @@ class Resolver {
     void Shape(DxfShape& shape, const Context& context, bool last) {
         if (Excluded(shape.paperSpace)) return Skip(shape.type + ExcludedSpace());
         const std::string layer = LayerOf(shape.layer, context);
-        if (!Wanted(layer)) return Skip(shape.type + " on other layers");
+        if (!Wanted(layer)) {
+            if (skippedShapes_ && shape.pieces.empty()) {
+                DrawnProfile p = Placed(shape, shape.extrusion, context, layer, last);
+                if (p.problem.empty()) skippedShapes_->push_back(std::move(p));
+            }
+            return Skip(shape.type + " on other layers");
+        }
         if (!shape.pieces.empty()) return Boundary(shape, context, layer);
         DrawnProfile p = Placed(shape, shape.extrusion, context, layer, last);
         // An open polyline is chained with lines, arcs and open splines like one of them (a CAD
@@ -178,7 +199,11 @@ class Resolver {
                 return;
             }
         }
-        if (!p.closed && p.problem.empty()) return Skip(OpenShape(shape.type, layer));
+        if (!p.closed && p.problem.empty()) {
+            Skip(OpenShape(shape.type, layer));
+            if (skippedShapes_) skippedShapes_->push_back(std::move(p));
+            return;
+        }
         profiles_.push_back(std::move(p));
     }
 
@@ -358,6 +383,7 @@ class Resolver {
     const DxfReadOptions& options_;
     double scale_;
     DxfSkips* skipped_;
+    std::vector<DrawnProfile>* skippedShapes_;
     long long placed_ = 0;                                      // block copies placed so far
     enum class Paper { None, Only, Any } paper_ = Paper::None;  // which space's entities are read
     std::vector<DrawnProfile> profiles_;
@@ -419,27 +445,29 @@ std::string SkipSummary(const DxfSkips& skipped) {
 namespace {
 
 std::vector<DrawnProfile> Resolve(DxfDrawing drawing, const std::string& source,
-                                  const DxfReadOptions& options, DxfSkips* skipped) {
+                                  const DxfReadOptions& options, DxfSkips* skipped,
+                                  std::vector<DrawnProfile>* skippedShapes) {
     double scale = options.millimetresPerUnit.value_or(MillimetresPerInsUnit(drawing.insunits));
     if (!(scale > 0)) scale = 1;  // a unitless drawing is taken in millimetres
-    return Resolver(std::move(drawing), options, scale, skipped).Run(source);
+    return Resolver(std::move(drawing), options, scale, skipped, skippedShapes).Run(source);
 }
 
 }  // namespace
 
 // The file is let go once parsed: its pages would otherwise stay with the outlines made from them.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options,
-                                          DxfSkips* skipped) {
+                                          DxfSkips* skipped, std::vector<DrawnProfile>* skippedShapes) {
     DxfDrawing drawing = [&] {
         const MappedFile file(path);
         return ParseDxf(file.Text(), path);
     }();
-    return Resolve(std::move(drawing), path, options, skipped);
+    return Resolve(std::move(drawing), path, options, skipped, skippedShapes);
 }
 
 std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source,
-                                      const DxfReadOptions& options, DxfSkips* skipped) {
-    return Resolve(ParseDxf(contents, source), source, options, skipped);
+                                      const DxfReadOptions& options, DxfSkips* skipped,
+                                      std::vector<DrawnProfile>* skippedShapes) {
+    return Resolve(ParseDxf(contents, source), source, options, skipped, skippedShapes);
 }
 
 }  // namespace tgp::drawings

@@ -37,11 +37,15 @@ struct DxfReadOptions {
 // entity: "LWPOLYLINE handle 2F on layer IPE200", "... in block B (INSERT handle 3A)". The drawing unit is
 // $INSUNITS (millimetres when unitless) unless the options give one. A file that cannot be opened or read
 // raises DrawingFileError.
+// With `skippedShapes`, the open lines among what was skipped (open polylines, lines and arcs that
+// close nothing, shapes on other layers) are kept there as drawn, open, for a picture.
 std::vector<DrawnProfile> ReadDxfProfiles(const std::string& path, const DxfReadOptions& options = {},
-                                          DxfSkips* skipped = nullptr);
+                                          DxfSkips* skipped = nullptr,
+                                          std::vector<DrawnProfile>* skippedShapes = nullptr);
 // The same from the text of a drawing; `source` names it in messages.
 std::vector<DrawnProfile> ReadDxfText(std::string_view contents, const std::string& source,
-                                      const DxfReadOptions& options = {}, DxfSkips* skipped = nullptr);
+                                      const DxfReadOptions& options = {}, DxfSkips* skipped = nullptr,
+                                      std::vector<DrawnProfile>* skippedShapes = nullptr);
 
 // Millimetres per drawing unit for an $INSUNITS code; 0 for unitless and unknown codes.
 double MillimetresPerInsUnit(int code);

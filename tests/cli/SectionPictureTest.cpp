@@ -12,6 +12,7 @@
 
 #include "cli/SectionPicture.h"
 #include "profiles/ProfileTestShapes.h"
+#include "support/DxfText.h"
 #include "support/SectionCommandRun.h"
 
 namespace tgp::cli {
@@ -153,6 +154,43 @@ TEST(SectionPicture, RejectedOutlinesOneFileAndNames) {
     char magic[4] = {};
     png.read(magic, 4);
     EXPECT_EQ(std::string(magic + 1, 3), "PNG");
+}
+
+// The whole file with --svg-all: its section filled, the outline that cuts itself in the warning
+// colour with its reason, the line that closes nothing in grey.
+TEST(SectionPicture, OverviewShowsWhatWasNotRead) {
+    const std::string drawing =
+        test::Drawing(test::Polyline("1", "PLATE", {{0, 0}, {10, 0}, {10, 10}, {0, 10}}) +
+                      test::Polyline("2", "PLATE", {{20, 0}, {30, 10}, {30, 0}, {20, 10}}) +
+                      "0\nLINE\n5\n3\n8\nDIM\n10\n0\n20\n-5\n11\n30\n21\n-5\n");
+    const std::string file = TempText("overview.dxf", drawing);
+    const fs::path folder = fs::path(::testing::TempDir()) / "overview";
+    fs::remove_all(folder);
+    EXPECT_EQ(RunCommand({file, "--svg", folder.string(), "--svg-all"}).code, 2);
+    const pugi::xml_document doc = Parsed(folder / OverviewName(file));
+    auto path = [&](const char* kind) {
+        return doc
+            .find_node(
+                [&](const pugi::xml_node& n) { return std::string(n.attribute("class").value()) == kind; })
+            .attribute("d")
+            .value();
+    };
+    EXPECT_NEAR(PathArea(path("section")), 100, 1e-9);
+    EXPECT_NE(std::string(path("rejected")), "");
+    EXPECT_EQ(std::string(path("skipped")), "M0 5 L30 5") << "the line, y down";
+    std::string legend;  // every piece of text, each followed by '|'
+    struct Texts : pugi::xml_tree_walker {
+        std::string* out;
+        bool for_each(pugi::xml_node& node) override {
+            if (node.type() == pugi::node_pcdata) *out += std::string(node.value()) + "|";
+            return true;
+        }
+    } texts;
+    texts.out = &legend;
+    ById(doc, "legend").traverse(texts);
+    for (const char* expected :
+         {"1 section|", "1 outline that made no section:|", "cuts itself", "1 LINE on layer DIM"})
+        EXPECT_NE(legend.find(expected), std::string::npos) << expected << " in " << legend;
 }
 
 }  // namespace
