@@ -193,5 +193,43 @@ TEST(SectionPicture, OverviewShowsWhatWasNotRead) {
         EXPECT_NE(legend.find(expected), std::string::npos) << expected << " in " << legend;
 }
 
+// Strokes and text are sized from the picture: a part drawn 10,000 times larger gives the same
+// picture, its strokes and text as large against its height (its width follows the legend's texts,
+// whose numbers differ).
+TEST(SectionPicture, StrokesAndTextScaleWithThePicture) {
+    std::vector<std::vector<double>> ratios;
+    for (const double scale : {0.001, 10.0}) {
+        std::ostringstream text;
+        for (auto [x, y] : {std::pair{0.0, 0.0}, {100.0, 0.0}, {100.0, 20.0}, {0.0, 20.0}})
+            text << x * scale << " " << y * scale << "\n";
+        text << "\n"
+             << 0 << " " << 40 * scale << "\n"
+             << 10 * scale << " " << 50 * scale << "\n"
+             << 10 * scale << " " << 40 * scale << "\n"
+             << 0 << " " << 50 * scale << "\n";
+        const std::string file = TempText("scaled.txt", text.str());
+        const fs::path folder = fs::path(::testing::TempDir()) / "scaled";
+        fs::remove_all(folder);
+        RunCommand({file, "--svg", folder.string(), "--svg-all"});
+        const pugi::xml_document doc = Parsed(folder / OverviewName(file));
+        std::istringstream box(doc.child("svg").attribute("viewBox").value());
+        double x = 0, y = 0, width = 0, height = 0;
+        box >> x >> y >> width >> height;
+        std::vector<double> ratio;
+        for (const char* kind : {"section", "rejected"}) {
+            ratio.push_back(doc.find_node([&](const pugi::xml_node& n) {
+                                   return std::string(n.attribute("class").value()) == kind;
+                               })
+                                .attribute("stroke-width")
+                                .as_double() /
+                            height);
+        }
+        std::string transform = ById(doc, "legend").child("text").attribute("transform").value();
+        ratio.push_back(std::stod(transform.substr(transform.find("scale(") + 6)) / height);
+        ratios.push_back(ratio);
+    }
+    for (std::size_t k = 0; k < ratios[0].size(); ++k) EXPECT_NEAR(ratios[1][k] / ratios[0][k], 1, 1e-9) << k;
+}
+
 }  // namespace
 }  // namespace tgp::cli
