@@ -239,9 +239,6 @@ class Picture {
                              outcome.values.has_value(), box_)),
           sizes_(box_.Empty() ? Box{0, 0, 0, 0} : box_) {
         if (box_.Empty()) box_.Add(0, 0);
-        size_ = sizes_.size;
-        stroke_ = sizes_.stroke;
-        font_ = sizes_.font;
     }
 
     std::string Svg() const {
@@ -250,13 +247,13 @@ class Picture {
             body += fmt::format(
                 "<path class=\"section\" d=\"{}\" fill=\"{}\" fill-rule=\"evenodd\" stroke=\"{}\" "
                 "stroke-width=\"{}\" stroke-linejoin=\"round\"/>\n",
-                paths_, kFill, kOutline, stroke_);
+                paths_, kFill, kOutline, sizes_.stroke);
             body += Marks(*outcome_.values);
         } else {
             body += fmt::format(
                 "<path class=\"rejected\" d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"{}\" "
                 "stroke-linejoin=\"round\"/>\n",
-                paths_, kWarning, 2 * stroke_);
+                paths_, kWarning, 2 * sizes_.stroke);
         }
         return Framed(box_, sizes_, outcome_.name, body, LegendLines(), units_.length);
     }
@@ -312,13 +309,13 @@ class Picture {
                      const std::string& extra = "") const {
         return fmt::format(
             "<line id=\"{}\" x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\" stroke=\"{}\" stroke-width=\"{}\"{}/>\n",
-            id, x1, -y1, x2, -y2, colour, stroke_, extra);
+            id, x1, -y1, x2, -y2, colour, sizes_.stroke, extra);
     }
 
     // A principal axis through the centroid along (dx, dy), across the outlines' box and a little
     // beyond, its name at its positive end.
     std::string Axis(const char* id, const char* name, double x, double y, double dx, double dy) const {
-        const double grow = 0.04 * size_;
+        const double grow = 0.04 * sizes_.size;
         double from = -INFINITY, to = INFINITY;
         const double low[2] = {box_.xmin - grow, box_.ymin - grow},
                      high[2] = {box_.xmax + grow, box_.ymax + grow}, at[2] = {x, y}, along[2] = {dx, dy};
@@ -329,26 +326,26 @@ class Picture {
             to = std::min(to, std::max(t1, t2));
         }
         return Line(id, x + from * dx, y + from * dy, x + to * dx, y + to * dy, kAxes) +
-               Text(x + to * dx + font_ / 4, -(y + to * dy) - font_ / 4, font_, name,
+               Text(x + to * dx + sizes_.font / 4, -(y + to * dy) - sizes_.font / 4, sizes_.font, name,
                     fmt::format(" fill=\"{}\"", kAxes));
     }
 
     std::string Marks(const SectionValues& v) const {
         std::string svg;
-        const double mark = size_ / 60;
-        const double dash = size_ / 80;
+        const double mark = sizes_.size / 60;
+        const double dash = sizes_.size / 80;
         svg += fmt::format(
             "<rect id=\"fibres\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"none\" stroke=\"{}\" "
             "stroke-width=\"{}\" stroke-dasharray=\"{} {}\"/>\n",
-            v.xc - v.left, -(v.yc + v.top), v.left + v.right, v.top + v.bottom, kFibres, stroke_, stroke_ * 2,
-            dash / 2);
+            v.xc - v.left, -(v.yc + v.top), v.left + v.right, v.top + v.bottom, kFibres, sizes_.stroke,
+            sizes_.stroke * 2, dash / 2);
         const double radians = units_.angle == "rad" ? v.angle : v.angle * std::numbers::pi / 180;
         const double c = std::cos(radians), s = std::sin(radians);
         svg += Axis("axis-1", "1", v.xc, v.yc, c, s);
         svg += Axis("axis-2", "2", v.xc, v.yc, -s, c);
         // Dashed over the axes they often lie on.
         const std::string dashed = fmt::format(" stroke-dasharray=\"{} {}\"", dash, dash / 2);
-        const double grow = 0.04 * size_;
+        const double grow = 0.04 * sizes_.size;
         svg += Line("plastic-horizontal", box_.xmin - grow, v.plasticY, box_.xmax + grow, v.plasticY,
                     kPlastic, dashed);
         svg += Line("plastic-vertical", v.plasticX, box_.ymin - grow, v.plasticX, box_.ymax + grow, kPlastic,
@@ -358,15 +355,15 @@ class Picture {
             "fill=\"none\"/>"
             "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"/><line x1=\"{}\" y1=\"{}\" x2=\"{}\" "
             "y2=\"{}\"/></g>\n",
-            kOutline, stroke_, v.xc, -v.yc, mark, v.xc - 1.5 * mark, -v.yc, v.xc + 1.5 * mark, -v.yc, v.xc,
-            -v.yc - 1.5 * mark, v.xc, -v.yc + 1.5 * mark);
+            kOutline, sizes_.stroke, v.xc, -v.yc, mark, v.xc - 1.5 * mark, -v.yc, v.xc + 1.5 * mark, -v.yc,
+            v.xc, -v.yc - 1.5 * mark, v.xc, -v.yc + 1.5 * mark);
         if (outcome_.torsion) {
             const TorsionValues& t = *outcome_.torsion;
             svg += fmt::format(
                 "<g id=\"shear-centre\" stroke=\"{}\" stroke-width=\"{}\"><circle cx=\"{}\" cy=\"{}\" "
                 "r=\"{}\" "
                 "fill=\"none\"/><circle cx=\"{}\" cy=\"{}\" r=\"{}\" fill=\"{}\"/></g>\n",
-                kShearCentre, stroke_, t.shearX, -t.shearY, mark, t.shearX, -t.shearY, mark / 4,
+                kShearCentre, sizes_.stroke, t.shearX, -t.shearY, mark, t.shearX, -t.shearY, mark / 4,
                 kShearCentre);
         }
         return svg;
@@ -377,7 +374,6 @@ class Picture {
     Box box_;
     std::string paths_;
     Sizes sizes_;
-    double size_ = 1, stroke_ = 1, font_ = 1;
 };
 
 }  // namespace

@@ -167,7 +167,7 @@ void LaplaceFmm::ListInteractions() {
     for (int level = 2; level <= depth_; ++level) {
         for (Box& box : levels_[static_cast<std::size_t>(level)]) {
             const auto bx = static_cast<long>(Gather(box.key)), by = static_cast<long>(Gather(box.key >> 1));
-            const long cells = std::min(limit, static_cast<long>(1) << level);
+            const long cells = static_cast<long>(1) << level;
             for (long cx = (bx / 2 - 1) * 2; cx <= (bx / 2 + 1) * 2 + 1; ++cx) {
                 for (long cy = (by / 2 - 1) * 2; cy <= (by / 2 + 1) * 2 + 1; ++cy) {
                     if (cx < 0 || cy < 0 || cx >= cells || cy >= cells) continue;
