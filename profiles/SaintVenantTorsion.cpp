@@ -109,19 +109,23 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
         base = std::min(base / 2, longest / 2);
         depth += 2;
     };
-    if (NodesFor(std::min(base / 2, longest / 2), depth + 2) > kMostNodes)
+    std::vector<BoundaryPanels> first = BoundariesFor(base, depth);
+    refine();
+    std::vector<BoundaryPanels> refined = BoundariesFor(base, depth);
+    if (NodeCount(refined) > kMostNodes)
         ThrowLibraryError("SaintVenantTorsion: the boundary needs more than " + std::to_string(kMostNodes) +
                           " nodes, more than this solver holds");
-    Level previous = Solve(base, depth);
+    Level previous = Solve(std::move(first));
     history_.push_back({previous.nodes, previous.j});
     for (int level = 1;; ++level) {
-        refine();
-        if (NodesFor(base, depth) > kMostNodes) break;
-        Level next = Solve(base, depth, &previous);
+        Level next = Solve(std::move(refined), &previous);
         history_.push_back({next.nodes, next.j});
         estimate_ = std::fabs(next.j - previous.j) / std::fabs(next.j);
         previous = std::move(next);
         if (estimate_ <= accuracy || level == kMostRefinements) break;
+        refine();
+        refined = BoundariesFor(base, depth);
+        if (NodeCount(refined) > kMostNodes) break;
     }
     j_ = previous.j;
     warping_ = WarpingConstantOf(previous);
@@ -133,23 +137,29 @@ SaintVenantTorsion::SaintVenantTorsion(Loop7s& section, double accuracy) {
         warped_.push_back({std::move(previous.boundaries[k]), std::move(previous.warpings[k])});
 }
 
-std::size_t SaintVenantTorsion::NodesFor(double base, int depth) const {
+std::vector<BoundaryPanels> SaintVenantTorsion::BoundariesFor(double base, int depth) const {
+    std::vector<BoundaryPanels> boundaries;
+    for (const auto& solid : solids_) boundaries.emplace_back(solid, centroid_, base, depth);
+    return boundaries;
+}
+
+std::size_t SaintVenantTorsion::NodeCount(const std::vector<BoundaryPanels>& boundaries) {
     std::size_t nodes = 0;
-    for (const auto& solid : solids_) nodes += BoundaryPanels(solid, centroid_, base, depth).Nodes().size();
+    for (const BoundaryPanels& boundary : boundaries) nodes += boundary.Nodes().size();
     return nodes;
 }
 
-SaintVenantTorsion::Level SaintVenantTorsion::Solve(double base, int depth, const Level* coarser) const {
+SaintVenantTorsion::Level SaintVenantTorsion::Solve(std::vector<BoundaryPanels> boundaries,
+                                                    const Level* coarser) const {
     Level level;
-    for (const auto& solid : solids_) {
-        const std::size_t k = level.boundaries.size();
-        level.boundaries.emplace_back(solid, centroid_, base, depth);
-        const BoundaryPanels& boundary = level.boundaries.back();
+    level.boundaries = std::move(boundaries);
+    for (std::size_t k = 0; k < level.boundaries.size(); ++k) {
+        const BoundaryPanels& boundary = level.boundaries[k];
         level.warpings.push_back(WarpingAtNodes(
             boundary, coarser ? boundary.Interpolated(coarser->boundaries[k], coarser->warpings[k])
                               : std::vector<double>{}));
-        level.parts.push_back(Integrate(level.boundaries.back(), level.warpings.back()));
-        level.nodes += level.boundaries.back().Nodes().size();
+        level.parts.push_back(Integrate(boundary, level.warpings.back()));
+        level.nodes += boundary.Nodes().size();
         level.j += level.parts.back().ixx + level.parts.back().iyy - level.parts.back().wq;
     }
     // Trefftz's shear centre: w + a x + b y + c_k (per solid) orthogonal to x, y and each solid's 1.

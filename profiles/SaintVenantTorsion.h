@@ -79,9 +79,11 @@ class SaintVenantTorsion {
   private:
     // One refinement's solution: J and the shear centre at once; Iw only for the last one kept.
     struct Level;
+    // The solids' boundaries with panels at most `base` long, graded `depth` levels into corners.
+    std::vector<BoundaryPanels> BoundariesFor(double base, int depth) const;
+    static std::size_t NodeCount(const std::vector<BoundaryPanels>& boundaries);
     // A coarser level, when given, starts the iteration from its solution.
-    Level Solve(double base, int depth, const Level* coarser = nullptr) const;
-    std::size_t NodesFor(double base, int depth) const;
+    Level Solve(std::vector<BoundaryPanels> boundaries, const Level* coarser = nullptr) const;
     double WarpingConstantOf(const Level& level) const;
     void FindLargestStress(const Level& level);
     static Monosymmetry MonosymmetryOf(const Level& level);
