@@ -58,15 +58,18 @@ EditedValue ValueOf(const VARIANT& value) {
     return edited;
 }
 
-// A value's text as the list compares it (anything the runtime can show as text).
+// A value's text as the list compares it: anything the runtime can show as text (Null and Empty
+// as no text). An array, or an object without a text, cannot be chosen from a list: 2411.
 EditedValue TextValueOf(const VARIANT& value) {
     EditedValue edited = ValueOf(value);
-    if (std::holds_alternative<std::monostate>(edited.content) ||
-        std::holds_alternative<std::shared_ptr<Quantity>>(edited.content)) {
+    if (V_VT(&value) == VT_EMPTY || V_VT(&value) == VT_NULL) {
+        edited.content = std::string();
+    } else if (std::holds_alternative<std::monostate>(edited.content) ||
+               std::holds_alternative<std::shared_ptr<Quantity>>(edited.content)) {
         try {
             edited.content = ToText(value);
         } catch (const Error&) {
-            edited.content = std::string();
+            ThrowLibraryError("Invalid datatype");
         }
     }
     return edited;
@@ -105,8 +108,9 @@ std::set<std::unique_ptr<ui::win32::UnitSettingDialog>>& OpenModelessDialogs() {
 
 bool RunEditEnum(VARIANT* Value, BSTR EnumString, BSTR Title, BSTR Desc) {
     if (!Value) throw Error::ObjectRequired();
+    EditedValue value = TextValueOf(Deref(*Value));  // refused before a window is made
     ui::win32::EditQuantityDialog dialog;
-    dialog.Form().EditEnum(TextValueOf(Deref(*Value)), ToUtf8(EnumString), ToUtf8(Title), ToUtf8(Desc));
+    dialog.Form().EditEnum(std::move(value), ToUtf8(EnumString), ToUtf8(Title), ToUtf8(Desc));
     if (!dialog.Run(nullptr)) return false;
     WriteEditedBack(Value, dialog.Form().Value());
     return true;
@@ -116,8 +120,10 @@ bool RunEditQuantity(VARIANT* Value, const VARIANT& UnitID, BSTR Title, BSTR Des
                      IDispatch* OwnerForm) {
     if (!Value) throw Error::ObjectRequired();
     const UnitArg unit = IsMissing(UnitID) ? UnitArg() : ToUnitArg(UnitID);
+    EditedValue value = ValueOf(Deref(*Value));
+    ui::RequireEditableQuantity(value);  // before a window is made: a process may have no display
     ui::win32::EditQuantityDialog dialog;
-    dialog.Form().EditQuantity(ValueOf(Deref(*Value)), unit, ToUtf8(Title), ToUtf8(Desc));
+    dialog.Form().EditQuantity(std::move(value), unit, ToUtf8(Title), ToUtf8(Desc));
     // A VB6-style owner form answers hWnd; anything else (a VBA user form has no such member)
     // leaves the choice of owner to the active window.
     const bool confirmed = dialog.Run(WindowProperty(OwnerForm, L"hWnd"));

@@ -481,6 +481,8 @@ const DispatchTable::Member* DispatchTable::Find(DISPID member, WORD flags) cons
 HRESULT DispatchTable::Invoke(IDispatch* self, DISPID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                               EXCEPINFO* exception, UINT* argError) const {
     const Member* m = Find(member, flags);
+    // JScript calls a property with arguments as a method (q.Value(3)): read it, as VB would.
+    if (!m && flags == DISPATCH_METHOD) m = Find(member, DISPATCH_PROPERTYGET);
     if (!m) return DISP_E_MEMBERNOTFOUND;
     DISPPARAMS none{nullptr, nullptr, 0, 0};
     const DISPPARAMS& given = params ? *params : none;

@@ -75,7 +75,9 @@ bool IsEmptyArray(const VARIANT& value) {
     return array && SafeArrayGetDim(array) == 1 && SUCCEEDED(SafeArrayGetLBound(array, 1, &lower)) &&
            SUCCEEDED(SafeArrayGetUBound(array, 1, &upper)) && upper < lower;
 }
-PointsArgument ReadPoints(const VARIANT& value) {
+PointsArgument ReadPoints(const VARIANT& argument) {
+    ScopedVariant holder;
+    const VARIANT& value = AsSafeArray(argument, holder);
     if (IsArrayOfArrays(value)) return {ToPoints(value), false};
     if (IsEmptyArray(value)) return {};  // a list with no points
     return {{ToPoint(value)}, true};

@@ -2,6 +2,8 @@
 
 #include <dispex.h>
 
+#include <new>
+#include <string>
 #include <vector>
 
 #include "ErrorInfo.h"
@@ -91,6 +93,32 @@ bool HasMember(IDispatch* object, const wchar_t* name) noexcept {
     } catch (...) {
         return false;
     }
+}
+
+bool CopyScriptArray(IDispatch* object, VARIANT* into) {
+    IDispatchEx* script = nullptr;
+    if (!object || FAILED(object->QueryInterface(kIIDDispatchEx, reinterpret_cast<void**>(&script))) ||
+        !script)
+        return false;
+    script->Release();
+    if (!HasMember(object, L"length")) return false;
+    ScopedVariant length;
+    CallByName(object, L"length", DISPATCH_PROPERTYGET, {}, &length);
+    const double count = ToDouble(length.get());
+    if (!(count >= 0 && count <= 0x7fffffff) || count != static_cast<LONG>(count)) return false;
+    SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(count));
+    if (!array) throw std::bad_alloc();
+    VariantInit(into);
+    V_VT(into) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(into) = array;  // the caller's from here: cleared with it if an element fails
+    for (LONG i = 0; i < static_cast<LONG>(count); ++i) {
+        const std::wstring index = std::to_wstring(i);
+        if (!HasMember(object, index.c_str())) continue;  // a hole in the array: Empty
+        ScopedVariant element;
+        CallByName(object, index.c_str(), DISPATCH_PROPERTYGET, {}, &element);
+        if (FAILED(SafeArrayPutElement(array, &i, &element.get()))) throw std::bad_alloc();
+    }
+    return true;
 }
 
 HWND WindowProperty(IDispatch* object, const wchar_t* name) noexcept {

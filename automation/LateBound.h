@@ -13,6 +13,11 @@ namespace tgp::automation {
 void CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::initializer_list<VARIANT> args,
                 VARIANT* result);
 
+// A script's array object (JScript's [3, 4, 0]: a script object, IDispatchEx, with a numeric
+// `length` and members "0", "1", ...) copied into a new zero-based array of Variants in *into (a
+// missing member as Empty). False, *into untouched, for any other object.
+bool CopyScriptArray(IDispatch* object, VARIANT* into);
+
 // Whether the object has a member of that name, as a late-bound call would find it.
 bool HasMember(IDispatch* object, const wchar_t* name) noexcept;
 

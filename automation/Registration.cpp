@@ -5,12 +5,18 @@
 #include "ClassTable.h"
 #include "Server.h"
 #include "Tessary_Geometry_Pro.h"
+#include "Version.h"
 
 namespace tgp::automation {
 namespace {
 
 const std::wstring kLibraryName = L"Tessary_Geometry_Pro";
 const wchar_t kClassesKey[] = L"Software\\Classes\\";
+
+// The type library's version, major.minor of the project's.
+std::wstring TypeLibraryVersion() {
+    return std::to_wstring(TGP_VERSION_MAJOR) + L"." + std::to_wstring(TGP_VERSION_MINOR);
+}
 
 std::wstring GuidText(REFGUID guid) {
     wchar_t text[40] = {};
@@ -39,7 +45,7 @@ LONG WriteClass(HKEY root, const ClassEntry& entry) {
         {clsidKey + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
         {clsidKey + L"\\ProgID", L"", progId},
         {clsidKey + L"\\TypeLib", L"", GuidText(LIBID_Tessary_Geometry_Pro)},
-        {clsidKey + L"\\Version", L"", L"1.0"},
+        {clsidKey + L"\\Version", L"", TypeLibraryVersion()},
         {classes + progId, L"", progId},
         {classes + progId + L"\\CLSID", L"", GuidText(entry.clsid)},
     };
@@ -75,7 +81,8 @@ using UnregisterFunction = HRESULT(WINAPI*)(REFGUID, WORD, WORD, LCID, SYSKIND);
 
 void UnregisterTypeLibrary(const char* entry) {
     if (auto unregister = OleAutomationEntry<UnregisterFunction>(entry))
-        unregister(LIBID_Tessary_Geometry_Pro, 1, 0, LOCALE_NEUTRAL, OwnSysKind());
+        unregister(LIBID_Tessary_Geometry_Pro, TGP_VERSION_MAJOR, TGP_VERSION_MINOR, LOCALE_NEUTRAL,
+                   OwnSysKind());
 }
 
 HRESULT RegisterTypeLibrary(bool perMachine) {
@@ -115,7 +122,8 @@ HRESULT RegisterServer() {
 HRESULT UnregisterServer() {
     RemoveClasses(HKEY_LOCAL_MACHINE);
     RemoveClasses(HKEY_CURRENT_USER);
-    UnRegisterTypeLib(LIBID_Tessary_Geometry_Pro, 1, 0, LOCALE_NEUTRAL, OwnSysKind());
+    UnRegisterTypeLib(LIBID_Tessary_Geometry_Pro, TGP_VERSION_MAJOR, TGP_VERSION_MINOR, LOCALE_NEUTRAL,
+                      OwnSysKind());
     UnregisterTypeLibrary("UnRegisterTypeLibForUser");
     // The library's own key, once no version of it is left (RegDeleteKey refuses a key with subkeys).
     const std::wstring libraryKey =

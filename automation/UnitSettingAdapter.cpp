@@ -40,12 +40,18 @@ class UnitSettingAdapter final : public DispatchObject<::_UnitSetting, ::UnitSet
     HRESULT STDMETHODCALLTYPE get_UnitIDs(VARIANT* result) override {
         return Run([&] {
             std::vector<int16_t> ids = native().UnitIDs();
-            SAFEARRAY* array = SafeArrayCreateVector(VT_I2, 0, static_cast<ULONG>(ids.size()));
+            const VARTYPE elementType = CallerReadsOnlyVariantArrays() ? VT_VARIANT : VT_I2;
+            SAFEARRAY* array = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(ids.size()));
             if (!array) throw std::bad_alloc();
-            for (LONG i = 0; i < static_cast<LONG>(ids.size()); ++i)
-                SafeArrayPutElement(array, &i, &ids[static_cast<std::size_t>(i)]);
+            for (LONG i = 0; i < static_cast<LONG>(ids.size()); ++i) {
+                VARIANT id;
+                V_VT(&id) = VT_I2;
+                V_I2(&id) = ids[static_cast<std::size_t>(i)];
+                SafeArrayPutElement(array, &i,
+                                    elementType == VT_VARIANT ? static_cast<void*>(&id) : &V_I2(&id));
+            }
             VariantInit(&Out(result));
-            V_VT(result) = VT_ARRAY | VT_I2;
+            V_VT(result) = VT_ARRAY | elementType;
             V_ARRAY(result) = array;
         });
     }

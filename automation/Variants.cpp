@@ -1,12 +1,15 @@
 #include "Variants.h"
 
 #include <cmath>
+#include <cstdint>
+#include <deque>
 #include <memory>
 
 #include "LateBound.h"
 #include "NativeObject.h"
 #include "Strings.h"
 #include "core/Error.h"
+#include "units/NumberText.h"
 #include "units/RuntimeInteger.h"
 #include "units/UnitSetting.h"
 
@@ -69,10 +72,41 @@ void PutDouble(SAFEARRAY* array, VARTYPE elementType, LONG* indices, double valu
         elementType == VT_R8 ? static_cast<void*>(&V_R8(&element)) : static_cast<void*>(&element));
 }
 
-// The array a (possibly by-reference) Variant holds, with the given number of dimensions; 13 for
-// anything else.
-SAFEARRAY* ArrayOf(const VARIANT& value, UINT dimensions, VARTYPE& elementType) {
-    const VARIANT& v = Deref(value);
+// A script's array of arrays ([[1, 2], [3, 4]]) as a two-dimensional array of Variants, the outer
+// index the row; rows of unequal length are 13.
+void CopyScriptRows(const VARIANT& rows, ScopedVariant& into) {
+    std::deque<ScopedVariant> cells;  // row by row (a deque: its elements never move)
+    std::size_t rowCount = 0, columns = 0;
+    VisitElements(rows, SIZE_MAX, [&](const VARIANT& row) {
+        const std::size_t length = VisitElements(row, SIZE_MAX, [&](const VARIANT& element) {
+            VariantCopy(&cells.emplace_back().get(), const_cast<VARIANT*>(&element));
+        });
+        if (rowCount++ == 0) columns = length;
+        if (length != columns) throw Error::TypeMismatch();
+    });
+    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(rowCount), 0}, {static_cast<ULONG>(columns), 0}};
+    SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 2, bounds);
+    if (!array) throw std::bad_alloc();
+    V_VT(&into.get()) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&into.get()) = array;
+    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+        LONG indices[2] = {static_cast<LONG>(cell / columns), static_cast<LONG>(cell % columns)};
+        SafeArrayPutElement(array, indices, &cells[cell].get());
+    }
+}
+
+// The array a (possibly by-reference) Variant holds, with the given number of dimensions; a
+// script's array object is copied into `holder` and read from there (one-dimensional, or a list
+// of rows for two); 13 for anything else.
+SAFEARRAY* ArrayOf(const VARIANT& value, UINT dimensions, VARTYPE& elementType, ScopedVariant& holder) {
+    const VARIANT* held = &AsSafeArray(value, holder);
+    if (dimensions == 2 && held == &holder.get()) {
+        ScopedVariant rows;
+        VariantCopy(&rows.get(), &holder.get());
+        VariantClear(&holder.get());
+        CopyScriptRows(rows.get(), holder);
+    }
+    const VARIANT& v = *held;
     if (!(V_VT(&v) & VT_ARRAY)) throw Error::TypeMismatch();
     SAFEARRAY* array = (V_VT(&v) & VT_BYREF) ? *V_ARRAYREF(&v) : V_ARRAY(&v);
     if (!array || SafeArrayGetDim(array) != dimensions) throw Error::TypeMismatch();
@@ -107,7 +141,8 @@ SAFEARRAY* NewDoubleArray(const std::vector<double>& values, VARTYPE elementType
 template <class Visit>
 void ForEachElement(const VARIANT& value, Visit&& visit) {
     VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, 1, elementType);
+    ScopedVariant holder;
+    SAFEARRAY* array = ArrayOf(value, 1, elementType, holder);
     Bounds bounds = BoundsOf(array, 1);
     if (elementType == VT_VARIANT && array->cbElements == sizeof(VARIANT) &&
         SUCCEEDED(SafeArrayLock(array))) {
@@ -138,6 +173,23 @@ const VARIANT& Deref(const VARIANT& value) {
 
 VARIANT& Deref(VARIANT& value) {
     return const_cast<VARIANT&>(Deref(static_cast<const VARIANT&>(value)));
+}
+
+namespace {
+// Set once a script array came in on this thread: its caller is a script engine (JScript) that
+// reads arrays of Variants only.
+thread_local bool scriptArraysSeen = false;
+}  // namespace
+
+bool CallerReadsOnlyVariantArrays() {
+    return scriptArraysSeen;
+}
+
+const VARIANT& AsSafeArray(const VARIANT& value, ScopedVariant& holder) {
+    const VARIANT& v = Deref(value);
+    if (V_VT(&v) != VT_DISPATCH || !CopyScriptArray(V_DISPATCH(&v), &holder.get())) return v;
+    scriptArraysSeen = true;
+    return holder.get();
 }
 
 bool IsMissing(const VARIANT& value) {
@@ -172,6 +224,17 @@ double ToDouble(const VARIANT& value) {
         case VT_R8: return Finite(V_R8(&v));
         case VT_I4: return V_I4(&v);
         case VT_I2: return V_I2(&v);
+        case VT_BSTR: {
+            // Text reads as the number-text service reads it (a decimal point, or a comma where the
+            // number has none: the "2,5" of a macro under a decimal-comma locale); the runtime's
+            // other forms ("&H10", "1,000.5") through its own conversion.
+            try {
+                return ReadWholeNumber(ToUtf8(V_BSTR(&v)));
+            } catch (const Error& e) {
+                if (e.number() != Error::TypeMismatch().number()) throw;
+            }
+            break;
+        }
         default: break;
     }
     ScopedVariant converted;
@@ -195,7 +258,8 @@ int32_t ToInteger32(const VARIANT& value) {
 std::size_t VisitElements(const VARIANT& value, std::size_t limit,
                           const std::function<void(const VARIANT&)>& visit) {
     VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, 1, elementType);
+    ScopedVariant holder;
+    SAFEARRAY* array = ArrayOf(value, 1, elementType, holder);
     const Bounds bounds = BoundsOf(array, 1);
     std::size_t visited = 0;
     for (LONG i = bounds.lower; i <= bounds.upper && visited < limit; ++i, ++visited) {
@@ -232,15 +296,16 @@ Point ToPoint(const VARIANT& value) {
 
 bool IsArrayOfArrays(const VARIANT& value) {
     VARTYPE elementType = VT_EMPTY;
-    const VARIANT& v = Deref(value);
+    ScopedVariant holder;
+    const VARIANT& v = AsSafeArray(value, holder);
     if (!(V_VT(&v) & VT_ARRAY)) return false;
-    SAFEARRAY* array = ArrayOf(v, 1, elementType);
+    SAFEARRAY* array = ArrayOf(v, 1, elementType, holder);
     if (elementType != VT_VARIANT) return false;
     Bounds bounds = BoundsOf(array, 1);
     if (bounds.count() <= 0) return false;
-    ScopedVariant first;
+    ScopedVariant first, firstHolder;
     ReadElement(array, elementType, &bounds.lower, first);
-    return (V_VT(&Deref(first.get())) & VT_ARRAY) != 0;
+    return (V_VT(&AsSafeArray(first.get(), firstHolder)) & VT_ARRAY) != 0;
 }
 
 std::vector<Point> ToPoints(const VARIANT& value) {
@@ -251,7 +316,8 @@ std::vector<Point> ToPoints(const VARIANT& value) {
 
 Array2DData ToArray2D(const VARIANT& value) {
     VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(value, 2, elementType);
+    ScopedVariant holder;
+    SAFEARRAY* array = ArrayOf(value, 2, elementType, holder);
     Bounds rowBounds = BoundsOf(array, 1);
     Bounds colBounds = BoundsOf(array, 2);
     long rows = rowBounds.count();
@@ -271,17 +337,17 @@ Array2DData ToArray2D(const VARIANT& value) {
 
 void SetArray2D(VARIANT* result, const Array2DData& data) {
     SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(data.rows), 0}, {static_cast<ULONG>(data.cols), 0}};
-    SAFEARRAY* array = SafeArrayCreate(VT_R8, 2, bounds);
+    const VARTYPE elementType = CallerReadsOnlyVariantArrays() ? VT_VARIANT : VT_R8;
+    SAFEARRAY* array = SafeArrayCreate(elementType, 2, bounds);
     if (!array) throw std::bad_alloc();
     for (LONG i = 0; i < data.rows; ++i) {
         for (LONG j = 0; j < data.cols; ++j) {
             LONG indices[2] = {i, j};
-            double element = data(static_cast<int>(i), static_cast<int>(j));
-            SafeArrayPutElement(array, indices, &element);
+            PutDouble(array, elementType, indices, data(static_cast<int>(i), static_cast<int>(j)));
         }
     }
     VariantInit(result);
-    V_VT(result) = VT_ARRAY | VT_R8;
+    V_VT(result) = VT_ARRAY | elementType;
     V_ARRAY(result) = array;
 }
 
@@ -301,6 +367,7 @@ UnitArg ToUnitArg(const VARIANT& value) {
 }
 
 void SetDoubleArray(VARIANT* result, const std::vector<double>& values) {
+    if (CallerReadsOnlyVariantArrays()) return SetVariantArray(result, values);
     VariantInit(result);
     V_ARRAY(result) = NewDoubleArray(values, VT_R8);
     V_VT(result) = VT_ARRAY | VT_R8;
@@ -462,7 +529,8 @@ void ExchangeVariables(VARIANT* first, VARIANT* second, const Point& firstNow, c
 void ZeroElements(VARIANT* target, const std::vector<std::size_t>& positions) {
     if (!target || positions.empty()) return;
     VARTYPE elementType = VT_EMPTY;
-    SAFEARRAY* array = ArrayOf(*target, 1, elementType);
+    ScopedVariant holder;
+    SAFEARRAY* array = ArrayOf(*target, 1, elementType, holder);
     const LONG lower = BoundsOf(array, 1).lower;
     VARIANT zero;
     V_VT(&zero) = VT_I2;  // what `v(i) = 0` stores in a Variant element

@@ -22,6 +22,14 @@ namespace tgp::automation {
 const VARIANT& Deref(const VARIANT& value);
 VARIANT& Deref(VARIANT& value);
 
+// The value itself, or in place of a script's array object (JScript's [3, 4, 0]) a copy of it as a
+// zero-based array of Variants, held in `holder`: every member that takes an array takes both.
+class ScopedVariant;
+const VARIANT& AsSafeArray(const VARIANT& value, ScopedVariant& holder);
+// JScript reads arrays of Variants only (VBArray), where macros declare arrays of Double: once a
+// script array has come in on a thread, the arrays the library returns on it hold Variants.
+bool CallerReadsOnlyVariantArrays();
+
 // An omitted optional argument (or Empty, which a script's unset variable also sends).
 bool IsMissing(const VARIANT& value);
 // An omitted optional argument only: an Empty variable passed by reference is a place to write to.
@@ -29,6 +37,8 @@ bool IsOmitted(const VARIANT* value);
 // An object reference that is Nothing.
 bool IsNothing(const VARIANT& value);
 
+// A number; text as the number-text service reads a whole text ("2.5", "2,5"), else as the
+// runtime converts it ("&H10").
 double ToDouble(const VARIANT& value);
 // Numbers to the runtime's Integer and Long, text included, through the runtime's own conversion
 // (VariantChangeType): "&H3" is 3 and "1,000" is 1000, as CInt reads them.
@@ -64,7 +74,8 @@ void SetArray2D(VARIANT* result, const Array2DData& array);
 UnitArg ToUnitArg(const VARIANT& value);
 
 // Results, written into the caller's [out, retval] VARIANT.
-void SetDoubleArray(VARIANT* result, const std::vector<double>& values);   // zero-based Double()
+void SetDoubleArray(VARIANT* result,
+                    const std::vector<double>& values);  // zero-based Double(), Variant() for JScript
 void SetVariantArray(VARIANT* result, const std::vector<double>& values);  // zero-based Variant()
 void SetDouble(VARIANT* result, double value);
 // A zero-based array of Variants, each a zero-based array of Double (a list of points).

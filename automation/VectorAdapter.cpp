@@ -8,7 +8,9 @@ namespace tgp::automation {
 namespace {
 
 // Scales a point, or each point of an array of points at any depth, as vxr does.
-void ScaleInto(const VARIANT& v, double r, VARIANT* result) {
+void ScaleInto(const VARIANT& argument, double r, VARIANT* result) {
+    ScopedVariant holder;
+    const VARIANT& v = AsSafeArray(argument, holder);
     if (!IsArrayOfArrays(v)) {
         SetDoubleArray(result, tgp::Vector::vxr(ToPoint(v), r));
         return;

@@ -68,14 +68,20 @@ Quantity& frmEditQuantity::EditedQuantity() const {
     return *std::get<std::shared_ptr<Quantity>>(value_.content);
 }
 
-void frmEditQuantity::EditQuantity(EditedValue value, const UnitArg& unit, const std::string& title,
-                                   const std::string& description) {
-    const auto kind = KindOfTypeName(value.typeName);
-    const bool quantity = kind && std::holds_alternative<std::shared_ptr<Quantity>>(value.content) &&
+void RequireEditableQuantity(const EditedValue& value) {
+    const bool quantity = KindOfTypeName(value.typeName) &&
+                          std::holds_alternative<std::shared_ptr<Quantity>>(value.content) &&
                           std::get<std::shared_ptr<Quantity>>(value.content);
     const bool plain = value.typeName == "String" || value.typeName == "Integer" ||
                        value.typeName == "Double" || value.typeName == "Boolean";
     if (!quantity && !plain) ThrowLibraryError("Invalid datatype");
+}
+
+void frmEditQuantity::EditQuantity(EditedValue value, const UnitArg& unit, const std::string& title,
+                                   const std::string& description) {
+    RequireEditableQuantity(value);
+    const auto kind = KindOfTypeName(value.typeName);
+    const bool quantity = std::holds_alternative<std::shared_ptr<Quantity>>(value.content);
     value_ = std::move(value);
     confirmed_ = false;
     view_.Caption(title.empty() ? "Edit Value as " + value_.typeName : title);

@@ -64,6 +64,10 @@ class frmEditQuantity {
     bool confirmed_ = false;
 };
 
+// Raises 2411 "Invalid datatype" unless EditQuantity can edit the value (a String, Integer, Double,
+// Boolean or quantity object): callers check before they make a window.
+void RequireEditableQuantity(const EditedValue& value);
+
 // "Length" for "DLength", "Moment of inertia" for "DMomentOfInertia": the caption's form of a
 // quantity type name.
 std::string DisplayTypeName(DimensionObjectType kind);

@@ -52,29 +52,48 @@ struct ParsedNumber {
     std::size_t end;  // index just after the number
 };
 
-// The number starting at the first non-blank character: optional sign, then a digit or a point
-// followed by a digit. No number there -> 13; beyond the double range -> 6.
+bool IsSeparator(char c) {
+    return c == '.' || c == ',';
+}
+
+// Whether text[at] is a decimal separator with a digit after it.
+bool SeparatorBeforeDigit(std::string_view text, std::size_t at) {
+    return at + 1 < text.size() && IsSeparator(text[at]) && IsDigit(text[at + 1]);
+}
+
+// The number's text from `at` with a decimal comma turned into a point: a comma after the integer
+// digits (or in their place) is the decimal separator when a digit follows it.
+std::string WithDecimalPoint(std::string_view text, std::size_t at) {
+    std::string number(text.substr(at));
+    std::size_t integerEnd = 0;
+    while (integerEnd < number.size() && IsDigit(number[integerEnd])) ++integerEnd;
+    if (number[integerEnd] == ',' && SeparatorBeforeDigit(number, integerEnd)) number[integerEnd] = '.';
+    return number;
+}
+
+// The number starting at the first non-blank character: optional sign, then a digit or a decimal
+// separator followed by a digit. No number there -> 13; beyond the double range -> 6; a second
+// separator and a digit right after it (grouped or listed numbers: "1,000.5", "1.2.3") -> 13.
 ParsedNumber ParseNumberAt(std::string_view text) {
     std::size_t at = SkipBlanks(text, 0);
     bool negative = false;
     if (at < text.size() && (text[at] == '+' || text[at] == '-')) negative = text[at++] == '-';
-    const bool startsNumber =
-        at < text.size() &&
-        (IsDigit(text[at]) || (text[at] == '.' && at + 1 < text.size() && IsDigit(text[at + 1])));
+    const bool startsNumber = at < text.size() && (IsDigit(text[at]) || SeparatorBeforeDigit(text, at));
     if (!startsNumber) throw Error::TypeMismatch();
 
+    const std::string number = WithDecimalPoint(text, at);
     double magnitude = 0;
-    const char* first = text.data() + at;
     const auto [end, ec] =
-        std::from_chars(first, text.data() + text.size(), magnitude, std::chars_format::general);
+        std::from_chars(number.data(), number.data() + number.size(), magnitude, std::chars_format::general);
+    const auto length = static_cast<std::size_t>(end - number.data());
     if (ec == std::errc::result_out_of_range) {
-        if (!IsUnderflow(std::string_view(first, static_cast<std::size_t>(end - first))))
-            throw Error::Overflow();
+        if (!IsUnderflow(std::string_view(number).substr(0, length))) throw Error::Overflow();
         magnitude = 0;
     } else if (ec != std::errc()) {
         throw Error::TypeMismatch();
     }
-    return {negative ? -magnitude : magnitude, static_cast<std::size_t>(end - text.data())};
+    if (SeparatorBeforeDigit(number, length)) throw Error::TypeMismatch();
+    return {negative ? -magnitude : magnitude, at + length};
 }
 
 bool IsZeroText(std::string_view digits) {

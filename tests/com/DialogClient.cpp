@@ -241,7 +241,7 @@ CLIENT_TEST(EditQuantityOfNumbersWithEnterAndCancel) {
     {
         Driver driver(kEditClass, [&](HWND dialog) {
             HWND box = Control(dialog, L"Textbox");
-            Type(dialog, L"Textbox", L"7.25");
+            Type(dialog, L"Textbox", L"7,25");  // as a person types it where the comma is decimal
             PressKey(box, VK_RETURN);
         });
         outcome = Method(exe, L"EditQuantity", {RefTo(value)});
@@ -249,7 +249,7 @@ CLIENT_TEST(EditQuantityOfNumbersWithEnterAndCancel) {
     }
     Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "Enter in the text box confirms",
           Narrow(outcome.description) + " " + std::to_string(outcome.number));
-    Check(V_VT(&value) == VT_R8 && V_R8(&value) == 7.25, "a Double receives the typed number");
+    Check(V_VT(&value) == VT_R8 && V_R8(&value) == 7.25, "a Double receives the typed number, comma and all");
 
     V_VT(&value) = VT_I2;
     V_I2(&value) = 4;

@@ -51,13 +51,3 @@ Check "failed factory returns nothing", q Is Nothing, True
 exe.GetDLength "abc"
 CheckErrorNumber "GetDLength(""abc"")", 13
 
-' The editor refuses a value it cannot edit before any window shows (the dialogs themselves are
-' driven by the C++ client under a virtual display).
-Dim v, picked
-v = 100000
-picked = exe.EditQuantity(v)
-CheckError "EditQuantity of a Long", 2411, "Invalid datatype"
-Set v = Library("Matrix")
-picked = exe.EditQuantity(v)
-CheckError "EditQuantity of an object that is no quantity", 2411, "Invalid datatype"
-Check "a refused value is left as it was", IsObject(v), True

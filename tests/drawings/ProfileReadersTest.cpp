@@ -62,8 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST(TextProfiles, ReadsNumbersWithAPointAndBulgesDefaultingToZero) {
-    const auto p = FromText("-1.5e1 2.25 -0.5\n3 4\n").at(0);
-    EXPECT_EQ(p.Coordinates(), (std::vector<double>{-15, 2.25, 3, 4}));
+    const auto p = FromText("-1.5e1 2.25 -0.5\n3 4,5\n").at(0);  // or a decimal comma
+    EXPECT_EQ(p.Coordinates(), (std::vector<double>{-15, 2.25, 3, 4.5}));
     EXPECT_EQ(p.bulges, (std::vector<double>{-0.5, 0}));
 }
 
@@ -85,7 +85,7 @@ TEST_P(TextProfileErrors, NameTheSourceAndLine) {
 INSTANTIATE_TEST_SUITE_P(
     Lines, TextProfileErrors,
     ::testing::Values(
-        BadLine{"0 0\n1,5 2\n", "in.txt:2: '1,5' is not a number"},
+        BadLine{"0 0\n1,000.5 2\n", "in.txt:2: '1,000.5' is not a number"},
         BadLine{"0 0\n1 2 3 4\n", "in.txt:2: expected 'x y' or 'x y bulge', found '1 2 3 4'"},
         BadLine{"\n\n7\n", "in.txt:3: expected 'x y' or 'x y bulge', found '7'"},
         BadLine{"0 0\n1 2mm\n", "in.txt:2: '2mm' is not a number"},

@@ -44,14 +44,16 @@ struct ReadCase {
 
 TEST(NumberText, ReadsTheNumberAtTheStartAndIgnoresTheRest) {
     const ReadCase cases[] = {
-        {"12.5 mm", 12.5}, {"  -3e2kN", -300}, {"\t+.5", 0.5}, {"7", 7},  {"1,5", 1},
+        {"12.5 mm", 12.5}, {"  -3e2kN", -300}, {"\t+.5", 0.5}, {"7", 7},  {"1,5", 1.5},
         {"5e (x)", 5},     {"0x10", 0},        {"1e-999", 0},  {"2.", 2}, {"-0.25(cm)", -0.25},
+        {"-2,5e1 m", -25}, {",5", 0.5},        {"2, 3", 2},    {"2,", 2}, {"1,5e-999", 0},
     };
     for (const ReadCase& c : cases) EXPECT_EQ(ReadNumber(c.text), c.expected) << c.text;
 }
 
 TEST(NumberText, TextWithoutANumberIsATypeMismatchAndAHugeOneOverflows) {
-    for (const char* text : {"", "   ", "mm 12", "-", "+-1", ".", ".e5", "inf", "nan", "(5)"}) {
+    for (const char* text : {"", "   ", "mm 12", "-", "+-1", ".", ".e5", "inf", "nan", "(5)", ",", "1,000.5",
+                             "1.000,5 mm", "1.2.3", "1,2,3", "2.5,5"}) {
         try {
             ReadNumber(text);
             ADD_FAILURE() << "read '" << text << "'";
@@ -108,6 +110,8 @@ TEST_F(DecimalCommaLocale, NumbersStillUseAPoint) {
     length.ValueFromString("2.5 cm");
     EXPECT_EQ(length.Millimetres(), 25);
     EXPECT_EQ(length.ValueToString(1), "2.5 (cm)");
+    length.ValueFromString("2,5 m");  // as the host's CStr writes it: read, never cut to 2
+    EXPECT_EQ(length.Millimetres(), 2500);
 }
 
 }  // namespace
