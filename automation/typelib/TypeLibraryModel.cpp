@@ -272,11 +272,12 @@ IdlNotes ReadIdlNotes(const std::string& idlText) {
         const auto comment = text.find("//");
         const auto equals = text.find('=');
         if (comment != std::string::npos && equals != std::string::npos && equals < comment &&
-            text.find('(') == std::string::npos) {
+            text.find('(') > comment) {
             notes.valueComments[wide(trimmed(text.substr(0, equals)))] =
                 wide(trimmed(text.substr(comment + 2)));
         }
-        if (!text.empty()) example.clear();
+        // Attribute lines stand between a "///" block and its declaration; a statement ends it.
+        if (!text.empty() && (text.back() == ';' || text.back() == '{' || text.back() == '}')) example.clear();
     }
     return notes;
 }
