@@ -277,7 +277,8 @@ IdlNotes ReadIdlNotes(const std::string& idlText) {
                 wide(trimmed(text.substr(comment + 2)));
         }
         // Attribute lines stand between a "///" block and its declaration; a statement ends it.
-        if (!text.empty() && (text.back() == ';' || text.back() == '{' || text.back() == '}')) example.clear();
+        if (!text.empty() && (text.back() == ';' || text.back() == '{' || text.back() == '}'))
+            example.clear();
     }
     return notes;
 }
