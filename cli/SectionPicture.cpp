@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <numbers>
 
+#include "core/XmlText.h"
 #include "units/DLength.h"
 #include "units/LengthUnitsOf.h"
 
@@ -23,20 +24,6 @@ constexpr const char* kAxes = "#2b8a3e";
 constexpr const char* kPlastic = "#862e9c";
 constexpr const char* kFibres = "#868e96";
 constexpr const char* kShearCentre = "#c92a2a";
-
-std::string Escaped(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += c;
-        }
-    }
-    return out;
-}
 
 // A coordinate in the picture: the report's unit, y down as SVG has it. Shortest text that reads
 // back to the same double, so that the path is the section's geometry exactly.
@@ -153,7 +140,7 @@ std::string SvgStart(double left, double top, double width, double height, const
                "{} {}\" "
                "font-family=\"DejaVu Sans, Arial, sans-serif\">\n",
                1200 * height / width, left, top, width, height) +
-           fmt::format("<title>{}</title>\n", Escaped(title)) +
+           fmt::format("<title>{}</title>\n", XmlEscaped(title)) +
            fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"white\"/>\n", left, top,
                        width, height);
 }
@@ -199,7 +186,7 @@ std::string ScaleBar(double x, double y, const Sizes& sizes, const std::string& 
                sizes.stroke, x, y, x + length, y, x, y - tick, x, y + tick, x + length, y - tick, x + length,
                y + tick) +
            Text(x + length + sizes.font / 2, y + sizes.font / 3, sizes.font,
-                Escaped(fmt::format("{:g} {}", length, unit)));
+                XmlEscaped(fmt::format("{:g} {}", length, unit)));
 }
 
 // The drawing's box with a margin, the legend to its right (wide enough for its longest line: 0.6 of
@@ -260,7 +247,7 @@ class Picture {
 
   private:
     std::string Value(double value, const std::string& unit) const {
-        return Escaped(Significant(value, std::min(units_.significantDigits, 6)) + " " + unit);
+        return XmlEscaped(Significant(value, std::min(units_.significantDigits, 6)) + " " + unit);
     }
 
     std::vector<std::string> LegendLines() const {
@@ -268,13 +255,13 @@ class Picture {
         std::string name = outcome_.name;
         if (!outcome_.file.empty() && name.rfind(outcome_.file + ": ", 0) == 0)
             name.erase(0, outcome_.file.size() + 2);
-        std::vector<std::string> lines{"<tspan font-weight=\"bold\">" +
-                                           Escaped(std::filesystem::path(outcome_.file).filename().string()) +
-                                           "</tspan>",
-                                       Escaped(name), "lengths in " + Escaped(units_.length)};
+        std::vector<std::string> lines{
+            "<tspan font-weight=\"bold\">" +
+                XmlEscaped(std::filesystem::path(outcome_.file).filename().string()) + "</tspan>",
+            XmlEscaped(name), "lengths in " + XmlEscaped(units_.length)};
         if (!outcome_.values) {
             lines.push_back(fmt::format("<tspan fill=\"{}\">not a section: {}</tspan>", kWarning,
-                                        Escaped(outcome_.error)));
+                                        XmlEscaped(outcome_.error)));
             return lines;
         }
         const SectionValues& v = *outcome_.values;
@@ -401,7 +388,7 @@ std::string DrawingSvg(const std::string& file, const std::vector<DrawnSection>&
             ++valid;
         } else if (reasons.size() < kMostReasons) {
             reasons.push_back(fmt::format("<tspan fill=\"{}\">{}: {}</tspan>", kWarning,
-                                          Escaped(section.name), Escaped(section.error)));
+                                          XmlEscaped(section.name), XmlEscaped(section.error)));
         }
     }
     for (const DrawnProfile& shape : skippedShapes)
@@ -423,9 +410,9 @@ std::string DrawingSvg(const std::string& file, const std::vector<DrawnSection>&
     layer("rejected", rejected, "none", kWarning, 2 * sizes.stroke);
     const std::size_t rejectedCount = sections.size() - valid;
     std::vector<std::string> legend{
-        "<tspan font-weight=\"bold\">" + Escaped(std::filesystem::path(file).filename().string()) +
+        "<tspan font-weight=\"bold\">" + XmlEscaped(std::filesystem::path(file).filename().string()) +
             "</tspan>",
-        "lengths in " + Escaped(units.length),
+        "lengths in " + XmlEscaped(units.length),
         fmt::format("<tspan fill=\"{}\">{} section{}</tspan>", kOutline, valid, valid == 1 ? "" : "s")};
     if (rejectedCount > 0)
         legend.push_back(fmt::format("<tspan fill=\"{}\">{} outline{} that made no section:</tspan>",
@@ -440,7 +427,7 @@ std::string DrawingSvg(const std::string& file, const std::vector<DrawnSection>&
         while (from < skipSummary.size() && kinds++ < kMostReasons) {
             const std::size_t comma = std::min(skipSummary.find(", ", from), skipSummary.size());
             legend.push_back(fmt::format("<tspan fill=\"{}\">{}</tspan>", kFibres,
-                                         Escaped(skipSummary.substr(from, comma - from))));
+                                         XmlEscaped(skipSummary.substr(from, comma - from))));
             from = comma + 2;
         }
     }

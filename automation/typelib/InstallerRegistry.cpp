@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "core/XmlText.h"
+
 namespace tgp::automation::typelib {
 namespace {
 
@@ -12,25 +14,12 @@ std::string Narrow(const std::wstring& text) {
     return std::string(text.begin(), text.end());  // GUIDs and the library's ASCII names
 }
 
-std::string Escaped(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += c;
-        }
-    }
-    return out;
-}
-
 class Values {
   public:
     void Add(const std::string& key, const std::string& name, const std::string& value) {
-        text_ << "  <RegistryValue Root=\"HKMU\" Key=\"Software\\Classes\\" << Escaped(key) << "\"";
-        if (!name.empty()) text_ << " Name=\"" << Escaped(name) << "\"";
-        text_ << " Type=\"string\" Value=\"" << Escaped(value) << "\"/>\n";
+        text_ << "  <RegistryValue Root=\"HKMU\" Key=\"Software\\Classes\\" << XmlEscaped(key) << "\"";
+        if (!name.empty()) text_ << " Name=\"" << XmlEscaped(name) << "\"";
+        text_ << " Type=\"string\" Value=\"" << XmlEscaped(value) << "\"/>\n";
     }
     std::string Include() const {
         return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!-- Generated from the type library: do not "
