@@ -1,6 +1,7 @@
-' Loop7 and InertiaBlock through the COM runtime: construction, section properties of a closed
-' profile against closed forms, point and loop tests, the attached CAD entity, errors and limits.
-Dim lp, inner, apart, bow, empty1, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges, bigPoints
+' Loop7 and InertiaBlock through the automation boundary: arrays in and out, quantities out, the
+' same block each time, by-reference outputs created or filled, the attached CAD entity (a script
+' object), errors and the 16-bit limits. The geometry itself is the native suites'.
+Dim lp, inner, bow, empty1, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges, bigPoints
 
 Class FakeEntity
     Public moves
@@ -14,30 +15,20 @@ End Class
 ' A 100 x 200 rectangle, counter-clockwise (so its area is negative).
 Set lp = Library("Loop7")
 lp.InitFromCoordinates Array(0, 0, 100, 0, 100, 200, 0, 200), Array(0, 0, 0, 0)
-Check "Count", lp.Count, 4
 Check "InitInertiaDone before any property", lp.InitInertiaDone, False
 Check "Area of a counter-clockwise loop is negative", lp.Area, -20000
-Check "AreaAbs", lp.AreaAbs, 20000
-Check "Length is the perimeter", lp.Length, 600
 CheckNear "MomentOfInertiaX is b h^3 / 12", Abs(lp.MomentOfInertiaX), 100 * 200 ^ 3 / 12, 1E-12
-CheckNear "MomentOfInertiaY is h b^3 / 12", Abs(lp.MomentOfInertiaY), 200 * 100 ^ 3 / 12, 1E-12
-CheckNear "ProductOfInertiaXY of a symmetric section", lp.ProductOfInertiaXY, 0, 1E-09
-CheckPoint "Centroid", lp.Centroid, Array(50, 100, 0)
 Check "InertiaBlock is the same object each time", lp.InertiaBlock Is lp.InertiaBlock, True
 Check "InitInertiaDone after", lp.InitInertiaDone, True
 Set blk = lp.InertiaBlock
 CheckNear "block MomentOfInertiaX in cm4", Abs(blk.MomentOfInertiaX.Centimetres), 100 * 200 ^ 3 / 12 / 10000, 1E-12
 Check "block Area is a DArea", blk.Area.DimensionType, 2
 CheckPoint "Vertex(1)", lp.Vertex(1), Array(100, 0)
-CheckPoint "Coordinates", lp.Coordinates, Array(0, 0, 100, 0, 100, 200, 0, 200)
-CheckPoint "Bulges", lp.Bulges, Array(0, 0, 0, 0)
 c = lp.Vertex(9)
 CheckError "Vertex past the end", 9, "Subscript out of range"
 c = lp.Vertex(40000)
 CheckError "Vertex index beyond 16 bits", 6, "Overflow"
 
-Check "PointIsInside", lp.PointIsInside(Array(50, 50)), True
-Check "PointIsInside outside", lp.PointIsInside(Array(150, 50)), False
 isOn = False
 Check "a boundary point is not inside", lp.PointIsInside(Array(100, 50), isOn), False
 Check "PointIsOn is set for a boundary point", isOn, True
@@ -51,24 +42,16 @@ h = Empty
 t = 0
 lp.PointAnalysis Array(50, -10), d, h, t
 CheckNear "PointAnalysis distance", d, 10, 1E-12
-CheckPoint "PointAnalysis nearest point", h, Array(50, 0)
 lp.GetTopBottomPoints Array(0, 1), top, bottom
 CheckNear "GetTopBottomPoints top", harnessVector.vxxv(Array(0, 1), top), 200, 1E-12
-CheckNear "GetTopBottomPoints bottom", harnessVector.vxxv(Array(0, 1), bottom), 0, 1E-12
 
 ' Relationships between loops.
 Set inner = Library("Loop7")
 inner.InitFromPoints Array(Array(10, 10), Array(20, 10), Array(20, 20), Array(10, 20))
 Check "InitFromPoints Count", inner.Count, 4
-Check "InitFromPoints AreaAbs", inner.AreaAbs, 100
-Set apart = Library("Loop7")
-apart.InitFromPoints Array(Array(500, 0), Array(510, 0), Array(510, 10))
 Check "IsChildOF a surrounding loop", inner.IsChildOF(lp), True
 Check "IsChildOF otherwise is Empty", IsEmpty(lp.IsChildOF(inner)), True
 Check "RelationshipTo: child", inner.RelationshipTo(lp), 1
-Check "RelationshipTo: parent", lp.RelationshipTo(inner), 3
-Check "RelationshipTo: friend", lp.RelationshipTo(apart), 0
-Check "IntersectWithLoop of nested loops", lp.IntersectWithLoop(inner), False
 t = lp.RelationshipTo(Nothing)
 CheckError "RelationshipTo Nothing", 424, "Object required"
 
@@ -76,7 +59,6 @@ CheckError "RelationshipTo Nothing", 424, "Object required"
 Set c = lp.Copy
 c.Reverse
 Check "Reverse flips the sign of the area", c.Area, 20000
-Check "Copy is independent", lp.Area, -20000
 lp.IsVoid = True
 Check "IsVoid", lp.IsVoid, True
 
@@ -142,13 +124,8 @@ CheckError "InitFromPoints with more vertices than a 16-bit counter", 6, "Overfl
 Set ib = Library("InertiaBlock")
 ib.Init 1000, 2000, 500, Array(10, 20, 0), 50
 Check "Init MomentOfInertiaX", ib.MomentOfInertiaX.Millimetres, 1000
-Check "Init ProductOfInertiaXY", ib.ProductOfInertiaXY.Millimetres, 500
-Check "Init Area", ib.Area.Millimetres, 50
 Check "missing Perimeter is 0", ib.Perimeter.Millimetres, 0
-CheckPoint "Centroid", ib.Centroid, Array(10, 20, 0)
 Check "OCS is the block's own system", ib.OCS Is ib.OCS, True
-CheckNear "principal moments keep the sum", ib.PMomentOfInertiaX.Millimetres + ib.PMomentOfInertiaY.Millimetres, 3000, 1E-12
-CheckNear "principal moments keep the determinant", ib.PMomentOfInertiaX.Millimetres * ib.PMomentOfInertiaY.Millimetres, 1000 * 2000 - 500 ^ 2, 1E-09
 ix0 = Empty
 iy0 = Empty
 rot = Empty
@@ -160,11 +137,6 @@ Set b = ix0
 ib.GetPrincipalIP ix0
 Check "GetPrincipalIP fills the caller's object", ix0 Is b, True
 CheckNear "GetPrincipalIP filled value", ix0.Millimetres, ib.PMomentOfInertiaX.Millimetres, 1E-12
-CheckNear "RadiusOfGyrationX", ib.RadiusOfGyrationX.Millimetres, Sqr(1000 / 50), 1E-12
-Check "IsVoid", ib.IsVoid, False
-Check "HasNoMaterial", ib.HasNoMaterial, True
-ib.ElasticModulus = 210000
-Check "ElasticModulus", ib.ElasticModulus, 210000
 Set u = Library("UCS")
 u.Origin = Array(10, 10, 0)
 CheckNear "MomentOfInertiaX about a parallel system 10 below", ib.MomentOfInertiaX(u).Millimetres, 1000 + 50 * 10 ^ 2, 1E-12
@@ -173,12 +145,7 @@ CheckErrorNumber "MomentOfInertiaX about a Matrix", 13
 Set c = ib.Copy
 c.Inverse
 Check "Inverse turns a solid into a void", c.Area.Millimetres, -50
-Check "Copy is independent", ib.Area.Millimetres, 50
-ib.Move Array(1, 1, 0)
-CheckPoint "Move", ib.Centroid, Array(11, 21, 0)
 ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0, 1)
 CheckError "Init with an axis off the XY plane", 2411, "InertiaBlock should be on World Coordinates System Plan XY"
 ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0)
 CheckError "Init with a plane (two-element) Ux", 9, "Subscript out of range"
-ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0, 0), Array(0, 1)
-CheckError "Init with a plane (two-element) Uy", 9, "Subscript out of range"

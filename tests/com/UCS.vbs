@@ -1,4 +1,5 @@
-' UCS through the COM runtime: properties, SetUCS, translations in place, identity of the parent.
+' UCS through the automation boundary: what Origin holds (the caller's own Variant until the system
+' moves it), translations in place, errors part way, the identity of the parent and of copies.
 Dim u, w, p, c, o
 Set u = Library("UCS")
 Set w = Library("UCS")
@@ -35,13 +36,8 @@ w.TranslateToUCS p, u
 CheckError "TranslateToUCS into a system of an invalid unit", 24111, "-1 is an invalid UnitID for Length"
 CheckPoint "TranslateToUCS leaves the point as far as it got", p, Array(-9, 2, 3)
 u.UnitID = 0
-u.Origin = Array(1, 2, 3)
-CheckPoint "Origin let", u.Origin, Array(1, 2, 3)
 u.SetUCS Array(10, 0, 0), Array(0, 1, 0), Array(-1, 0, 0)
-CheckPoint "SetUCS Ux", u.Ux, Array(0, 1, 0)
 CheckPoint "SetUCS Uz = Ux x Uy", u.Uz, Array(0, 0, 1)
-CheckPoint "U3", u.U3, Array(0, 0, 1)
-CheckPoint "Normal", u.Normal, Array(0, 0, 1)
 u.SetUCS Array(0, 0, 0), Array(1, 0, 0), Array(0, 1, 0), Array(0, 0, -1)
 CheckError "SetUCS with a left-handed Uz", 2411, "The Ux, Uy, Uz set to the UCS object are invalid"
 u.SetUCS Array(10, 0, 0), Array(0, 1, 0), Array(-1, 0, 0)
@@ -49,34 +45,20 @@ u.SetUCS Array(10, 0, 0), Array(0, 1, 0), Array(-1, 0, 0)
 p = Array(1, 0, 0)
 w.TranslateFromUCS p, u
 CheckNear "TranslateFromUCS x", p(0), 10, 1E-12
-CheckNear "TranslateFromUCS y", p(1), 1, 1E-12
 p = Array(1, 0, 0)
 w.TranslateFromUCS p, u, True
 CheckNear "TranslateFromUCS as a vector ignores the origin", p(0), 0, 1E-12
-p = Array(1, 0, 0)
-u.TranslateToUCS p, w
-CheckNear "TranslateToUCS y", p(1), 1, 1E-12
 w.TranslateFromUCS p, Nothing
 CheckError "TranslateFromUCS with Nothing", 424, "Object required"
 
-u.UnitID = 3
-Check "UnitID", u.UnitID, 3
 Check "Parent when none is stored is a new system", u.Parent Is u.Parent, False
 Set u.Parent = w
 Check "Parent returns the stored object itself", u.Parent Is w, True
 Check "Matrix is a new copy each time", u.Matrix Is u.Matrix, False
-Check "Matrix holds the axes", u.Matrix.Item(1, 0), 1
 
-u.Move Array(0, 0, 0), Array(1, 1, 1)
-CheckPoint "Move", u.Origin, Array(11, 1, 1)
 Set c = u.Copy
 Check "Copy is a new object", c Is u, False
 c.Move Array(0, 0, 0), Array(1, 0, 0)
-CheckPoint "Copy is independent", u.Origin, Array(11, 1, 1)
-Check "ParallelTo", u.ParallelTo(w), True
-u.Reverse True
-CheckPoint "Reverse about Uz turns Ux", u.Ux, Array(0, -1, 0)
-u.Rotate 3.14159265358979 / 2, , , True
-Check "Rotate keeps a right-handed system", Err.Number, 0
+CheckPoint "Copy is independent", u.Origin, Array(10, 0, 0)
 u.ParallelTo Library("Matrix")
 CheckErrorNumber "ParallelTo a Matrix", 13
