@@ -142,6 +142,11 @@ TEST(InertiaBlockTarget, ParallelAxisAndRotation) {
     const double cc = std::cos(t), s = std::sin(t), S = std::sin(2 * t);
     EXPECT_EQ(b->MomentOfInertiaX(turned)->Millimetres(),
               c[1] * A * c[1] + ((cc * cc) * ix + (s * s) * iy - S * ixy));
+    // The other two about the turned axes (Mohr's circle), each with its parallel-axis term.
+    EXPECT_NEAR(b->MomentOfInertiaY(turned)->Millimetres(),
+                c[0] * A * c[0] + (cc * cc * iy + s * s * ix + S * ixy), 1e-6);
+    EXPECT_NEAR(b->ProductOfInertiaXY(turned)->Millimetres(),
+                c[0] * A * c[1] + ((ix - iy) / 2 * S + ixy * std::cos(2 * t)), 1e-6);
 }
 
 TEST(InertiaBlockEdits, InverseMakesANegativeRadiusAndKeepsIsVoidFalse) {

@@ -36,6 +36,7 @@ TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
         {"text with blanks and decimals", UnitArg(" 4.5 "), 4},
         {"std::string", UnitArg(std::string("1")), 1},
         {"True", UnitArg(true), -1},
+        {"False", UnitArg(false), 0},
         {"null object", UnitArg(std::shared_ptr<UnitSetting>()), 0},
     };
     for (const ResolveCase& c : cases) EXPECT_EQ(c.unit.Resolve(DLengthObject), c.expected) << c.what;
@@ -53,7 +54,12 @@ TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
     test::ExpectError([] { UnitArg("abc"); }, 13, "Type mismatch", "abc");
     test::ExpectError([] { UnitArg(""); }, 13, "Type mismatch", "empty text");
     test::ExpectError([] { UnitArg("3 m"); }, 13, "Type mismatch", "text with a unit");
+    test::ExpectError([] { ToInteger32(2147483647.5); }, 6, "Overflow", "Long 2147483647.5 rounds to 2^31");
+    // The largest numbers that fit are taken.
     EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
+    EXPECT_EQ(ToInteger32(2147483647.0), INT32_MAX);
+    EXPECT_EQ(ToInteger16(32767.4), INT16_MAX);
+    EXPECT_EQ(ToInteger16(-32768.5), INT16_MIN);  // half to even
 }
 
 // Answers a fixed id per kind, like a foreign object with a UnitID member.
