@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <utility>
 
 #include "LateBound.h"
 #include "NativeObject.h"
@@ -100,10 +101,9 @@ void CopyScriptRows(const VARIANT& rows, ScopedVariant& into) {
 // of rows for two); 13 for anything else.
 SAFEARRAY* ArrayOf(const VARIANT& value, UINT dimensions, VARTYPE& elementType, ScopedVariant& holder) {
     const VARIANT* held = &AsSafeArray(value, holder);
-    if (dimensions == 2 && held == &holder.get()) {
+    if (dimensions == 2 && held == &holder.get()) {  // a script's list of rows
         ScopedVariant rows;
-        VariantCopy(&rows.get(), &holder.get());
-        VariantClear(&holder.get());
+        std::swap(rows.get(), holder.get());
         CopyScriptRows(rows.get(), holder);
     }
     const VARIANT& v = *held;
