@@ -135,6 +135,14 @@ TEST(DrawingHatches, SplineEdgesAreFlattenedAndOpenPathsListed) {
     ASSERT_TRUE(s[0].values) << s[0].error;
     EXPECT_NEAR(s[0].values->area, 2.0 / 3 * 10 * 5, 1e-3) << "a parabola's area, to the flattening";
     EXPECT_NE(s[0].name.find("(curves flattened)"), std::string::npos) << s[0].name;
+    // A y group with no x before it (a control or fit point's 20 or 21 first) belongs to no point.
+    const std::string strayYs =
+        Groups({{72, 4}, {94, 2}, {73, 0}, {74, 0}, {95, 6}, {96, 3}, {20, 99}, {21, 99}}) +
+        spline.substr(Groups({{72, 4}, {94, 2}, {73, 0}, {74, 0}, {95, 6}, {96, 3}}).size());
+    s = Sections(Drawing(Hatch("H7", 1, EdgePath(2, strayYs + Line(10, 0, 0, 0)))));
+    ASSERT_EQ(s.size(), 1u);
+    ASSERT_TRUE(s[0].values) << s[0].error;
+    EXPECT_NEAR(s[0].values->area, 2.0 / 3 * 10 * 5, 1e-3);
 
     SkipList skipped;
     s = Sections(Drawing(Hatch("H6", 1, EdgePath(2, Line(0, 0, 10, 0) + Line(10, 0, 10, 10)))), &skipped);

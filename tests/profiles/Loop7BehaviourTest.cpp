@@ -8,6 +8,7 @@
 
 #include "core/Constants.h"
 #include "profiles/Loop7.h"
+#include "profiles/PlanePoint.h"
 #include "profiles/ProfileTestShapes.h"
 
 namespace tgp {
@@ -26,6 +27,12 @@ std::shared_ptr<Loop7> Square(double x0, double y0, double side) {  // counter-c
 }
 
 // ---- construction ------------------------------------------------------------------------------
+
+TEST(LoopConstruction, PlanePointsTakeZWhenGivenAndZeroOtherwise) {
+    EXPECT_EQ(ToPlanePoint({1, 2}), (Point3{1, 2, 0}));
+    EXPECT_EQ(ToPlanePoint({1, 2, 3}), (Point3{1, 2, 3}));
+    ExpectError([] { ToPlanePoint({1}); }, 9, "Subscript out of range");
+}
 
 TEST(LoopConstruction, RepeatedVerticesCollapse) {
     auto loop = Polygon({0, 0, 1, 0, 1, 0, 1, 1, 1, 1 + 4e-6, 0, 1, 0, 0});
