@@ -68,6 +68,16 @@ TEST(NumberText, TextWithoutANumberIsATypeMismatchAndAHugeOneOverflows) {
     } catch (const Error& e) {
         EXPECT_EQ(e.number(), 6);
     }
+    // Beyond the range the exponent counts from the first significant digit, however far behind
+    // the point it stands: 1E-410 is read as zero, 1E310 overflows.
+    const std::string tiny = "0." + std::string(399, '0') + "1";
+    EXPECT_EQ(ReadNumber(tiny + "e-10"), 0);
+    try {
+        ReadNumber(tiny + "e710");
+        ADD_FAILURE() << "1E310 read";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 6);
+    }
     EXPECT_EQ(ReadWholeNumber(" 3 "), 3);
     EXPECT_THROW(ReadWholeNumber("3 m"), Error);
 }
