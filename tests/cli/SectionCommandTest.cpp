@@ -12,8 +12,8 @@
 
 #include "cli/SectionCommand.h"
 #include "cli/SectionReport.h"
-#include "profiles/ProfileTestShapes.h"
 #include "support/DxfText.h"
+#include "support/ProfileTestShapes.h"
 #include "support/SectionCommandRun.h"
 #include "units/NumberText.h"
 #include "units/UnitSetting.h"
@@ -444,44 +444,6 @@ TEST(SectionCommand, I1IsTheMajorPrincipalMomentAndTheAngleTurnsXOntoItsAxis) {
 }
 
 // ---- the published tables through the executable ----------------------------------------------
-
-TEST(SectionExecutable, EuropeanISectionsAgreeWithTheTables) {
-    const auto rows = test::ReadSectionTable();
-    ASSERT_TRUE(rows) << "tests/data/european_i_sections.csv is missing";
-    std::ostringstream text;
-    for (const auto& row : *rows) {
-        const test::Outline o = test::IpeOutline(row.h, row.b, row.tw, row.tf, row.r);
-        text << "profile " << row.name << "\n";
-        for (std::size_t i = 0; i < o.bulges.size(); ++i) {
-            text << FormatNumber(o.xy[2 * i]) << ' ' << FormatNumber(o.xy[2 * i + 1]) << ' '
-                 << FormatNumber(o.bulges[i]) << '\n';
-        }
-        text << "end\n";
-    }
-    const std::string input = TempText("european_i_sections.txt", text.str());
-    const std::string output = ::testing::TempDir() + "european_i_sections.json";
-    const std::string command =
-        std::string(TGP_SECTION_EXE) + " --json --units cm '" + input + "' > '" + output + "'";
-    ASSERT_EQ(std::system(command.c_str()), 0) << command;
-
-    std::ifstream json(output);
-    std::map<std::string, std::string> lines;
-    for (std::string line; std::getline(json, line);) {
-        const auto name = line.find("\"name\": \"");
-        if (name == std::string::npos) continue;
-        const auto start = name + 9;
-        lines[line.substr(start, line.find('"', start) - start)] = line;
-    }
-    ASSERT_EQ(lines.size(), rows->size());
-    for (const auto& row : *rows) {
-        const std::string& line = lines[input + ": " + row.name];
-        EXPECT_LT(test::RelativeGap(JsonNumber(line, "area"), row.A), 1e-3) << row.name;
-        EXPECT_LT(test::RelativeGap(JsonNumber(line, "ix"), row.Iy), 1e-3) << row.name;
-        EXPECT_LT(test::RelativeGap(JsonNumber(line, "iy"), row.Iz), 1e-3) << row.name;
-        EXPECT_LT(test::RelativeGap(JsonNumber(line, "rx"), row.iy), 5e-3) << row.name;
-        EXPECT_LT(test::RelativeGap(JsonNumber(line, "ry"), row.iz), 5e-3) << row.name;
-    }
-}
 
 }  // namespace
 }  // namespace tgp::cli

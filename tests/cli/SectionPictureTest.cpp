@@ -11,8 +11,8 @@
 #include <sstream>
 
 #include "cli/SectionPicture.h"
-#include "profiles/ProfileTestShapes.h"
 #include "support/DxfText.h"
+#include "support/ProfileTestShapes.h"
 #include "support/SectionCommandRun.h"
 
 namespace tgp::cli {

@@ -14,7 +14,7 @@
 #include "drawings/DxfProfileReader.h"
 #include "drawings/SectionAnalysis.h"
 #include "drawings/TextProfileReader.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 #include "units/NumberText.h"
 
 namespace tgp::drawings {

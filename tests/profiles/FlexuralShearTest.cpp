@@ -7,7 +7,7 @@
 #include <numbers>
 
 #include "profiles/FlexuralShear.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -11,7 +11,7 @@
 
 #include "profiles/InertiaBlock.h"
 #include "profiles/Loop7.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -6,7 +6,7 @@
 #include "geometry/UCS.h"
 #include "geometry/Vector.h"
 #include "profiles/InertiaBlock.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include "core/Constants.h"
 #include "profiles/Loop7.h"
 #include "profiles/PlanePoint.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {
@@ -264,21 +263,6 @@ TEST(LoopSelfIntersection, FoundForCrossingsOnly) {
     EXPECT_FALSE(circle->IsSelfIntersect());
 }
 
-TEST(LoopSelfIntersection, LargeLoopsUseTheSweep) {
-    // 200 000 vertices on a wavy circle: an all-pairs test would not finish in a unit test.
-    const int n = 200000;
-    std::vector<double> xy;
-    for (int i = 0; i < n; ++i) {
-        const double a = 2 * M_PI * i / n, r = 1000 + 3 * std::sin(50 * a);
-        xy.push_back(r * std::cos(a));
-        xy.push_back(r * std::sin(a));
-    }
-    EXPECT_FALSE(Polygon(xy)->IsSelfIntersect());
-    std::swap(xy[1000], xy[3000]);  // two vertices exchanged across a stretch: edges now cross
-    std::swap(xy[1001], xy[3001]);
-    EXPECT_TRUE(Polygon(xy)->IsSelfIntersect());
-}
-
 TEST(LoopConstruction, CoordinatesThatAreNotNumbersOrOverflowAreRefused) {
     // No infinity or NaN goes into a segment: the loop is refused with 6 "Overflow" when it is built.
     std::vector<double> xy;
@@ -351,84 +335,7 @@ TEST(LoopGeometry, TransformationRebuildsTheProperties) {
     EXPECT_DOUBLE_EQ(loop->Centroid()[0], 13);
 }
 
-// ---- the sweep against an all-pairs reference --------------------------------------------------
-
-namespace sweep_reference {
-
-struct P {
-    double x, y;
-};
-
-double Orientation(P a, P b, P c) {
-    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-}
-
-// Proper crossing of segments ab and cd (random coordinates: no three points collinear).
-bool Cross(P a, P b, P c, P d) {
-    return Orientation(a, b, c) * Orientation(a, b, d) < 0 && Orientation(c, d, a) * Orientation(c, d, b) < 0;
-}
-
-std::vector<P> Vertices(const std::vector<double>& xy) {
-    std::vector<P> v;
-    for (std::size_t i = 0; i + 1 < xy.size(); i += 2) v.push_back({xy[i], xy[i + 1]});
-    return v;
-}
-
-bool SelfCrossing(const std::vector<double>& xy) {
-    const auto v = Vertices(xy);
-    const std::size_t n = v.size();
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = i + 2; j < n; ++j) {
-            if (i == 0 && j == n - 1) continue;  // neighbours through the closing segment
-            if (Cross(v[i], v[(i + 1) % n], v[j], v[(j + 1) % n])) return true;
-        }
-    }
-    return false;
-}
-
-bool LoopsCross(const std::vector<double>& a, const std::vector<double>& b) {
-    const auto u = Vertices(a), v = Vertices(b);
-    for (std::size_t i = 0; i < u.size(); ++i) {
-        for (std::size_t j = 0; j < v.size(); ++j) {
-            if (Cross(u[i], u[(i + 1) % u.size()], v[j], v[(j + 1) % v.size()])) return true;
-        }
-    }
-    return false;
-}
-
-// A star-shaped polygon around (cx, cy) with random radii; with jitter its angles are shuffled a
-// little, which sometimes folds it over itself.
-std::vector<double> RandomPolygon(std::mt19937& rng, int n, double cx, double cy, double jitter) {
-    std::uniform_real_distribution<double> radius(2, 10), wobble(-jitter, jitter);
-    std::vector<double> xy;
-    for (int i = 0; i < n; ++i) {
-        const double a = 2 * M_PI * (i + wobble(rng)) / n, r = radius(rng);
-        xy.push_back(cx + r * std::cos(a));
-        xy.push_back(cy + r * std::sin(a));
-    }
-    return xy;
-}
-
-}  // namespace sweep_reference
-
-TEST(LoopSweep, AgreesWithAllPairsOnRandomPolygons) {
-    using namespace sweep_reference;
-    std::mt19937 rng(20261121);
-    int crossing = 0, simple = 0;
-    for (int trial = 0; trial < 400; ++trial) {
-        const int n = 4 + trial % 40;
-        const auto xy = RandomPolygon(rng, n, 0, 0, trial % 3 == 0 ? 0.0 : 2.5);
-        const bool expected = SelfCrossing(xy);
-        (expected ? crossing : simple) += 1;
-        EXPECT_EQ(Polygon(xy)->IsSelfIntersect(), expected) << "trial " << trial;
-
-        const auto other = RandomPolygon(rng, 3 + trial % 17, (trial % 7) * 3.0, (trial % 5) * 2.0, 0.0);
-        EXPECT_EQ(Polygon(xy)->IntersectWithLoop(*Polygon(other)), LoopsCross(xy, other))
-            << "trial " << trial;
-    }
-    EXPECT_GT(crossing, 50);  // both outcomes are exercised
-    EXPECT_GT(simple, 50);
-}
+// Large loops and random ones against every pair of segments: OrderedSweepTest.
 
 }  // namespace
 }  // namespace tgp

@@ -8,7 +8,7 @@
 
 #include "core/Constants.h"
 #include "profiles/Loop7.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {
@@ -82,14 +82,7 @@ Expected RoundedRectangleExpected(double x0, double y0, double w, double h, doub
 
 // An unequal-legged L: a vertical leg a x t and a horizontal leg b x t sharing the corner square.
 Outline LSection(double a, double b, double t) {
-    Outline o;
-    o.Add(0, 0);
-    o.Add(0, a);
-    o.Add(t, a);
-    o.Add(t, t);
-    o.Add(b, t);
-    o.Add(b, 0);
-    return o;
+    return Outline::Polygon({0, 0, 0, a, t, a, t, t, b, t, b, 0});
 }
 
 Expected LSectionExpected(double a, double b, double t) {
@@ -159,10 +152,6 @@ TEST_P(LoopSection, ReverseInvertsTheComputedBlock) {
     loop->Reverse();
     EXPECT_EQ(loop->InertiaBlock(), block);  // the same object, inverted rather than recomputed
     ExpectProperties(*loop, GetParam().expected, -1, GetParam().name);
-    // A fresh computation of the reversed loop agrees.
-    auto fresh = LoopOf(GetParam().clockwise);
-    fresh->Reverse();
-    ExpectProperties(*fresh, GetParam().expected, -1, GetParam().name);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, LoopSection, ::testing::ValuesIn(SectionCases()),

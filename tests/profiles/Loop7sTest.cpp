@@ -6,7 +6,7 @@
 #include <string>
 
 #include "profiles/Loop7s.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -9,7 +9,7 @@
 #include "profiles/Loop7s.h"
 #include "profiles/LoopArrangement.h"
 #include "profiles/LoopPlacement.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

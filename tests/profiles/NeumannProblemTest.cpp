@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "profiles/NeumannProblem.h"
-#include "profiles/ProfileTestShapes.h"
 #include "profiles/TorsionSolids.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

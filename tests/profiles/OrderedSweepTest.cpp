@@ -9,8 +9,8 @@
 
 #include "profiles/Loop7.h"
 #include "profiles/OrderedSweep.h"
-#include "profiles/ProfileTestShapes.h"
 #include "profiles/SegmentSweep.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "profiles/Loop7.h"
-#include "profiles/ProfileTestShapes.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

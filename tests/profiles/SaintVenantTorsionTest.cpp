@@ -7,9 +7,9 @@
 #include <numbers>
 #include <string>
 
-#include "profiles/ProfileTestShapes.h"
 #include "profiles/SaintVenantTorsion.h"
 #include "support/Expectations.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {
@@ -26,28 +26,15 @@ double RectangleJ(double a, double b) {
 }
 
 Outline Triangle(double a, double x = 0) {
-    Outline o;
-    o.Add(x, 0);
-    o.Add(x + a, 0);
-    o.Add(x + a / 2, a * std::sqrt(3.0) / 2);
-    return o;
+    return Outline::Polygon({x, 0, x + a, 0, x + a / 2, a * std::sqrt(3.0) / 2});
 }
 
 // A channel of centreline web height h and flange width b, all walls t thick, its web's outer face
 // on x = 0 and the flanges to the right.
 Outline Channel(double h, double b, double t) {
     const double height = h + t, width = b + t / 2;
-    Outline o;
-    for (auto [x, y] : {std::pair{0.0, 0.0},
-                        {width, 0.0},
-                        {width, t},
-                        {t, t},
-                        {t, height - t},
-                        {width, height - t},
-                        {width, height},
-                        {0.0, height}})
-        o.Add(x, y);
-    return o;
+    return Outline::Polygon(
+        {0, 0, width, 0, width, t, t, t, t, height - t, width, height - t, width, height, 0, height});
 }
 
 // Exact forms (Timoshenko and Goodier, sections 104-109): a circle's and a ring's polar moment, the
@@ -176,22 +163,9 @@ Outline SlitTube(double r, double t) {
 
 // A doubly symmetric I of flanges b wide, flange centrelines h apart, all walls t thick.
 Outline ISection(double h, double b, double t) {
-    Outline o;
-    const double y = h / 2 + t / 2, w = t / 2, f = h / 2 - t / 2;
-    for (auto [px, py] : {std::pair{-b / 2, -y},
-                          {b / 2, -y},
-                          {b / 2, -f},
-                          {w, -f},
-                          {w, f},
-                          {b / 2, f},
-                          {b / 2, y},
-                          {-b / 2, y},
-                          {-b / 2, f},
-                          {-w, f},
-                          {-w, -f},
-                          {-b / 2, -f}})
-        o.Add(px, py);
-    return o;
+    const double y = h / 2 + t / 2, w = t / 2, f = h / 2 - t / 2, B = b / 2;
+    return Outline::Polygon(
+        {-B, -y, B, -y, B, -f, w, -f, w, f, B, f, B, y, -B, y, -B, f, -w, f, -w, -f, -B, -f});
 }
 
 // Thin-walled theory's limits, approached as the walls get thinner (Timoshenko and Gere, Theory of
@@ -271,17 +245,8 @@ TEST(SaintVenantTorsion, ThinWalledLimitsAreApproached) {
 
 // A T of flange b x t on top of a stem of centreline height h, t thick, its flange's middle at y = 0.
 Outline Tee(double b, double h, double t, double sign = 1) {
-    Outline o;
-    for (auto [x, y] : {std::pair{-b / 2, t / 2},
-                        {-b / 2, -t / 2},
-                        {-t / 2, -t / 2},
-                        {-t / 2, -h},
-                        {t / 2, -h},
-                        {t / 2, -t / 2},
-                        {b / 2, -t / 2},
-                        {b / 2, t / 2}})
-        o.Add(sign * x, sign * y);
-    return o;
+    const double B = sign * b / 2, T = sign * t / 2, H = sign * h;
+    return Outline::Polygon({-B, T, -B, -T, -T, -T, -T, -H, T, -H, T, -T, B, -T, B, T});
 }
 
 // ∫ y (x² + y²) dA of the rectangle [x0, x1] x [y0, y1].
@@ -337,14 +302,11 @@ TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
             [&] { SaintVenantTorsion torsion(*SectionOf({star})); }, 2411,
             "SaintVenantTorsion: the boundary needs more than 500000 nodes, more than this solver holds");
     }
-    Outline bow;
-    for (auto [x, y] : {std::pair{0.0, 0.0}, {1.0, 1.0}, {1.0, 0.0}, {0.0, 1.0}}) bow.Add(x, y);
-    try {
-        SaintVenantTorsion torsion(*SectionOf({bow}));
-        ADD_FAILURE() << "a loop that cuts itself has no torsion constant";
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 5);
-    }
+    test::ExpectError(
+        [] {
+            SaintVenantTorsion torsion(*SectionOf({Outline::Polygon({0, 0, 1, 1, 1, 0, 0, 1})}));
+        },
+        5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
 }
 
 }  // namespace

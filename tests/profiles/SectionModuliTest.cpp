@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "profiles/Loop7s.h"
-#include "profiles/ProfileTestShapes.h"
 #include "profiles/SectionModuli.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

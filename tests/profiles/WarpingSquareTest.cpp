@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "profiles/ProfileTestShapes.h"
 #include "profiles/SaintVenantTorsion.h"
 #include "profiles/WarpingSquare.h"
+#include "support/ProfileTestShapes.h"
 
 namespace tgp {
 namespace {

@@ -26,6 +26,12 @@ struct Outline {
     std::vector<double> xy;
     std::vector<double> bulges;
 
+    // Straight sides through x, y pairs.
+    static Outline Polygon(std::initializer_list<double> xy) {
+        Outline o;
+        for (auto p = xy.begin(); p + 1 < xy.end(); p += 2) o.Add(p[0], p[1]);
+        return o;
+    }
     void Add(double x, double y, double bulge = 0) {
         xy.push_back(x);
         xy.push_back(y);
@@ -47,9 +53,7 @@ struct Outline {
 
 // An L of legs a (along x) and b (along y), t thick, its corner at the origin.
 inline Outline Angle(double a, double b, double t) {
-    Outline o;
-    for (auto [x, y] : {std::pair{0.0, 0.0}, {a, 0.0}, {a, t}, {t, t}, {t, b}, {0.0, b}}) o.Add(x, y);
-    return o;
+    return Outline::Polygon({0, 0, a, 0, a, t, t, t, t, b, 0, b});
 }
 
 inline std::shared_ptr<Loop7> LoopOf(const Outline& o) {
@@ -69,7 +73,6 @@ inline std::shared_ptr<Loop7s> SectionOf(std::initializer_list<Outline> outlines
 }
 
 // A circle of radius r about (cx, cy), clockwise: two bulge -1 halves.
-
 inline Outline Circle(double cx, double cy, double r) {
     Outline o;
     o.Add(cx - r, cy, -1);
@@ -79,12 +82,7 @@ inline Outline Circle(double cx, double cy, double r) {
 
 // A w x h rectangle from its lower left corner, clockwise.
 inline Outline Rectangle(double x0, double y0, double w, double h) {
-    Outline o;
-    o.Add(x0, y0);
-    o.Add(x0, y0 + h);
-    o.Add(x0 + w, y0 + h);
-    o.Add(x0 + w, y0);
-    return o;
+    return Outline::Polygon({x0, y0, x0, y0 + h, x0 + w, y0 + h, x0 + w, y0});
 }
 
 // A b x h rectangle centred on (cx, cy) whose corners are quarter circles of radius r tangent to
