@@ -77,7 +77,7 @@ TEST(DrawingSections, FilesThatCannotBeReadRaiseTheLibrarysErrorNamingThem) {
          cut + ": section ENTITIES is not closed: the file ends without ENDSEC and EOF (it is cut short?)"},
     };
     for (const auto& [path, message] : cases)
-        test::ExpectError([&] { ReadDrawingSections(path); }, 2411, message, path);
+        test::ExpectError(2411, message, path, [&] { ReadDrawingSections(path); });
 }
 
 }  // namespace

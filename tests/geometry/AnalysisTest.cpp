@@ -4,14 +4,15 @@
 #include <random>
 #include <string>
 
-#include "PointTestSupport.h"
 #include "geometry/Analysis.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 const double kPi = std::acos(-1.0);
 
@@ -59,21 +60,15 @@ TEST(AnalyseTriPoints, NormalFollowsTheRightHandAndDescribes) {
     EXPECT_TRUE(PointsNear(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).normal, {0, 0, -1}, 0));
     EXPECT_EQ(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).desc, "The three points form a triangle");
     EXPECT_EQ(Analysis::TriPoints({0, 0}, {1, 1}, {2, 2}).desc, "The three points lie on one line");
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::TriPoints({0}, {1, 1}, {2, 2});
-        },
-        2411, "Analyse_TriPoints fails: a point needs two or three coordinates"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::TriPoints({0, 0, 0, 0}, {1, 1}, {2, 2});
-        },
-        2411, "Analyse_TriPoints fails: a point needs two or three coordinates"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::TriPoints({NAN, 0}, {1, 1}, {2, 2});
-        },
-        5, "Invalid procedure call or argument"));
+    ExpectError(2411, "Analyse_TriPoints fails: a point needs two or three coordinates", [] {
+        Analysis::TriPoints({0}, {1, 1}, {2, 2});
+    });
+    ExpectError(2411, "Analyse_TriPoints fails: a point needs two or three coordinates", [] {
+        Analysis::TriPoints({0, 0, 0, 0}, {1, 1}, {2, 2});
+    });
+    ExpectError(5, "Invalid procedure call or argument", [] {
+        Analysis::TriPoints({NAN, 0}, {1, 1}, {2, 2});
+    });
 }
 
 struct PointLineCase {
@@ -106,11 +101,9 @@ TEST(AnalysePointLine, DistanceFootParameterAndBetween) {
     EXPECT_EQ(Analysis::PointLine({3, 1}, a, b).desc,
               "The point lies off the line; its foot lies outside the two points");
     EXPECT_EQ(Analysis::PointLine({1, 0}, a, b).desc, "The point lies on the line, between the two points");
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::PointLine({1, 1}, {2, 2}, {2, 2});
-        },
-        2411, "Analyse_Point_Line fails: the line's two points coincide"));
+    ExpectError(2411, "Analyse_Point_Line fails: the line's two points coincide", [] {
+        Analysis::PointLine({1, 1}, {2, 2}, {2, 2});
+    });
 }
 
 TEST(AnalysePointLine, FootLiesOnTheLineAndIsTheNearestPoint) {
@@ -178,11 +171,9 @@ TEST(AnalyseLinePlane, CrossingParallelAndInPlane) {
         EXPECT_NEAR(r.parameter, c.parameter, 1E-7 * (1 + std::fabs(c.parameter))) << c.name;
         EXPECT_TRUE(PointsNear(r.crossPoint, c.cross, 1E-7 * (1 + std::fabs(c.parameter)))) << c.name;
     }
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::LinePlane({0, 0}, {1, 1}, {0, 0}, {1, 0}, {2, 0});
-        },
-        2411, "Vector unitvec(u) = u = 0"));
+    ExpectError(2411, "Vector unitvec(u) = u = 0", [] {
+        Analysis::LinePlane({0, 0}, {1, 1}, {0, 0}, {1, 0}, {2, 0});
+    });
 }
 
 struct LineLineCase {
@@ -253,11 +244,9 @@ TEST(AnalyseLineLine, EveryRelation) {
     EXPECT_TRUE(PointsNear(skew.onSecond, {3, 0, 1}, 1E-15));
     EXPECT_TRUE(
         PointsNear(Analysis::LineLine({0, 0}, {2, 2}, {0, 2}, {2, 0}).intersection, {1, 1, 0}, 1E-15));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Analysis::LineLine({0, 0}, {1, 1}, {3, 3}, {3, 3});
-        },
-        2411, "Analyse_Line_Line fails: the line's two points coincide"));
+    ExpectError(2411, "Analyse_Line_Line fails: the line's two points coincide", [] {
+        Analysis::LineLine({0, 0}, {1, 1}, {3, 3}, {3, 3});
+    });
 }
 
 TEST(AnalyseLineLine, ClosestPointsJoinAtRightAngles) {

@@ -3,14 +3,15 @@
 #include <cmath>
 #include <random>
 
-#include "PointTestSupport.h"
 #include "geometry/Circles.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 struct LineCircleCase {
     const char* name;
@@ -37,16 +38,12 @@ TEST(IntersectLineCircle, NoneTangentAndTwoInTheLinesDirection) {
         EXPECT_TRUE(PointsNear(r.p1, c.p1, 1E-12)) << c.name;
         EXPECT_TRUE(PointsNear(r.p2, c.p2, 1E-12)) << c.name;
     }
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Circles::LineCircle({0, 0}, {1, 0}, {0, 0}, 0);
-        },
-        2411, "Intersect_Line_Circle fails: the radius must be positive"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Circles::LineCircle({0, 0}, {0, 0, 5}, {0, 0}, 1);
-        },
-        2411, "Intersect_Line_Circle fails: the line's two points coincide"));
+    ExpectError(2411, "Intersect_Line_Circle fails: the radius must be positive", [] {
+        Circles::LineCircle({0, 0}, {1, 0}, {0, 0}, 0);
+    });
+    ExpectError(2411, "Intersect_Line_Circle fails: the line's two points coincide", [] {
+        Circles::LineCircle({0, 0}, {0, 0, 5}, {0, 0}, 1);
+    });
 }
 
 struct CircleCircleCase {
@@ -78,11 +75,9 @@ TEST(IntersectCircleCircle, EveryArrangement) {
         EXPECT_TRUE(PointsNear(r.p1, c.p1, 1E-8)) << c.name;
         EXPECT_TRUE(PointsNear(r.p2, c.p2, 1E-8)) << c.name;
     }
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Circles::CircleCircle({0, 0}, 1, {1, 0}, -1);
-        },
-        2411, "Intersect_Circle_Circle fails: the radius must be positive"));
+    ExpectError(2411, "Intersect_Circle_Circle fails: the radius must be positive", [] {
+        Circles::CircleCircle({0, 0}, 1, {1, 0}, -1);
+    });
 }
 
 TEST(IntersectCircleCircle, PointsLieOnBothCircles) {

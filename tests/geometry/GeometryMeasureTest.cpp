@@ -4,14 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "PointTestSupport.h"
 #include "geometry/Geometry.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 const std::string kNoTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
 const std::string kZeroUnitVec = "Vector unitvec(u) = u = 0";
@@ -32,9 +33,7 @@ TEST(GeometryArea, HeronWithRoundedFactors) {
 
 TEST(GeometryArea, LengthsThatFormNoTriangle) {
     for (const auto& sides : std::vector<std::vector<double>>{{1, 1, 3}, {1, 1, 2.0000001}, {5, 1, 1}}) {
-        EXPECT_TRUE(
-            RaisesError([&] { Geometry::Area_3Distances(sides[0], sides[1], sides[2]); }, 2411, kNoTriangle))
-            << sides[2];
+        ExpectError(2411, kNoTriangle, [&] { Geometry::Area_3Distances(sides[0], sides[1], sides[2]); });
     }
 }
 
@@ -59,21 +58,9 @@ TEST(GeometryNormal, FollowsTheRightHandRule) {
 }
 
 TEST(GeometryNormal, DegenerateTrianglesFail) {
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Geometry::NormalVector({0, 0, 0}, {1, 1, 1}, {2, 2, 2});
-        },
-        2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Geometry::NormalVector({1, 2, 3}, {1, 2, 3}, {0, 0, 1});
-        },
-        2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Geometry::NormalVector({0, 0}, {1, 0}, {1, 1});
-        },
-        9, "Subscript out of range"));
+    ExpectError(2411, kZeroUnitVec, [] { Geometry::NormalVector({0, 0, 0}, {1, 1, 1}, {2, 2, 2}); });
+    ExpectError(2411, kZeroUnitVec, [] { Geometry::NormalVector({1, 2, 3}, {1, 2, 3}, {0, 0, 1}); });
+    ExpectError(9, "Subscript out of range", [] { Geometry::NormalVector({0, 0}, {1, 0}, {1, 1}); });
 }
 
 TEST(GeometryVolume, TetrahedraAgainstTheTripleProduct) {
@@ -128,11 +115,9 @@ TEST(GeometryPointPlane, DistanceFootAndDescription) {
     EXPECT_NEAR(distance, 1 / std::sqrt(3.0), 1e-15);
     EXPECT_TRUE(PointsNear(foot, {1.0 / 3, 1.0 / 3, 1.0 / 3}, 1e-15));
 
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            Geometry::Analyse_Point_Plane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, distance);
-        },
-        2411, kZeroUnitVec));
+    ExpectError(2411, kZeroUnitVec, [&] {
+        Geometry::Analyse_Point_Plane({0, 0, 1}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, distance);
+    });
 }
 
 }  // namespace

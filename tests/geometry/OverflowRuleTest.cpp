@@ -5,16 +5,17 @@
 #include <functional>
 #include <string>
 
-#include "PointTestSupport.h"
 #include "geometry/Geometry.h"
 #include "geometry/Matrix.h"
 #include "geometry/UCS.h"
 #include "geometry/Vector.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
-using test::RaisesError;
+using test::ExpectError;
 
 struct OverflowCase {
     const char* name;
@@ -71,46 +72,46 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
              diagonal.Solve({1e308, 1e308});
          }},
     };
-    for (const OverflowCase& c : cases) EXPECT_TRUE(RaisesError(c.action, 6, "Overflow")) << c.name;
+    for (const OverflowCase& c : cases) ExpectError(6, "Overflow", c.name, c.action);
     // A determinant that overflowed is not cached as one: the next call raises again.
-    EXPECT_TRUE(RaisesError([&] { hugeMatrix.Det(); }, 6, "Overflow"));
+    ExpectError(6, "Overflow", [&] { hugeMatrix.Det(); });
 }
 
 TEST(OverflowRule, RefusedMovesLeaveTheSystemAsItWas) {
     UCS system;
     system.SetUCS({1, 2, 3}, {1, 0, 0}, {0, 1, 0});
-    EXPECT_TRUE(RaisesError([&] { system.Move({-1e308, 0, 0}, {1e308, 0, 0}); }, 6, "Overflow"));
+    ExpectError(6, "Overflow", [&] { system.Move({-1e308, 0, 0}, {1e308, 0, 0}); });
     EXPECT_EQ(system.Origin(), (Point{1, 2, 3}));
     Point p{1e308, 0, 0};
     UCS far;
     far.SetUCS({1e308, 0, 0}, {1, 0, 0}, {0, 1, 0});
-    EXPECT_TRUE(RaisesError([&] { system.TranslateFromUCS(p, far); }, 6, "Overflow"));
+    ExpectError(6, "Overflow", [&] { system.TranslateFromUCS(p, far); });
 }
 
 TEST(NonsenseRefused, ParallelOrHugeAxesOriginsAndNegativeSides) {
     UCS system;
     const std::string zero = "Vector unitvec(u) = u = 0";
-    EXPECT_TRUE(RaisesError([&] { system.SetUCS({0, 0, 0}, {1, 0, 0}, {2, 0, 0}); }, 2411, zero));
-    EXPECT_TRUE(RaisesError([&] { system.SetUCS({0, 0, 0}, {1, 0, 0}, {-3, 0, 0}); }, 2411, zero));
-    EXPECT_TRUE(RaisesError([&] { system.SetUCS({0, 0, 0}, {1e308, 1e308, 0}, {0, 1, 0}); }, 2411, zero));
+    ExpectError(2411, zero, [&] { system.SetUCS({0, 0, 0}, {1, 0, 0}, {2, 0, 0}); });
+    ExpectError(2411, zero, [&] { system.SetUCS({0, 0, 0}, {1, 0, 0}, {-3, 0, 0}); });
+    ExpectError(2411, zero, [&] { system.SetUCS({0, 0, 0}, {1e308, 1e308, 0}, {0, 1, 0}); });
     EXPECT_EQ(system.Uz(), (Point{0, 0, 1}));  // refused before anything was stored
     // An origin that is not a point is kept as given, and refused where it is used.
     system.Origin({});
     Point p{1, 2, 3};
-    EXPECT_TRUE(RaisesError([&] { system.TranslateFromUCS(p, UCS{}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [&] { system.TranslateFromUCS(p, UCS{}); });
     system.Origin({5});
-    EXPECT_TRUE(RaisesError([&] { system.Move({0, 0, 0}, {1, 1, 1}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [&] { system.Move({0, 0, 0}, {1, 1, 1}); });
     const std::string noTriangle = "Function Area_3Distances fails: the given lengths do not form a triangle";
-    EXPECT_TRUE(RaisesError([] { Geometry::Area_3Distances(-1, -1, -1); }, 2411, noTriangle));
-    EXPECT_TRUE(RaisesError([] { Geometry::Area_3Distances(-3, 4, 5); }, 2411, noTriangle));
+    ExpectError(2411, noTriangle, [] { Geometry::Area_3Distances(-1, -1, -1); });
+    ExpectError(2411, noTriangle, [] { Geometry::Area_3Distances(-3, 4, 5); });
     EXPECT_EQ(Geometry::Area_3Distances(0, 0, 0), 0);
 }
 
 TEST(NonsenseRefused, RoundingToANegativeDigitCountIsAnInvalidCall) {
     Matrix m;
     m.Array2D({{1.25, 2}, {3, 4}});
-    EXPECT_TRUE(RaisesError([&] { m.RoundUp(-32768); }, 5, "Invalid procedure call or argument"));
-    EXPECT_TRUE(RaisesError([&] { m.RoundUp(-1); }, 5, "Invalid procedure call or argument"));
+    ExpectError(5, "Invalid procedure call or argument", [&] { m.RoundUp(-32768); });
+    ExpectError(5, "Invalid procedure call or argument", [&] { m.RoundUp(-1); });
     EXPECT_EQ(m.RoundUp(400)->Item(0, 0), 1.25);  // more digits than a double has change nothing
 }
 

@@ -4,14 +4,15 @@
 #include <cmath>
 #include <random>
 
-#include "PointTestSupport.h"
 #include "geometry/PointSets.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 TEST(PointSets, BoxCentroidNearestAndSort) {
     const PointList points{{3, 1}, {-1, 4, 2}, {0, 0, -5}, {2, 2}};
@@ -32,13 +33,10 @@ TEST(PointSets, BoxCentroidNearestAndSort) {
         << "stable for equal projections";
     EXPECT_EQ(PointSets::SortAlong({{0, 0}, {1, 1}}, {-1, -1}), (PointList{{1, 1, 0}, {0, 0, 0}}));
 
-    EXPECT_TRUE(RaisesError([] { PointSets::Centroid({}); }, 2411,
-                            "Points_Centroid fails: the list holds no points"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            PointSets::SortAlong({{0, 0}}, {0, 0});
-        },
-        2411, "Points_SortAlong fails: the direction is a zero vector"));
+    ExpectError(2411, "Points_Centroid fails: the list holds no points", [] { PointSets::Centroid({}); });
+    ExpectError(2411, "Points_SortAlong fails: the direction is a zero vector", [] {
+        PointSets::SortAlong({{0, 0}}, {0, 0});
+    });
 }
 
 // The hull by brute force: the points p for which some edge (p, q) has every point on its left or
@@ -113,20 +111,15 @@ TEST(Interpolation, TableAndPoint) {
         EXPECT_NEAR(PointSets::InterpolateTable(c.x, xs, ys, c.extrapolate), c.expected, 1E-15) << c.name;
     }
     const std::string fails = "Interpolate_Table fails: ";
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(-0.1, xs, ys); }, 2411,
-                            fails + "X lies outside the table"));
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            PointSets::InterpolateTable(1, {0, 1}, {1});
-        },
-        2411, fails + "the two lists differ in length"));
-    EXPECT_TRUE(RaisesError([&] { PointSets::InterpolateTable(1, {1}, {1}); }, 2411,
-                            fails + "the table needs at least two rows"));
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            PointSets::InterpolateTable(1, {0, 2, 2}, {1, 2, 3});
-        },
-        2411, fails + "the abscissae do not increase"));
+    ExpectError(2411, fails + "X lies outside the table", [&] { PointSets::InterpolateTable(-0.1, xs, ys); });
+    ExpectError(2411, fails + "the two lists differ in length", [&] {
+        PointSets::InterpolateTable(1, {0, 1}, {1});
+    });
+    ExpectError(2411, fails + "the table needs at least two rows",
+                [&] { PointSets::InterpolateTable(1, {1}, {1}); });
+    ExpectError(2411, fails + "the abscissae do not increase", [&] {
+        PointSets::InterpolateTable(1, {0, 2, 2}, {1, 2, 3});
+    });
 
     EXPECT_EQ(PointSets::InterpolatePoint({0, 0}, {10, 20, 30}, 0.5), (Point{5, 10, 15}));
     EXPECT_EQ(PointSets::InterpolatePoint({1, 1}, {2, 2}, -1), (Point{0, 0, 0}));

@@ -3,14 +3,15 @@
 #include <cmath>
 #include <random>
 
-#include "PointTestSupport.h"
 #include "geometry/PointTransforms.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 Matrix Make(const Array2DData& data) {
     Matrix m;
@@ -85,26 +86,18 @@ TEST(PointTransforms, PlanePointsEdgesAndFailures) {
     const Matrix halving = Make({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 2}});
     EXPECT_EQ(PointTransforms::Transform({{2, 4, 6}}, halving), (PointList{{1, 2, 3}}));
     const Matrix flat = Make({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 0}});
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            PointTransforms::Transform({{1, 1}}, flat);
-        },
-        2411, "Transform_Points fails: a point maps to infinity (w = 0)"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            PointTransforms::Transform({{1, 1}}, Make({{1, 0}, {0, 1}}));
-        },
-        2411, "Transform_Points fails: the matrix must be 3x3 or 4x4"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            PointTransforms::Mirror({{1, 1}}, {2, 2, 0}, {2, 2, 5});
-        },
-        2411, "Mirror_Points fails: the line's two points coincide"));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            PointTransforms::Scale({{1, 1}}, {0, 0}, INFINITY);
-        },
-        5, "Invalid procedure call or argument"));
+    ExpectError(2411, "Transform_Points fails: a point maps to infinity (w = 0)", [&] {
+        PointTransforms::Transform({{1, 1}}, flat);
+    });
+    ExpectError(2411, "Transform_Points fails: the matrix must be 3x3 or 4x4", [] {
+        PointTransforms::Transform({{1, 1}}, Make({{1, 0}, {0, 1}}));
+    });
+    ExpectError(2411, "Mirror_Points fails: the line's two points coincide", [] {
+        PointTransforms::Mirror({{1, 1}}, {2, 2, 0}, {2, 2, 5});
+    });
+    ExpectError(5, "Invalid procedure call or argument", [] {
+        PointTransforms::Scale({{1, 1}}, {0, 0}, INFINITY);
+    });
 }
 
 }  // namespace

@@ -4,14 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "PointTestSupport.h"
 #include "geometry/Geometry.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;
 const std::string kRotateFails = "Method RotatePoint of Geometry module fails";
@@ -100,9 +101,9 @@ TEST(GeometryRotatePoint, SetUpFailuresAre713) {
     const auto rotate = [&](const Point& p, const Point& org, const Point& axis) {
         return [&, p, org, axis] { Geometry::RotatePoint(p, org, axis, 1, out); };
     };
-    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {0, 0, 0}), 713, kRotateFails));     // zero axis
-    EXPECT_TRUE(RaisesError(rotate({1, 0, 0}, {0, 0, 0}, {1, 1}), 713, kRotateFails));        // plane axis
-    EXPECT_TRUE(RaisesError(rotate({1, 0, 0, 4}, {0, 0, 0}, {0, 0, 1}), 713, kRotateFails));  // 4 coordinates
+    ExpectError(713, kRotateFails, rotate({1, 0, 0}, {0, 0, 0}, {0, 0, 0}));     // zero axis
+    ExpectError(713, kRotateFails, rotate({1, 0, 0}, {0, 0, 0}, {1, 1}));        // plane axis
+    ExpectError(713, kRotateFails, rotate({1, 0, 0, 4}, {0, 0, 0}, {0, 0, 1}));  // 4 coordinates
 }
 
 }  // namespace

@@ -5,16 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "PointTestSupport.h"
 #include "geometry/Matrix.h"
 #include "geometry/UCS.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 #include "units/UnitIds.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;
 const std::string kInvalidAxes = "The Ux, Uy, Uz set to the UCS object are invalid";
@@ -120,12 +121,7 @@ TEST(UCSSet, RightHandTestAgainstTheCallersUz) {
     EXPECT_EQ(system->Uz(), unitUz);
     for (const Point& uz : {Point{0, 0, 2}, Point{0, 0, -1}, Point{0, 0.1, 1}, Point{1, 1}}) {
         auto fresh = UCS::Create();
-        EXPECT_TRUE(RaisesError(
-            [&] {
-                fresh->SetUCS({0, 0, 0}, {2, 0, 0}, {0, 3, 0}, &uz);
-            },
-            2411, kInvalidAxes))
-            << uz.size();
+        ExpectError(2411, kInvalidAxes, [&] { fresh->SetUCS({0, 0, 0}, {2, 0, 0}, {0, 3, 0}, &uz); });
     }
 }
 
@@ -134,11 +130,9 @@ TEST(UCSSet, FailedRightHandTestLeavesAPartialUpdate) {
     const auto parent = UCS::Create();
     system->Parent(parent);
     const Point badUz{0, 0, 2};
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            system->SetUCS({7, 8, 9}, {0, 1, 0}, {-1, 0, 0}, &badUz, UCS::Create());
-        },
-        2411, kInvalidAxes));
+    ExpectError(2411, kInvalidAxes, [&] {
+        system->SetUCS({7, 8, 9}, {0, 1, 0}, {-1, 0, 0}, &badUz, UCS::Create());
+    });
     EXPECT_EQ(system->Ux(), (Point{0, 1, 0}));  // the axes are new
     EXPECT_EQ(system->Uy(), (Point{-1, 0, 0}));
     EXPECT_EQ(system->Uz(), (Point{0, 0, 1}));
@@ -149,11 +143,7 @@ TEST(UCSSet, FailedRightHandTestLeavesAPartialUpdate) {
 
 TEST(UCSSet, ZeroAxisFailsInUnitVec) {
     auto system = UCS::Create();
-    EXPECT_TRUE(RaisesError(
-        [&] {
-            system->SetUCS({0, 0, 0}, {0, 0, 0}, {0, 1, 0});
-        },
-        2411, "Vector unitvec(u) = u = 0"));
+    ExpectError(2411, "Vector unitvec(u) = u = 0", [&] { system->SetUCS({0, 0, 0}, {0, 0, 0}, {0, 1, 0}); });
 }
 
 // ---- translation ---------------------------------------------------------------------------
@@ -216,12 +206,11 @@ TEST(UCSTranslate, Failures) {
     const auto metres = TurnedSystem(0, {0, 0, 0}, m_UnitID);
     Point shortPoint{1, 2};
     // With a conversion the coordinates are read one by one; without, the matrix rejects the length.
-    EXPECT_TRUE(
-        RaisesError([&] { world->TranslateFromUCS(shortPoint, *metres); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [&] { world->TranslateFromUCS(shortPoint, *metres); });
     shortPoint = {1, 2};
-    EXPECT_TRUE(RaisesError(
-        [&] { world->TranslateFromUCS(shortPoint, *world); }, 2411,
-        "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix"));
+    ExpectError(
+        2411, "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix",
+        [&] { world->TranslateFromUCS(shortPoint, *world); });
     Point p{1, 2, 3};
     try {
         world->TranslateFromUCS(p, *world, false, 9);  // 9 is no length unit
@@ -237,8 +226,8 @@ TEST(UCSTranslate, AnInvalidSystemUnitFailsAfterThePointWasMoved) {
     shifted->UnitID(-1);  // kept; it fails where it converts
     EXPECT_EQ(shifted->UnitID(), -1);
     Point p{1, 2, 3};
-    EXPECT_TRUE(RaisesError([&] { shifted->TranslateFromUCS(p, *UCS::Create()); }, 24111,
-                            "-1 is an invalid UnitID for Length"));
+    ExpectError(24111, "-1 is an invalid UnitID for Length",
+                [&] { shifted->TranslateFromUCS(p, *UCS::Create()); });
     EXPECT_EQ(p, (Point{-9, 2, 3}));  // into the system, not yet into its unit
 }
 
@@ -268,8 +257,8 @@ TEST(UCSReverse, FirstFlagActsAndTheMatrixStays) {
 TEST(UCSReverse, ALeftHandedSystemCannotBeCopiedOrTurned) {
     auto system = UCS::Create();
     system->Reverse(false, true);
-    EXPECT_TRUE(RaisesError([&] { system->Copy(); }, 2411, kInvalidAxes));
-    EXPECT_TRUE(RaisesError([&] { system->Rotate(0.5, false, false, true); }, 2411, kInvalidAxes));
+    ExpectError(2411, kInvalidAxes, [&] { system->Copy(); });
+    ExpectError(2411, kInvalidAxes, [&] { system->Rotate(0.5, false, false, true); });
 }
 
 TEST(UCSMove, ShiftsTheOriginOnly) {

@@ -4,14 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "PointTestSupport.h"
 #include "geometry/Vector.h"
+#include "support/Expectations.h"
+#include "support/PointsNear.h"
 
 namespace tgp {
 namespace {
 
+using test::ExpectError;
 using test::PointsNear;
-using test::RaisesError;
 
 constexpr double kShortPi = 3.14159265358979;  // the library's pi literal
 const std::string kZeroUnitVec = "Vector unitvec(u) = u = 0";
@@ -38,7 +39,7 @@ TEST(VectorSum, AddsSharedIndicesAndLeavesTheLongerTailZero) {
 }
 
 TEST(VectorSum, NoItemsIsSubscriptOutOfRange) {
-    EXPECT_TRUE(RaisesError([] { Vector::vplusv(std::span<const Point>{}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [] { Vector::vplusv(std::span<const Point>{}); });
 }
 
 TEST(VectorSum, DifferenceAndVectorABShareTheZeroTail) {
@@ -82,7 +83,7 @@ TEST(VectorAngle, QuadrantsUseTheShortenedPi) {
 }
 
 TEST(VectorAngle, NeedsTwoElements) {
-    EXPECT_TRUE(RaisesError([] { Vector::vAngle(Point{1}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [] { Vector::vAngle(Point{1}); });
 }
 
 TEST(VectorAngle, TurnBetweenTwoVectorsStaysWithinPi) {
@@ -105,7 +106,7 @@ TEST(VectorAngle, TurnBetweenTwoVectorsStaysWithinPi) {
 TEST(VectorRotate, KeepsLengthDropsZ) {
     const Point turned = Vector::vRotate({3, 0, 7}, kShortPi / 2);  // z plays no part in the length
     EXPECT_TRUE(PointsNear(turned, {0, 3}, 1e-13));
-    EXPECT_TRUE(RaisesError([] { Vector::vRotate({3}, 1); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [] { Vector::vRotate({3}, 1); });
     EXPECT_TRUE(PointsNear(Vector::vRotate({1, 1}, kShortPi), {-1, -1}, 1e-13));
 }
 
@@ -131,20 +132,20 @@ TEST(VectorProducts, CrossProductNeedsThreeElements) {
         {{1, 2, 3, 99}, {4, 5, 6}, {-3, 6, -3}},  // a fourth element is not read
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::vxv(c.a, c.b), c.expected);
-    EXPECT_TRUE(RaisesError([] { Vector::vxv({1, 0}, {0, 1, 0}); }, 9, "Subscript out of range"));
-    EXPECT_TRUE(RaisesError([] { Vector::vxv({1, 0, 0}, {0, 1}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [] { Vector::vxv({1, 0}, {0, 1, 0}); });
+    ExpectError(9, "Subscript out of range", [] { Vector::vxv({1, 0, 0}, {0, 1}); });
 }
 
 TEST(VectorProducts, DotProductRunsOverTheFirstOperand) {
     EXPECT_EQ(Vector::vxxv({1, 2, 3}, {4, 5, 6}), 32);
     EXPECT_EQ(Vector::vxxv({1, 2}, {3, 4, 5}), 11);
-    EXPECT_TRUE(RaisesError([] { Vector::vxxv({1, 2, 3}, {3, 4}); }, 9, "Subscript out of range"));
+    ExpectError(9, "Subscript out of range", [] { Vector::vxxv({1, 2, 3}, {3, 4}); });
 }
 
 TEST(VectorProducts, ProjectionIsTheComponentAlongTheTarget) {
     EXPECT_TRUE(PointsNear(Vector::vProjectTo({3, 4, 5}, {2, 0, 0}), {3, 0, 0}, 1e-15));
     EXPECT_TRUE(PointsNear(Vector::vProjectTo({1, 0}, {1, 1}), {0.5, 0.5}, 1e-15));
-    EXPECT_TRUE(RaisesError([] { Vector::vProjectTo({1, 2, 3}, {0, 0, 0}); }, 2411, kZeroUnitVec));
+    ExpectError(2411, kZeroUnitVec, [] { Vector::vProjectTo({1, 2, 3}, {0, 0, 0}); });
 }
 
 // ---- unit vectors and rounding ---------------------------------------------------------------
@@ -156,9 +157,9 @@ TEST(VectorUnit, ScalesToLengthOne) {
 }
 
 TEST(VectorUnit, ZeroVectorIsRejected) {
-    EXPECT_TRUE(RaisesError([] { Vector::UnitVec({0, 0, 0}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([] { Vector::UnitVec(Point{}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([] { Vector::UnitVec({1, 2, 3}, {1, 2, 3}); }, 2411, kZeroUnitVec));
+    ExpectError(2411, kZeroUnitVec, [] { Vector::UnitVec({0, 0, 0}); });
+    ExpectError(2411, kZeroUnitVec, [] { Vector::UnitVec(Point{}); });
+    ExpectError(2411, kZeroUnitVec, [] { Vector::UnitVec({1, 2, 3}, {1, 2, 3}); });
 }
 
 TEST(VectorRoundZero, DefaultToleranceIsWrittenBack) {
@@ -238,10 +239,10 @@ TEST(VectorAngle3D, RangesWithAndWithoutAxis) {
 
 TEST(VectorAngle3D, Failures) {
     const Point zero{0, 0, 0};
-    EXPECT_TRUE(RaisesError([] { Vector::vAngle3D({0, 0, 0}, {1, 0, 0}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([] { Vector::vAngle3D({1, 0, 0}, {0, 0, 0}); }, 2411, kZeroUnitVec));
-    EXPECT_TRUE(RaisesError([&] { Vector::vAngle3D({1, 0, 0}, {0, 1, 0}, &zero); }, 11, "Division by zero"));
-    EXPECT_TRUE(RaisesError([] { Vector::vAngle3D({1, 0}, {0, 1}); }, 9, "Subscript out of range"));
+    ExpectError(2411, kZeroUnitVec, [] { Vector::vAngle3D({0, 0, 0}, {1, 0, 0}); });
+    ExpectError(2411, kZeroUnitVec, [] { Vector::vAngle3D({1, 0, 0}, {0, 0, 0}); });
+    ExpectError(11, "Division by zero", [&] { Vector::vAngle3D({1, 0, 0}, {0, 1, 0}, &zero); });
+    ExpectError(9, "Subscript out of range", [] { Vector::vAngle3D({1, 0}, {0, 1}); });
 }
 
 // ---- decomposition ---------------------------------------------------------------------------
@@ -262,26 +263,14 @@ TEST(VectorAssoc, CoordinatesInASkewBasisReconstructTheVector) {
 
 TEST(VectorAssoc, AnyFailureIsOneError) {
     // A singular basis, a basis singular after rounding to 12 digits, and unusable arguments.
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {2, 0, 0}, {0, 0, 1});
-        },
-        2411, kAssocFails));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1e-13});
-        },
-        2411, kAssocFails));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Vector::AssocVector({1, 2}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1});
-        },
-        2411, kAssocFails));
-    EXPECT_TRUE(RaisesError(
-        [] {
-            Vector::AssocVector({1, 2, 3}, {1, 0, 0, 0}, {0, 1, 0}, {0, 0, 1});
-        },
-        2411, kAssocFails));
+    ExpectError(2411, kAssocFails, [] { Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {2, 0, 0}, {0, 0, 1}); });
+    ExpectError(2411, kAssocFails, [] {
+        Vector::AssocVector({1, 2, 3}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1e-13});
+    });
+    ExpectError(2411, kAssocFails, [] { Vector::AssocVector({1, 2}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}); });
+    ExpectError(2411, kAssocFails, [] {
+        Vector::AssocVector({1, 2, 3}, {1, 0, 0, 0}, {0, 1, 0}, {0, 0, 1});
+    });
 }
 
 // ---- direction tests -------------------------------------------------------------------------
@@ -298,8 +287,8 @@ TEST(VectorDirection, ParallelWithinTwoHundredthsOfADegree) {
         {{1, 0, 0}, {1, above, 0}, false}, {{1, 0, 0}, {0, 1, 0}, false},
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::IsParallel(c.a, c.b), c.expected) << c.b[1];
-    EXPECT_TRUE(RaisesError([] { Vector::IsParallel({1, 0}, {2, 0}); }, 9, "Subscript out of range"));
-    EXPECT_TRUE(RaisesError([] { Vector::IsParallel({0, 0, 0}, {2, 0, 0}); }, 11, "Division by zero"));
+    ExpectError(9, "Subscript out of range", [] { Vector::IsParallel({1, 0}, {2, 0}); });
+    ExpectError(11, "Division by zero", [] { Vector::IsParallel({0, 0, 0}, {2, 0, 0}); });
 }
 
 TEST(VectorDirection, PerpendicularWithinTwoHundredthsOfADegree) {
@@ -309,7 +298,7 @@ TEST(VectorDirection, PerpendicularWithinTwoHundredthsOfADegree) {
         {{1, 0, 0}, {1, 0, 0}, false},
     };
     for (const auto& c : cases) EXPECT_EQ(Vector::IsVertical(c.a, c.b), c.expected) << c.b[0];
-    EXPECT_TRUE(RaisesError([] { Vector::IsVertical({0, 0}, {2, 0}); }, 11, "Division by zero"));
+    ExpectError(11, "Division by zero", [] { Vector::IsVertical({0, 0}, {2, 0}); });
 }
 
 struct NegativeCase {

@@ -137,8 +137,8 @@ TEST(InertiaBlockJoin, DifferentModuliJoinAsTheTransformedSection) {
         "Join: a block without material cannot be joined to a block with material (set ElasticModulus on "
         "both "
         "blocks or on neither)";
-    ExpectError([&] { bare->Join(*steel); }, 2411, refusal);
-    ExpectError([&] { steel->Join(*bare); }, 2411, refusal);
+    ExpectError(2411, refusal, [&] { bare->Join(*steel); });
+    ExpectError(2411, refusal, [&] { steel->Join(*bare); });
     EXPECT_EQ(steel->Area()->Millimetres(), 1000) << "a refused join changes nothing";
 }
 
@@ -146,8 +146,9 @@ TEST(InertiaBlockJoin, CancellingAreasAreRefusedAndSelfJoinDoubles) {
     auto block = BlockOf(Rectangle(0, 0, 10, 20));
     auto hole = block->Copy();
     hole->Inverse();
-    ExpectError([&] { block->Join(*hole); }, 2411,
-                "Join: the areas cancel (a block joined with its own void), so the result has no centroid");
+    ExpectError(2411,
+                "Join: the areas cancel (a block joined with its own void), so the result has no centroid",
+                [&] { block->Join(*hole); });
     const Values before = Of(*block);
     block->Join(*block);
     const Values after = Of(*block);
@@ -214,12 +215,12 @@ TEST(InertiaBlockTransformation, TurningBackAndMirroringTwiceRestore) {
     hole->Transformation({0, 0, 0}, 0, -2, 3, {0, 0, 0});
     EXPECT_LT(hole->Area()->Millimetres(), 0) << "a void stays a void";
     ExpectError(
-        [&] {
-            block->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0});
-        },
         2411,
         "Cannot Transformation InertiaBlock with a scale factor of 0: the section would collapse onto a "
-        "line");
+        "line",
+        [&] {
+            block->Transformation({0, 0, 0}, 0, 0, 1, {0, 0, 0});
+        });
 }
 
 using test::SameBits;
@@ -313,7 +314,7 @@ TEST(InertiaBlockText, BadTextNamesTheFaultAndChangesNothing) {
     auto block = BlockOf(Rectangle(0, 0, 3, 4));
     const std::string before = block->SaveToText();
     for (const Case& c : cases) {
-        ExpectError([&] { block->InitFromText(c.text); }, 2411, "InitFromText: " + c.description);
+        ExpectError(2411, "InitFromText: " + c.description, [&] { block->InitFromText(c.text); });
         EXPECT_EQ(block->SaveToText(), before) << c.text;
     }
 }

@@ -46,17 +46,13 @@ TEST(InertiaBlockInit, FreshBlockAndDefaultAxes) {
 TEST(InertiaBlockInit, AxisOffThePlaneIsRefusedAndStoresNothing) {
     auto b = InertiaBlock::Create();
     const Point tilted{0, 1, 0.001};
-    ExpectError(
-        [&] {
-            b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted);
-        },
-        2411, "InertiaBlock should be on World Coordinates System Plan XY");
+    ExpectError(2411, "InertiaBlock should be on World Coordinates System Plan XY", [&] {
+        b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted);
+    });
     const Point x{1, 0, 0};
-    ExpectError(
-        [&] {
-            b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted);
-        },
-        2411, "InertiaBlock should be on World Coordinates System Plan XY");
+    ExpectError(2411, "InertiaBlock should be on World Coordinates System Plan XY", [&] {
+        b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted);
+    });
     EXPECT_TRUE(b->IsVoid());
     EXPECT_EQ(b->MomentOfInertiaX()->Millimetres(), 0);
     b->Init(1, 2, 3, {0, 0, 0}, 4);

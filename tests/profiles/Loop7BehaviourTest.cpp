@@ -30,7 +30,7 @@ std::shared_ptr<Loop7> Square(double x0, double y0, double side) {  // counter-c
 TEST(LoopConstruction, PlanePointsTakeZWhenGivenAndZeroOtherwise) {
     EXPECT_EQ(ToPlanePoint({1, 2}), (Point3{1, 2, 0}));
     EXPECT_EQ(ToPlanePoint({1, 2, 3}), (Point3{1, 2, 3}));
-    ExpectError([] { ToPlanePoint({1}); }, 9, "Subscript out of range");
+    ExpectError(9, "Subscript out of range", [] { ToPlanePoint({1}); });
 }
 
 TEST(LoopConstruction, RepeatedVerticesCollapse) {
@@ -69,8 +69,8 @@ TEST(LoopConstruction, FromPointsAndVertices) {
     EXPECT_EQ(loop->Bulges(), (std::vector<double>{0, 0, 0}));
     EXPECT_NEAR(loop->MiddlePoint()[0], 4.0 / 3, 1e-15);
     EXPECT_NEAR(loop->MiddlePoint()[1], 1.0 / 3, 1e-15);
-    ExpectError([&] { loop->Vertex(3); }, 9, "Subscript out of range");
-    ExpectError([&] { loop->InitFromPoints(std::vector<Point>{{0, 0}, {1}}); }, 9, "Subscript out of range");
+    ExpectError(9, "Subscript out of range", [&] { loop->Vertex(3); });
+    ExpectError(9, "Subscript out of range", [&] { loop->InitFromPoints(std::vector<Point>{{0, 0}, {1}}); });
 }
 
 TEST(LoopConstruction, UnitSquareCounterClockwise) {
@@ -94,30 +94,27 @@ struct EntityLog : HostEntity {
 
 TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
     auto bowTie = Polygon({0, 0, 1, 1, 1, 0, 0, 1});
-    ExpectError([&] { bowTie->InertiaBlock(); }, 5,
-                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    ExpectError(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself",
+                [&] { bowTie->InertiaBlock(); });
     EXPECT_FALSE(bowTie->InitInertiaDone());
     ExpectError(
-        [&] { Loop7::Create()->Area(); }, 5,
+        5,
         "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
-        "dropped)");
+        "dropped)",
+        [&] { Loop7::Create()->Area(); });
     auto line = Loop7::Create();
     line->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{0, 0}, true);
-    ExpectError([&] { line->Area(); }, 6, "Overflow");
-    ExpectError(
-        [&] {
-            Loop7::Create()->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1, 1},
-                                                 std::vector<double>{0, 0});
-        },
-        9, "Subscript out of range");
+    ExpectError(6, "Overflow", [&] { line->Area(); });
+    ExpectError(9, "Subscript out of range", [&] {
+        Loop7::Create()->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1, 1},
+                                             std::vector<double>{0, 0});
+    });
     auto square = Square(0, 0, 1);
-    ExpectError([&] { square->IntersectWithLine({1, 1}, {1, 1}); }, 5, "Invalid procedure call or argument");
+    ExpectError(5, "Invalid procedure call or argument", [&] { square->IntersectWithLine({1, 1}, {1, 1}); });
     square->AcadEntity(std::make_shared<EntityLog>());
-    ExpectError(
-        [&] {
-            square->Transformation({1, 0}, 0, 1, 1, {0, 0});
-        },
-        2411, "Cannot Transformation Loop7 which has AcadEntity attached");
+    ExpectError(2411, "Cannot Transformation Loop7 which has AcadEntity attached", [&] {
+        square->Transformation({1, 0}, 0, 1, 1, {0, 0});
+    });
     EXPECT_EQ(square->Vertex(0), (Point{0, 0, 0}));  // unchanged
 }
 
@@ -247,8 +244,8 @@ TEST(LoopSelfIntersection, FoundForCrossingsOnly) {
     eight->InitFromCoordinates(std::vector<double>{0, 0, 2, 0, 0, 0, -2, 0},
                                std::vector<double>{1, 1, -1, -1});
     EXPECT_TRUE(eight->IsSelfIntersect());
-    ExpectError([&] { eight->InertiaBlock(); }, 5,
-                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    ExpectError(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself",
+                [&] { eight->InertiaBlock(); });
 
     EXPECT_TRUE(Polygon({0, 0, 4, 0, 2, 0, 2, 2})->IsSelfIntersect());  // a spike folding back
     EXPECT_FALSE(Star(5, 10, 4)->IsSelfIntersect());
@@ -270,19 +267,15 @@ TEST(LoopConstruction, CoordinatesThatAreNotNumbersOrOverflowAreRefused) {
         xy.push_back(i % 5 == 0 ? NAN : std::cos(i * 0.1) * i);
         xy.push_back(i % 7 == 0 ? NAN : std::sin(i * 0.1) * i);
     }
-    ExpectError([&] { Polygon(xy); }, 6, "Overflow");
-    ExpectError([&] { Polygon({0, 0, 1e308, 0, 1e308, 1e308}); }, 6, "Overflow");  // a chord beyond the range
+    ExpectError(6, "Overflow", [&] { Polygon(xy); });
+    ExpectError(6, "Overflow", [&] { Polygon({0, 0, 1e308, 0, 1e308, 1e308}); });  // a chord beyond the range
     auto loop = Loop7::Create();
-    ExpectError(
-        [&] {
-            loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{1e-320, 0});
-        },
-        6, "Overflow");  // a radius beyond the range
-    ExpectError(
-        [&] {
-            loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1}, std::vector<double>{0, 0, 0});
-        },
-        9, "Subscript out of range");  // an x without its y
+    ExpectError(6, "Overflow", [&] {
+        loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{1e-320, 0});
+    });  // a radius beyond the range
+    ExpectError(9, "Subscript out of range", [&] {
+        loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1}, std::vector<double>{0, 0, 0});
+    });  // an x without its y
 }
 
 // ---- extremes, nearest point, moves -------------------------------------------------------------

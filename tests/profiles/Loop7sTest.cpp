@@ -102,7 +102,7 @@ TEST(Loop7s, SortByEachKeyStably) {
         EXPECT_EQ(sizes, c.sizes) << c.key << (c.descending ? " descending" : "");
     }
     Nested n;
-    ExpectError([&] { n.all->Sort(static_cast<Loop7sSortKey>(7)); }, 5, "Invalid procedure call or argument");
+    ExpectError(5, "Invalid procedure call or argument", [&] { n.all->Sort(static_cast<Loop7sSortKey>(7)); });
 }
 
 TEST(Loop7s, OverlappingLoopsAreAnErrorNamingBoth) {
@@ -122,9 +122,10 @@ TEST(Loop7s, OverlappingLoopsAreAnErrorNamingBoth) {
         second->Handle("2F");
         all->Add(second);
         ExpectError(
-            [&] { all->Depth(1); }, 2411,
+            2411,
             "Loop7s: loop 1 and loop 2 (handle 2F) overlap (their interiors cross); draw touching parts side "
-            "by side, or a hole inside its boundary");
+            "by side, or a hole inside its boundary",
+            [&] { all->Depth(1); });
     }
 }
 
@@ -184,20 +185,20 @@ TEST(Loop7s, AChangedLoopIsArrangedAgain) {
 
 TEST(Loop7s, IndicesAndArguments) {
     auto section = Loop7s::Create();
-    ExpectError([&] { section->InertiaBlock(); }, 2411,
-                "Loop7s: the collection is empty, so it has no section properties");
-    ExpectError([&] { section->Add(nullptr); }, 424, "Object required");
+    ExpectError(2411, "Loop7s: the collection is empty, so it has no section properties",
+                [&] { section->InertiaBlock(); });
+    ExpectError(424, "Object required", [&] { section->Add(nullptr); });
     section->Add(LoopOf(Square(0, 0, 1)));
     for (std::size_t bad : {0, 2}) {
-        ExpectError([&] { section->Item(bad); }, 9, "Subscript out of range");
-        ExpectError([&] { section->Remove(bad); }, 9, "Subscript out of range");
+        ExpectError(9, "Subscript out of range", [&] { section->Item(bad); });
+        ExpectError(9, "Subscript out of range", [&] { section->Remove(bad); });
     }
     auto bow = Loop7::Create();
     bow->InitFromCoordinates(std::vector<double>{0, 0, 10, 10, 10, 0, 0, 10},
                              std::vector<double>{0, 0, 0, 0});
     section->Add(bow);
-    ExpectError([&] { section->Depth(1); }, 5,
-                "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    ExpectError(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself",
+                [&] { section->Depth(1); });
     section->Clear();
     EXPECT_EQ(section->Count(), 0u);
 }

@@ -332,7 +332,7 @@ TEST(SegmentEdits, DividedPiecesAddUpToTheWhole) {
     ASSERT_EQ(parts.size(), 5u);
     EXPECT_EQ(parts.back().EndPoint(), s.EndPoint());
     EXPECT_NEAR(parts[2].Length(), s.Length() / 5, 1e-12);
-    test::ExpectError([&] { s.Divide2(0); }, 5, "Invalid procedure call or argument");
+    test::ExpectError(5, "Invalid procedure call or argument", [&] { s.Divide2(0); });
 }
 
 TEST(SegmentEdits, TransformationScalesTurnsAndShifts) {

@@ -287,8 +287,8 @@ TEST(SaintVenantTorsion, MonosymmetryConstantsApproachTheThinWalledOnes) {
 }
 
 TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
-    test::ExpectError([] { SaintVenantTorsion torsion(*Loop7s::Create()); }, 2411,
-                      "Loop7s: the collection is empty, so it has no section properties");
+    test::ExpectError(2411, "Loop7s: the collection is empty, so it has no section properties",
+                      [] { SaintVenantTorsion torsion(*Loop7s::Create()); });
     // More boundary nodes than the solver holds: a star of 8,000 sharp points at once (each side graded
     // into 11 panels of 12 nodes); one of 3,400 at the first refinement (14 panels a side), without
     // which there would be no estimate.
@@ -299,14 +299,13 @@ TEST(SaintVenantTorsion, SectionsWithoutAreaOrThatCutThemselvesRaise) {
             star.Add(radius * std::cos(angle), radius * std::sin(angle));
         }
         test::ExpectError(
-            [&] { SaintVenantTorsion torsion(*SectionOf({star})); }, 2411,
-            "SaintVenantTorsion: the boundary needs more than 500000 nodes, more than this solver holds");
+            2411,
+            "SaintVenantTorsion: the boundary needs more than 500000 nodes, more than this solver holds",
+            [&] { SaintVenantTorsion torsion(*SectionOf({star})); });
     }
-    test::ExpectError(
-        [] {
-            SaintVenantTorsion torsion(*SectionOf({Outline::Polygon({0, 0, 1, 1, 1, 0, 0, 1})}));
-        },
-        5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself");
+    test::ExpectError(5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself", [] {
+        SaintVenantTorsion torsion(*SectionOf({Outline::Polygon({0, 0, 1, 1, 1, 0, 0, 1})}));
+    });
 }
 
 }  // namespace

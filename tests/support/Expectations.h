@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "core/Error.h"
 
@@ -14,7 +15,7 @@ namespace tgp::test {
 // Runs `action`, expecting the library's error with this number and description; `what` names the
 // case in a failure.
 template <class F>
-void ExpectError(F&& action, int number, const std::string& description, const std::string& what = "") {
+void ExpectError(int number, const std::string& description, const std::string& what, F&& action) {
     try {
         action();
         ADD_FAILURE() << what << ": no error, expected " << number << " " << description;
@@ -22,6 +23,10 @@ void ExpectError(F&& action, int number, const std::string& description, const s
         EXPECT_EQ(e.number(), number) << what;
         EXPECT_EQ(e.description(), description) << what;
     }
+}
+template <class F>
+void ExpectError(int number, const std::string& description, F&& action) {
+    ExpectError(number, description, "", std::forward<F>(action));
 }
 
 // The same number to the last bit (a NaN equals itself, +0 differs from -0).

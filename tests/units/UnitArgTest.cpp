@@ -45,16 +45,16 @@ TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
 }
 
 TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
-    test::ExpectError([] { UnitArg(40000); }, 6, "Overflow", "40000");
-    test::ExpectError([] { UnitArg(32767.5); }, 6, "Overflow", "32767.5 rounds to 32768");
-    test::ExpectError([] { UnitArg(-32769); }, 6, "Overflow", "-32769");
-    test::ExpectError([] { UnitArg(70000u); }, 6, "Overflow", "unsigned 70000");
-    test::ExpectError([] { UnitArg("1e9"); }, 6, "Overflow", "text 1e9");
-    test::ExpectError([] { ToInteger32(3e9); }, 6, "Overflow", "Long 3e9");
-    test::ExpectError([] { UnitArg("abc"); }, 13, "Type mismatch", "abc");
-    test::ExpectError([] { UnitArg(""); }, 13, "Type mismatch", "empty text");
-    test::ExpectError([] { UnitArg("3 m"); }, 13, "Type mismatch", "text with a unit");
-    test::ExpectError([] { ToInteger32(2147483647.5); }, 6, "Overflow", "Long 2147483647.5 rounds to 2^31");
+    test::ExpectError(6, "Overflow", "40000", [] { UnitArg(40000); });
+    test::ExpectError(6, "Overflow", "32767.5 rounds to 32768", [] { UnitArg(32767.5); });
+    test::ExpectError(6, "Overflow", "-32769", [] { UnitArg(-32769); });
+    test::ExpectError(6, "Overflow", "unsigned 70000", [] { UnitArg(70000u); });
+    test::ExpectError(6, "Overflow", "text 1e9", [] { UnitArg("1e9"); });
+    test::ExpectError(6, "Overflow", "Long 3e9", [] { ToInteger32(3e9); });
+    test::ExpectError(13, "Type mismatch", "abc", [] { UnitArg("abc"); });
+    test::ExpectError(13, "Type mismatch", "empty text", [] { UnitArg(""); });
+    test::ExpectError(13, "Type mismatch", "text with a unit", [] { UnitArg("3 m"); });
+    test::ExpectError(6, "Overflow", "Long 2147483647.5 rounds to 2^31", [] { ToInteger32(2147483647.5); });
     // The largest numbers that fit are taken.
     EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
     EXPECT_EQ(ToInteger32(2147483647.0), INT32_MAX);

@@ -4,10 +4,7 @@
 
 #include <cmath>
 #include <cstddef>
-#include <functional>
-#include <string>
 
-#include "core/Error.h"
 #include "geometry/Point.h"
 
 namespace tgp::test {
@@ -24,18 +21,6 @@ inline ::testing::AssertionResult PointsNear(const Point& actual, const Point& e
         }
     }
     return ::testing::AssertionSuccess();
-}
-
-// Runs the action and checks that it throws tgp::Error with exactly this number and text.
-inline ::testing::AssertionResult RaisesError(const std::function<void()>& action, int number,
-                                              const std::string& description) {
-    try {
-        action();
-    } catch (const Error& e) {
-        if (e.number() == number && e.description() == description) return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << "raised " << e.number() << " \"" << e.description() << "\"";
-    }
-    return ::testing::AssertionFailure() << "raised nothing";
 }
 
 }  // namespace tgp::test
