@@ -12,7 +12,6 @@
 #include <random>
 #include <vector>
 
-#include "MatrixTestSupport.h"
 #include "geometry/GaussElimination.h"
 #include "geometry/Matrix.h"
 
@@ -20,6 +19,14 @@ namespace tgp {
 namespace {
 
 using Vec = std::vector<double>;
+
+// n values drawn evenly from [-10, 10): right-hand sides.
+Vec RandomVector(int n, std::mt19937& random) {
+    std::uniform_real_distribution<double> uniform(-10.0, 10.0);
+    Vec v(static_cast<std::size_t>(n));
+    for (double& value : v) value = uniform(random);
+    return v;
+}
 
 // The reference: the textbook loops, one step at a time.
 struct Reference {
@@ -106,7 +113,7 @@ TEST(GaussElimination, PanelsMatchThePlainLoopsBitForBitForEveryPanelWidth) {
     for (const Kind kind : kKinds) {
         for (int n = 1; n <= 41; ++n) {
             const Vec a = MakeMatrix(kind, n, random);
-            const Vec y = test::RandomVector(n, random);
+            const Vec y = RandomVector(n, random);
             const Reference reference(a, y, n);
             for (const auto& blocking : blockings) {
                 Vec work = a, rhs = y;
@@ -158,7 +165,7 @@ TEST(GaussElimination, DetAndSolveOfTheMatrixClassMatchTheReference) {
     for (int n = 1; n <= 300; n += (n < 80 ? 1 : 13)) {
         const Kind kind = kKinds[n % 4];
         const Vec a = MakeMatrix(kind, n, random);
-        const Vec y = test::RandomVector(n, random);
+        const Vec y = RandomVector(n, random);
         const Reference reference(a, y, n);
         auto m = MakeMatrixObject(a, n);
         Array2DData eliminated;
