@@ -28,6 +28,7 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
     hugeMatrix.Array2D({{1e308, 1}, {1, 1e308}});
     Matrix diagonal;
     diagonal.Array2D({{1e200, 0}, {0, 1e200}});
+    const Point l{1e308, 1e308};
     const OverflowCase cases[] = {
         {"vplusv", [&] { Vector::vplusv(huge, huge); }},
         {"vminusv", [&] { Vector::vminusv(huge, Vector::vxr(huge, -1)); }},
@@ -42,10 +43,7 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
              Vector::vxv(big, Point{-1e200, 1e200, 3});
          }},
         {"vxxv", [&] { Vector::vxxv(big, big); }},
-        {"vRotate",
-         [&] {
-             Vector::vRotate({1e308, 1e308}, 0.5);
-         }},
+        {"vRotate", [&] { Vector::vRotate(l, 0.5); }},
         {"DegFromRad", [&] { Geometry::DegFromRad(1e308); }},
         {"DegToRad of an infinity", [&] { Geometry::DegToRad(HUGE_VAL); }},
         {"Area_3Distances", [&] { Geometry::Area_3Distances(1e200, 1e200, 1e200); }},
@@ -55,22 +53,16 @@ TEST(OverflowRule, FiniteInputThatOverflowsRaises6) {
          }},
         {"Volume_4Points",
          [&] {
-             Geometry::Volume_4Points({0, 0, 1e200}, {0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0});
+             Geometry::Volume_4Points({0, 0, 1e200}, {0, 0, 0}, {1e200, 0, 0}, {0, 1e200});
          }},
         {"MultiplyWithNumber", [&] { hugeMatrix.MultiplyWithNumber(10); }},
         {"PlusWithNumber", [&] { hugeMatrix.PlusWithNumber(1e308); }},
         {"PlusWithMatrix", [&] { hugeMatrix.PlusWithMatrix(hugeMatrix); }},
         {"Product", [&] { hugeMatrix.Product(hugeMatrix); }},
-        {"MultiplyWithVector",
-         [&] {
-             hugeMatrix.MultiplyWithVector({1e308, 1e308});
-         }},
+        {"MultiplyWithVector", [&] { hugeMatrix.MultiplyWithVector(l); }},
         {"Det", [&] { hugeMatrix.Det(); }},
         {"Inverse of diag(1E200, 1E200)", [&] { diagonal.Inverse(); }},
-        {"Solve",
-         [&] {
-             diagonal.Solve({1e308, 1e308});
-         }},
+        {"Solve", [&] { diagonal.Solve(l); }},
     };
     for (const OverflowCase& c : cases) ExpectError(6, "Overflow", c.name, c.action);
     // A determinant that overflowed is not cached as one: the next call raises again.
