@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 
 #include "core/Constants.h"
 #include "geometry/UCS.h"
@@ -31,6 +32,8 @@ TEST(InertiaBlockInit, FreshBlockAndDefaultAxes) {
     EXPECT_TRUE(fresh->IsVoid());
     EXPECT_TRUE(fresh->HasNoMaterial());
     EXPECT_EQ(fresh->Centroid(), (Point{0, 0, 0}));
+    EXPECT_EQ(fresh->Ux(), (Point{1, 0, 0}));
+    EXPECT_EQ(fresh->Uy(), (Point{0, 1, 0}));
     EXPECT_EQ(fresh->RadiusOfGyrationX()->Millimetres(), 0);
 
     auto b = Block(1, 2, 0, 3, {4, 5, 0});
@@ -46,20 +49,17 @@ TEST(InertiaBlockInit, FreshBlockAndDefaultAxes) {
 TEST(InertiaBlockInit, AxisOffThePlaneIsRefusedAndStoresNothing) {
     auto b = InertiaBlock::Create();
     const Point tilted{0, 1, 0.001};
-    ExpectError(2411, "InertiaBlock should be on World Coordinates System Plan XY", [&] {
-        b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted);
-    });
+    const std::string offPlane = "InertiaBlock should be on World Coordinates System Plan XY";
+    ExpectError(2411, offPlane, [&] { b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &tilted); });
     const Point x{1, 0, 0};
-    ExpectError(2411, "InertiaBlock should be on World Coordinates System Plan XY", [&] {
-        b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted);
-    });
+    ExpectError(2411, offPlane, [&] { b->Init(1, 2, 3, {0, 0, 0}, 4, 5.0, &x, &tilted); });
     EXPECT_TRUE(b->IsVoid());
     EXPECT_EQ(b->MomentOfInertiaX()->Millimetres(), 0);
     b->Init(1, 2, 3, {0, 0, 0}, 4);
     EXPECT_EQ(b->Perimeter()->Millimetres(), 0);
 }
 
-TEST(InertiaBlockPrincipal, RectangleIsAlreadyPrincipal) {
+TEST(InertiaBlockPrincipal, ARectangleIsAlreadyPrincipalEqualMomentsTurnAQuarterPi) {
     auto b = Block(100 * 1000 / 12.0, 10 * 1e6 / 12, 0);
     std::shared_ptr<DMomentOfInertia> ix0, iy0;
     std::shared_ptr<DAngle> rotation;
@@ -68,13 +68,18 @@ TEST(InertiaBlockPrincipal, RectangleIsAlreadyPrincipal) {
     EXPECT_EQ(ix0->Millimetres(), 100 * 1000 / 12.0);
     EXPECT_EQ(iy0->Millimetres(), 10 * 1e6 / 12);
     EXPECT_EQ(rotation->Radians(), 0);
-}
-
-TEST(InertiaBlockPrincipal, EqualMomentsTurnByTheShortenedQuarterPi) {
-    auto b = Block(50, 50, 20);
-    EXPECT_EQ(b->PrincipalAngle()->Radians(), 0.7853981633974475);
-    EXPECT_EQ(b->PMomentOfInertiaX()->Millimetres(), 30);
-    EXPECT_EQ(b->PMomentOfInertiaY()->Millimetres(), 70);
+    auto equal = Block(50, 50, 20);  // equal moments turn by the shortened quarter pi
+    EXPECT_EQ(equal->PrincipalAngle()->Radians(), 0.7853981633974475);
+    EXPECT_EQ(equal->PMomentOfInertiaX()->Millimetres(), 30);
+    EXPECT_EQ(equal->PMomentOfInertiaY()->Millimetres(), 70);
+    auto turned = Block(1, 2, 0.5, 10, {3, 4, 0});  // the PCS is the OCS turned by the principal angle
+    const double angle = turned->PrincipalAngle()->Radians();
+    auto pcs = turned->PCS();
+    EXPECT_NE(pcs, turned->OCS());
+    EXPECT_NEAR(pcs->Ux()[0], std::cos(angle), 1e-12);
+    EXPECT_NEAR(pcs->Ux()[1], std::sin(angle), 1e-12);
+    EXPECT_EQ(pcs->Origin()[0], 3);
+    EXPECT_EQ(turned->Ux(), (Point{1, 0, 0}));
 }
 
 struct PrincipalCase {
@@ -102,20 +107,8 @@ TEST_P(InertiaBlockPrincipalAxes, AreTheEigenDirections) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, InertiaBlockPrincipalAxes,
-                         ::testing::Values(PrincipalCase{2, 1, 0.5}, PrincipalCase{2, 1, -0.5},
-                                           PrincipalCase{1, 2, 0.5}, PrincipalCase{1, 2, -0.5},
-                                           PrincipalCase{300, 40, 90}, PrincipalCase{-300, -40, -90}));
-
-TEST(InertiaBlockPrincipal, PcsIsTheOcsTurnedByThePrincipalAngle) {
-    auto b = Block(1, 2, 0.5, 10, {3, 4, 0});
-    const double angle = b->PrincipalAngle()->Radians();
-    auto pcs = b->PCS();
-    EXPECT_NE(pcs, b->OCS());
-    EXPECT_NEAR(pcs->Ux()[0], std::cos(angle), 1e-12);
-    EXPECT_NEAR(pcs->Ux()[1], std::sin(angle), 1e-12);
-    EXPECT_EQ(pcs->Origin()[0], 3);
-    EXPECT_EQ(b->Ux(), (Point{1, 0, 0}));
-}
+                         ::testing::Values(PrincipalCase{2, 1, -0.5}, PrincipalCase{1, 2, 0.5},
+                                           PrincipalCase{-300, -40, -90}));
 
 TEST(InertiaBlockTarget, ParallelAxisAndRotation) {
     const double A = 1000, ix = 8000, iy = 800000, ixy = 1500;
@@ -156,8 +149,8 @@ TEST(InertiaBlockEdits, InverseMakesANegativeRadiusAndKeepsIsVoidFalse) {
     EXPECT_EQ(b->Perimeter()->Millimetres(), 220);
 }
 
-TEST(InertiaBlockEdits, ElasticModulusScalesOnlyABlockWithMaterial) {
-    auto b = Block(8, 80, 2, 100);
+TEST(InertiaBlockEdits, ElasticModulusMovesAndCopies) {
+    auto b = Block(8, 80, 2, 100, {1, 2, 0});
     b->ElasticModulus(200);
     EXPECT_FALSE(b->HasNoMaterial());
     EXPECT_EQ(b->Area()->Millimetres(), 100);
@@ -170,10 +163,16 @@ TEST(InertiaBlockEdits, ElasticModulusScalesOnlyABlockWithMaterial) {
     b->ElasticModulus(0);
     EXPECT_TRUE(b->HasNoMaterial());
     EXPECT_EQ(b->Area()->Millimetres(), 200);
-}
-
-TEST(InertiaBlockEdits, MoveCentroidLetAndRotateAll) {
-    auto b = Block(8, 80, 2, 100, {1, 2, 0});
+    auto m = Block(8, 80, 2, 100, {1, 2, 0});
+    m->ElasticModulus(5);
+    auto c = m->Copy();
+    EXPECT_NE(c->OCS(), m->OCS());
+    c->Move({1, 1, 0});
+    c->Inverse();
+    EXPECT_EQ(m->Centroid(), (Point{1, 2, 0}));
+    EXPECT_EQ(m->Area()->Millimetres(), 100);
+    EXPECT_EQ(c->ElasticModulus(), 5);
+    EXPECT_EQ(c->Centroid(), (Point{2, 3, 0}));
     b->Move({3, 4, 0});
     EXPECT_EQ(b->Centroid(), (Point{4, 6, 0}));
     b->Centroid({10, 0, 0});
@@ -183,19 +182,6 @@ TEST(InertiaBlockEdits, MoveCentroidLetAndRotateAll) {
     EXPECT_NEAR(b->Centroid()[1], 10, 1e-12);
     EXPECT_NEAR(b->Ux()[1], 1, 1e-12);
     EXPECT_EQ(b->MomentOfInertiaX()->Millimetres(), 8);
-}
-
-TEST(InertiaBlockEdits, CopyIsIndependent) {
-    auto b = Block(8, 80, 2, 100, {1, 2, 0});
-    b->ElasticModulus(5);
-    auto c = b->Copy();
-    EXPECT_NE(c->OCS(), b->OCS());
-    c->Move({1, 1, 0});
-    c->Inverse();
-    EXPECT_EQ(b->Centroid(), (Point{1, 2, 0}));
-    EXPECT_EQ(b->Area()->Millimetres(), 100);
-    EXPECT_EQ(c->ElasticModulus(), 5);
-    EXPECT_EQ(c->Centroid(), (Point{2, 3, 0}));
 }
 
 }  // namespace
