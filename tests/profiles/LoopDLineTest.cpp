@@ -16,63 +16,41 @@ LoopDLine Segment(Point3 a, Point3 b, double bulge) {
     return s;
 }
 
-// ---- geometry of Init --------------------------------------------------------------------------
-
-struct InitCase {
-    const char* name;
-    Point3 a, b;
-    double bulge;
-    double radius, alfa, cx, cy, length;
-};
-
-class SegmentInit : public ::testing::TestWithParam<InitCase> {};
-
-TEST_P(SegmentInit, DerivesRadiusCentreAngleAndLength) {
-    const InitCase& c = GetParam();
-    const LoopDLine s = Segment(c.a, c.b, c.bulge);
-    EXPECT_NEAR(s.Radius(), c.radius, 1e-12);
-    EXPECT_NEAR(s.Alfa(), c.alfa, 1e-12);
-    EXPECT_NEAR(s.Length(), c.length, 1e-12);
-    EXPECT_DOUBLE_EQ(s.EndAngle(), s.StartAngle() + s.Alfa());
-    if (c.bulge == 0) {
-        EXPECT_FALSE(s.Center().has_value());
-        EXPECT_EQ(s.StartAngle(), 0);
-        EXPECT_EQ(s.EndAngle(), 0);
-    } else {
-        ASSERT_TRUE(s.Center().has_value());
-        EXPECT_NEAR((*s.Center())[0], c.cx, 1e-12);
-        EXPECT_NEAR((*s.Center())[1], c.cy, 1e-12);
+TEST(SegmentInit, DerivesRadiusCentreAngleAndLength) {
+    const double a3 = 2 * std::atan(3.0);  // half the angle of bulge 3
+    struct Case {
+        Point3 a, b;
+        double bulge, radius, alfa, cx, cy, length;
+    };
+    const Case cases[] = {
+        {{1, 1, 0}, {4, 5, 0}, 0, 0, 0, 0, 0, 5},
+        {{0, 0, 0}, {2, 0, 0}, -1, 1, -M_PI, 1, 0, M_PI},
+        // bulge 0.5: tan(alfa/4) = 0.5, chord 2, r = 1 / sin(alfa/2) = 1.25, centre left of A->B
+        {{0, 0, 0}, {2, 0, 0}, 0.5, 1.25, 4 * std::atan(0.5), 1, 0.75, 1.25 * 4 * std::atan(0.5)},
+        // bulge -3 (major arc): centre on the arc side
+        {{0, 0, 0}, {0, 2, 0}, -3, 1 / std::sin(a3), -2 * a3, 1 / std::tan(a3), 1, 2 * a3 / std::sin(a3)},
+    };
+    for (const Case& c : cases) {
+        const LoopDLine s = Segment(c.a, c.b, c.bulge);
+        EXPECT_NEAR(s.Radius(), c.radius, 1e-12) << c.bulge;
+        EXPECT_NEAR(s.Alfa(), c.alfa, 1e-12) << c.bulge;
+        EXPECT_NEAR(s.Length(), c.length, 1e-12) << c.bulge;
+        EXPECT_DOUBLE_EQ(s.EndAngle(), s.StartAngle() + s.Alfa());
+        ASSERT_EQ(s.Center().has_value(), c.bulge != 0);
+        if (c.bulge == 0) {
+            EXPECT_EQ(s.StartAngle(), 0);
+            continue;
+        }
+        EXPECT_NEAR((*s.Center())[0], c.cx, 1e-12) << c.bulge;
+        EXPECT_NEAR((*s.Center())[1], c.cy, 1e-12) << c.bulge;
         EXPECT_EQ((*s.Center())[2], 0);
     }
+    const LoopDLine collapsed = Segment({3, 4, 0}, {3, 4, 0}, 0.7);  // coincident ends: onto the start
+    EXPECT_EQ(collapsed.Radius(), 0);
+    EXPECT_EQ(collapsed.Length(), 0);
+    EXPECT_EQ((*collapsed.Center())[0], 3);
+    EXPECT_EQ((*collapsed.Center())[1], 4);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Bulges, SegmentInit,
-    ::testing::Values(
-        InitCase{"straight", {1, 1, 0}, {4, 5, 0}, 0, 0, 0, 0, 0, 5},
-        InitCase{"half_circle_ccw", {0, 0, 0}, {2, 0, 0}, 1, 1, M_PI, 1, 0, M_PI},
-        InitCase{"half_circle_cw", {0, 0, 0}, {2, 0, 0}, -1, 1, -M_PI, 1, 0, M_PI},
-        // bulge 0.5: tan(alfa/4) = 0.5, chord 2, r = 1 / sin(alfa/2) = 1.25, centre left of A->B
-        InitCase{"minor_arc",
-                 {0, 0, 0},
-                 {2, 0, 0},
-                 0.5,
-                 1.25,
-                 4 * std::atan(0.5),
-                 1,
-                 0.75,
-                 1.25 * 4 * std::atan(0.5)},
-        // bulge -3 (major arc): r = 1 / sin(alfa/2), centre on the arc side
-        InitCase{"major_arc_cw",
-                 {0, 0, 0},
-                 {0, 2, 0},
-                 -3,
-                 1 / std::sin(2 * std::atan(3.0)),
-                 -4 * std::atan(3.0),
-                 1 / std::tan(2 * std::atan(3.0)),
-                 1,
-                 4 * std::atan(3.0) / std::sin(2 * std::atan(3.0))}),
-    [](const auto& info) { return info.param.name; });
 
 TEST(SegmentInit, WrapsAnglesOnceWhenTheEndPassesAFullTurn) {
     // Unit circle about the origin. Counter-clockwise from 3 rad through 4 atan 3 passes 2 pi, so
@@ -89,22 +67,11 @@ TEST(SegmentInit, WrapsAnglesOnceWhenTheEndPassesAFullTurn) {
     EXPECT_NEAR(noWrap.StartAngle(), -1, 1e-9);
 }
 
-TEST(SegmentInit, CoincidentEndsWithABulgeCollapseOntoTheStart) {
-    const LoopDLine s = Segment({3, 4, 0}, {3, 4, 0}, 0.7);
-    EXPECT_EQ(s.Radius(), 0);
-    EXPECT_EQ(s.Length(), 0);
-    EXPECT_EQ((*s.Center())[0], 3);
-    EXPECT_EQ((*s.Center())[1], 4);
-}
-
-TEST(SegmentGeometry, ArcAreaKeepsItsFirstTermWithoutOneHalf) {
+TEST(SegmentGeometry, ArcAreaWithoutOneHalfAndMidPointOnTheChordOrArc) {
     const LoopDLine s = Segment({0, 0, 0}, {2, 0, 0}, 0.5);
     const double r = 1.25, a = 4 * std::atan(0.5);
     EXPECT_NEAR(s.ArcArea(), a * r * r - 0.5 * r * r * std::sin(a), 1e-12);
     EXPECT_EQ(Segment({0, 0, 0}, {2, 0, 0}, 0).ArcArea(), 0);
-}
-
-TEST(SegmentGeometry, MidPointIsOnTheChordOrOnTheArc) {
     const Point3 chord = Segment({0, 0, 0}, {4, 2, 0}, 0).MidPoint();
     EXPECT_DOUBLE_EQ(chord[0], 2);
     EXPECT_DOUBLE_EQ(chord[1], 1);
@@ -112,8 +79,6 @@ TEST(SegmentGeometry, MidPointIsOnTheChordOrOnTheArc) {
     EXPECT_NEAR(arc[0], 1, 1e-12);
     EXPECT_NEAR(arc[1], -1, 1e-12);
 }
-
-// ---- integrals ---------------------------------------------------------------------------------
 
 void ExpectIntegralsNear(const SegmentIntegrals& a, const SegmentIntegrals& e, double tol) {
     EXPECT_NEAR(a.Area, e.Area, tol);
@@ -124,19 +89,16 @@ void ExpectIntegralsNear(const SegmentIntegrals& a, const SegmentIntegrals& e, d
     EXPECT_NEAR(a.ProductOfInertiaXY, e.ProductOfInertiaXY, tol);
 }
 
-TEST(StraightIntegrals, HorizontalSegmentGivesRectangleValues) {
+TEST(StraightIntegrals, RectangleValuesAndSteepSegmentsKeepTheirDigits) {
     const LoopDLine s = Segment({1, 3, 0}, {5, 3, 0}, 0);
     EXPECT_DOUBLE_EQ(s.Area(), 3 * 4);
     EXPECT_DOUBLE_EQ(s.MomentOfInertiaX(), 27 * 4 / 3.0);
-}
-
-TEST(StraightIntegrals, SteepSegmentKeepsItsDigits) {
     // A vertical edge turned by a hair: the slope form cancels catastrophically, the integral must not.
     const double x1 = 100 + 1e-13, dx = x1 - 100;  // the representable offset, exactly
-    const LoopDLine s = Segment({100, 0, 0}, {x1, 200, 0}, 0);
-    EXPECT_NEAR(s.Area(), dx * 100, 1e-12 * dx * 100);
-    EXPECT_NEAR(s.MomentOfInertiaY(), dx * 100 * 1e4, 1e-12 * dx * 1e6);
-    EXPECT_NEAR(s.MomentOfInertiaX(), dx * (200.0 * 200 * 200) / 12, 1e-12 * dx * 1e6);
+    const LoopDLine steep = Segment({100, 0, 0}, {x1, 200, 0}, 0);
+    EXPECT_NEAR(steep.Area(), dx * 100, 1e-12 * dx * 100);
+    EXPECT_NEAR(steep.MomentOfInertiaY(), dx * 100 * 1e4, 1e-12 * dx * 1e6);
+    EXPECT_NEAR(steep.MomentOfInertiaX(), dx * (200.0 * 200 * 200) / 12, 1e-12 * dx * 1e6);
 }
 
 // The integrals of arcs are checked against 113-bit quadrature in ArcAccuracyTest, those of lines
@@ -154,8 +116,6 @@ TEST(SegmentMove, MovesEndsAndCentreAndRecomputesIntegrals) {
     EXPECT_NEAR(s.Area(), before + 20, 1e-12);
     EXPECT_NEAR(s.IntegralsAbout({0, 10, 0}).Area, Segment({0, 0, 0}, {2, 0, 0}, 1).Area(), 1e-12);
 }
-
-// ---- angle and point tests ---------------------------------------------------------------------
 
 struct AngleCase {
     const char* name;
@@ -182,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
                       AngleCase{"outside_bulge", 1, {1, 3, 0}, 2 * std::atan(1 / 3.0)}),
     [](const auto& info) { return info.param.name; });
 
-TEST(SegmentPointTests, DlineAreaIsBetweenChordAndArcOnly) {
+TEST(SegmentPointTests, InAndOnTheArcAreasAndTheTriangle) {
     const LoopDLine arc = Segment({0, 0, 0}, {2, 0, 0}, 1);  // half disc below the chord
     EXPECT_TRUE(arc.PointIsInDlineArea({1, -0.5, 0}));
     EXPECT_FALSE(arc.PointIsInDlineArea({1, 0.5, 0}));   // other side of the chord
@@ -190,10 +150,6 @@ TEST(SegmentPointTests, DlineAreaIsBetweenChordAndArcOnly) {
     EXPECT_FALSE(Segment({0, 0, 0}, {2, 0, 0}, 0).PointIsInDlineArea({1, -0.5, 0}));
     const LoopDLine major = Segment({0, 0, 0}, {2, 0, 0}, 3);  // major arc below: centre is inside too
     EXPECT_TRUE(major.PointIsInDlineArea(*major.Center()));
-}
-
-TEST(SegmentPointTests, OnDlineArcAreaAndTriangle) {
-    const LoopDLine arc = Segment({0, 0, 0}, {2, 0, 0}, 1);
     EXPECT_TRUE(arc.PointIsOnDline({1, -1, 0}));
     EXPECT_FALSE(arc.PointIsOnDline({1, 1, 0}));  // on the circle, not on the arc
     EXPECT_TRUE(arc.PointIsOnDline({1, -1 - 5e-7, 0}));
@@ -223,62 +179,51 @@ TEST(SegmentPointAnalysis, NearestPointDistanceAndTangent) {
     EXPECT_NEAR(angle, M_PI / 2, 1e-12);
 }
 
-// ---- intersections -----------------------------------------------------------------------------
-
-struct CrossCase {
-    const char* name;
-    Point3 a1, b1;
-    double bulge1;
-    Point3 a2, b2;
-    double bulge2;
-    std::vector<Point3> expected;
-};
-class SegmentIntersection : public ::testing::TestWithParam<CrossCase> {};
-
-TEST_P(SegmentIntersection, FindsTheCommonPoints) {
-    const CrossCase& c = GetParam();
-    std::vector<Point3> found;
-    const bool any = Segment(c.a1, c.b1, c.bulge1).IntersectWithDline(Segment(c.a2, c.b2, c.bulge2), &found);
-    EXPECT_EQ(any, !c.expected.empty());
-    ASSERT_EQ(found.size(), c.expected.size());
-    for (const Point3& e : c.expected) {
-        bool matched = false;
-        for (const Point3& f : found)
-            matched = matched || (std::fabs(f[0] - e[0]) < 1e-9 && std::fabs(f[1] - e[1]) < 1e-9);
-        EXPECT_TRUE(matched) << c.name << " misses (" << e[0] << ", " << e[1] << ")";
+TEST(SegmentIntersection, FindsTheCommonPoints) {
+    const double h = std::sqrt(0.75);
+    const Point3 o{0, 0, 0}, two{2, 0, 0};
+    struct Case {
+        const char* name;
+        Point3 a1, b1;
+        double bulge1;
+        Point3 a2, b2;
+        double bulge2;
+        std::vector<Point3> expected;
+    };
+    const Case cases[] = {
+        {"lines cross", o, {2, 2, 0}, 0, {0, 2, 0}, two, 0, {{1, 1, 0}}},
+        {"lines apart", o, {1, 1, 0}, 0, {3, 0, 0}, {2, 1, 0}, 0, {}},
+        {"lines parallel", o, two, 0, {0, 1, 0}, {2, 1, 0}, 0, {}},
+        {"lines overlap", o, {3, 0, 0}, 0, two, {5, 0, 0}, 0, {two, {3, 0, 0}}},
+        {"lines touch at an end", o, {1, 0, 0}, 0, {1, 0, 0}, {1, 1, 0}, 0, {{1, 0, 0}}},
+        {"line through a half circle",
+         o,
+         two,
+         1,
+         {-1, -0.5, 0},
+         {3, -0.5, 0},
+         0,
+         {{1 - h, -0.5, 0}, {1 + h, -0.5, 0}}},
+        {"line on the chord's other side", o, two, 1, {-1, 0.5, 0}, {3, 0.5, 0}, 0, {}},
+        {"line tangent to an arc", o, two, 1, {-1, -1, 0}, {3, -1, 0}, 0, {{1, -1, 0}}},
+        {"arcs cross", o, two, 1, {1, 0, 0}, {3, 0, 0}, 1, {{1.5, -h, 0}}},
+        {"arcs of one circle overlap", o, two, 1, {1, -1, 0}, {1, 1, 0}, 1, {{1, -1, 0}, two}},
+        {"arcs apart", o, two, 1, {5, 0, 0}, {7, 0, 0}, 1, {}},
+    };
+    for (const Case& c : cases) {
+        std::vector<Point3> found;
+        const bool any =
+            Segment(c.a1, c.b1, c.bulge1).IntersectWithDline(Segment(c.a2, c.b2, c.bulge2), &found);
+        EXPECT_EQ(any, !c.expected.empty()) << c.name;
+        ASSERT_EQ(found.size(), c.expected.size()) << c.name;
+        for (const Point3& e : c.expected) {
+            bool matched = false;
+            for (const Point3& f : found)
+                matched = matched || (std::fabs(f[0] - e[0]) < 1e-9 && std::fabs(f[1] - e[1]) < 1e-9);
+            EXPECT_TRUE(matched) << c.name << " misses (" << e[0] << ", " << e[1] << ")";
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pairs, SegmentIntersection,
-    ::testing::Values(
-        CrossCase{"lines_cross", {0, 0, 0}, {2, 2, 0}, 0, {0, 2, 0}, {2, 0, 0}, 0, {{1, 1, 0}}},
-        CrossCase{"lines_apart", {0, 0, 0}, {1, 1, 0}, 0, {3, 0, 0}, {2, 1, 0}, 0, {}},
-        CrossCase{"lines_parallel", {0, 0, 0}, {2, 0, 0}, 0, {0, 1, 0}, {2, 1, 0}, 0, {}},
-        CrossCase{"lines_overlap", {0, 0, 0}, {3, 0, 0}, 0, {2, 0, 0}, {5, 0, 0}, 0, {{2, 0, 0}, {3, 0, 0}}},
-        CrossCase{"lines_touch_at_end", {0, 0, 0}, {1, 0, 0}, 0, {1, 0, 0}, {1, 1, 0}, 0, {{1, 0, 0}}},
-        CrossCase{"line_through_half_circle",
-                  {0, 0, 0},
-                  {2, 0, 0},
-                  1,
-                  {-1, -0.5, 0},
-                  {3, -0.5, 0},
-                  0,
-                  {{1 - std::sqrt(0.75), -0.5, 0}, {1 + std::sqrt(0.75), -0.5, 0}}},
-        CrossCase{"line_misses_arc_side", {0, 0, 0}, {2, 0, 0}, 1, {-1, 0.5, 0}, {3, 0.5, 0}, 0, {}},
-        CrossCase{"line_tangent_to_arc", {0, 0, 0}, {2, 0, 0}, 1, {-1, -1, 0}, {3, -1, 0}, 0, {{1, -1, 0}}},
-        CrossCase{
-            "arcs_cross", {0, 0, 0}, {2, 0, 0}, 1, {1, 0, 0}, {3, 0, 0}, 1, {{1.5, -std::sqrt(0.75), 0}}},
-        CrossCase{"arcs_same_circle_overlap",
-                  {0, 0, 0},
-                  {2, 0, 0},
-                  1,
-                  {1, -1, 0},
-                  {1, 1, 0},
-                  1,
-                  {{1, -1, 0}, {2, 0, 0}}},
-        CrossCase{"arcs_apart", {0, 0, 0}, {2, 0, 0}, 1, {5, 0, 0}, {7, 0, 0}, 1, {}}),
-    [](const auto& info) { return info.param.name; });
 
 TEST(SegmentIntersection, InfiniteLineMeetsLinesAndArcs) {
     std::vector<Point3> found;
@@ -305,9 +250,7 @@ TEST(SegmentExtremes, IncludeTheArcBulge) {
     EXPECT_EQ(box.ymin, 0);
 }
 
-// ---- edits -------------------------------------------------------------------------------------
-
-TEST(SegmentEdits, InverseNegatesTheIntegrals) {
+TEST(SegmentEdits, InverseNegatesAndDividedPiecesAddUp) {
     LoopDLine s = Segment({1, 2, 0}, {4, -1, 0}, 0.6);
     const SegmentIntegrals before = s.Integrals();
     s.Inverse();
@@ -318,10 +261,7 @@ TEST(SegmentEdits, InverseNegatesTheIntegrals) {
                         {-before.Area, -before.StaticMomentX, -before.StaticMomentY, -before.MomentOfInertiaX,
                          -before.MomentOfInertiaY, -before.ProductOfInertiaXY},
                         1e-9);
-}
-
-TEST(SegmentEdits, DividedPiecesAddUpToTheWhole) {
-    const LoopDLine s = Segment({1, 2, 0}, {4, -1, 0}, -0.8);
+    s = Segment({1, 2, 0}, {4, -1, 0}, -0.8);
     const auto [first, second] = s.Divide1(s.MidPoint());
     EXPECT_NEAR(first.Length(), s.Length() / 2, 1e-12);
     EXPECT_NEAR(first.Bulge(), std::tan(s.Alfa() / 8), 1e-12);
