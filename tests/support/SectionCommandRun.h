@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/SectionCommand.h"
+#include "support/DxfText.h"
 
 namespace tgp::test {
 
@@ -25,13 +25,6 @@ inline CommandRun RunCommand(std::vector<std::string> args, double progressAfter
     const int code =
         cli::RunSectionCommand(static_cast<int>(argv.size()), argv.data(), out, err, progressAfterSeconds);
     return {code, out.str(), err.str()};
-}
-
-// A file of the test's temporary folder with this text.
-inline std::string TempText(const std::string& name, const std::string& text) {
-    const std::string path = ::testing::TempDir() + name;
-    std::ofstream(path) << text;
-    return path;
 }
 
 }  // namespace tgp::test
