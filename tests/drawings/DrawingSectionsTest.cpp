@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 
 #include "drawings/DrawingSections.h"
@@ -13,12 +12,7 @@ namespace tgp::drawings {
 namespace {
 
 using test::Polyline;
-
-std::string FileWith(const std::string& name, const std::string& contents) {
-    const std::string path = ::testing::TempDir() + name;
-    std::ofstream(path, std::ios::binary) << contents;
-    return path;
-}
+using test::TempText;
 
 const std::string kPlate =
     test::Drawing(Polyline("2F", "PLATE", {{0, 0}, {100, 0}, {100, 50}, {0, 50}}) +
@@ -28,7 +22,7 @@ const std::string kPlate =
                   "", "9\n$INSUNITS\n70\n5\n");  // centimetres
 
 TEST(DrawingSections, SectionsRejectionsAndSkipsInFileOrder) {
-    const DrawingSections read = ReadDrawingSections(FileWith("plate.dxf", kPlate));
+    const DrawingSections read = ReadDrawingSections(TempText("plate.dxf", kPlate));
     ASSERT_EQ(read.sections.size(), 1u);
     const DrawingSection& plate = read.sections[0];
     EXPECT_EQ(plate.name, "LWPOLYLINE handle 2F on layer PLATE with 1 hole");
@@ -43,7 +37,7 @@ TEST(DrawingSections, SectionsRejectionsAndSkipsInFileOrder) {
 }
 
 TEST(DrawingSections, OptionsChooseLayerUnitFormatAndGrouping) {
-    const std::string path = FileWith("options.dxf", kPlate);
+    const std::string path = TempText("options.dxf", kPlate);
     DrawingOptions options;
     options.layer = "bow";
     EXPECT_EQ(ReadDrawingSections(path, options).rejected.size(), 1u);
@@ -55,7 +49,7 @@ TEST(DrawingSections, OptionsChooseLayerUnitFormatAndGrouping) {
     ASSERT_EQ(each.sections.size(), 2u) << "the hole is a section of its own";
     EXPECT_DOUBLE_EQ(each.sections[1].loops->Area(), 400);
     const std::string text =
-        FileWith("loops.dat", "profile tube\n0 0\n4 0\n4 4\n0 4\nloop\n1 1\n3 1\n3 3\n1 3\n");
+        TempText("loops.dat", "profile tube\n0 0\n4 0\n4 4\n0 4\nloop\n1 1\n3 1\n3 3\n1 3\n");
     options = {};
     options.format = DrawingFormat::Text;
     const DrawingSections tube = ReadDrawingSections(text, options);
@@ -68,8 +62,8 @@ TEST(DrawingSections, OptionsChooseLayerUnitFormatAndGrouping) {
 
 TEST(DrawingSections, FilesThatCannotBeReadRaiseTheLibrarysErrorNamingThem) {
     const std::string missing = ::testing::TempDir() + "missing.dxf";
-    const std::string notes = FileWith("notes.dxf", "These are my notes.\n");
-    const std::string cut = FileWith("cut.dxf", kPlate.substr(0, kPlate.find("0\nTEXT")));
+    const std::string notes = TempText("notes.dxf", "These are my notes.\n");
+    const std::string cut = TempText("cut.dxf", kPlate.substr(0, kPlate.find("0\nTEXT")));
     const std::pair<std::string, std::string> cases[] = {
         {missing, missing + ": cannot open the file"},
         {notes, notes + ": not a DXF file (its first line, 'These are my notes.', is not a group code)"},
