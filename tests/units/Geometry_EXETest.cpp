@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "core/Error.h"
+#include "support/Expectations.h"
 #include "units/Geometry_EXE.h"
 #include "units/UnitSetting.h"
 
@@ -56,18 +56,11 @@ TEST(Geometry_EXE, FactoriesStoreTheValueInTheGivenUnitOrUnitZero) {
     }
 }
 
-TEST(Geometry_EXE, AFactoryWithAnInvalidUnitFailsWithTheKindsText) {
-    try {
-        Geometry_EXE::GetDForceMoment(1, daN_cm_unitID);
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 24111);
-        EXPECT_EQ(e.description(), "1 is an invalid UnitID for ForceMoment");
-    }
-    EXPECT_THROW(Geometry_EXE::GetDAngle(1, 2), Error);
-}
-
-TEST(Geometry_EXE, GetUnitIDReportsMinusOneWhereTextReadingUsesUnitZero) {
+TEST(Geometry_EXE, InvalidUnitsFailWithTheKindsTextAndUnknownSymbolsAreMinusOne) {
+    test::ExpectError(24111, "1 is an invalid UnitID for ForceMoment",
+                      [] { Geometry_EXE::GetDForceMoment(1, daN_cm_unitID); });
+    test::ExpectError(24111, "2 is an invalid UnitID for Angle", [] { Geometry_EXE::GetDAngle(1, 2); });
+    // GetUnitID reports -1 where reading a text would take unit 0.
     DAngle angle;
     EXPECT_EQ(Geometry_EXE::GetUnitID("12 deg", angle), -1);
     EXPECT_EQ(Geometry_EXE::GetUnitID("12 \u00ba", angle), 1);
@@ -80,13 +73,8 @@ TEST(Geometry_EXE, GetUnitStringResolvesNumbersAndSettings) {
     setting->UnitID(DLengthObject, in_UnitID);
     EXPECT_EQ(Geometry_EXE::GetUnitString(DLengthObject, setting), "in");
     EXPECT_EQ(Geometry_EXE::GetUnitString(DVolumeObject, "2"), "dm\u00b3");
-    try {
-        Geometry_EXE::GetUnitString(DForceMomentObject, 1);
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 2411);
-        EXPECT_EQ(e.description(), "GetUnitString no found");
-    }
+    test::ExpectError(2411, "GetUnitString no found",
+                      [] { Geometry_EXE::GetUnitString(DForceMomentObject, 1); });
 }
 
 }  // namespace

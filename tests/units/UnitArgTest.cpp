@@ -85,21 +85,17 @@ TEST(UnitArg, AnObjectNamesItsUnitForTheAskingKind) {
     EXPECT_EQ(length.Value(std::shared_ptr<const UnitIdSource>()), 120);
 }
 
-TEST(UnitArg, TextThreeOnALengthReadsMetresAndAMissingUnitIsIdZero) {
+// Text 3 on a length reads metres, a missing unit is id 0, a bad one fails before the let.
+TEST(UnitArg, OnAQuantity) {
     DLength length;
     length.Millimetres(2500);
     EXPECT_EQ(length.Value("3"), 2.5);
     EXPECT_EQ(length.Value(), 2500);
     length.Value({}, 7);
     EXPECT_EQ(length.Millimetres(), 7);
-}
-
-TEST(UnitArg, ABadArgumentFailsBeforeTheLetAndKeepsTheAmount) {
-    DLength length;
-    length.Millimetres(5);
-    EXPECT_THROW(length.Value("mm", 9), Error);
-    EXPECT_THROW(length.Value(1e6, 9), Error);
-    EXPECT_EQ(length.Millimetres(), 5);
+    test::ExpectError(13, "Type mismatch", [&] { length.Value("mm", 9); });
+    test::ExpectError(6, "Overflow", [&] { length.Value(1e6, 9); });
+    EXPECT_EQ(length.Millimetres(), 7);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "core/Error.h"
+#include "support/Expectations.h"
 #include "units/UnitSetting.h"
 
 namespace tgp {
@@ -44,45 +44,19 @@ TEST(UnitSetting, UnitIDsUseTheStorageOrder) {
     EXPECT_EQ(setting.UnitID(DForceDensityObject), 11);
 }
 
-TEST(UnitSetting, ShortUnitIDsArrayStoresWhatIsThereThenFails) {
+TEST(UnitSetting, ShortArraysLargeIdsUnknownKindsAndMissingSymbols) {
     UnitSetting setting;
-    const std::vector<int32_t> given = {1, 2};
-    try {
-        setting.UnitIDs(given);
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 9);
-        EXPECT_EQ(e.description(), "Subscript out of range");
-    }
-    EXPECT_EQ(setting.UnitID(DLengthObject), 2);
+    test::ExpectError(9, "Subscript out of range", [&] { setting.UnitIDs(std::vector<int32_t>{1, 2}); });
+    EXPECT_EQ(setting.UnitID(DLengthObject), 2);  // what was there is stored
     EXPECT_EQ(setting.UnitID(DAreaObject), 0);
-}
-
-TEST(UnitSetting, AnIdBeyondSixteenBitsOverflowsOnRead) {
-    UnitSetting setting;
-    const std::vector<int32_t> given = {0, 40000, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    setting.UnitIDs(given);
-    EXPECT_THROW(setting.UnitID(DLengthObject), Error);
-    EXPECT_THROW(setting.UnitIDs(), Error);
-}
-
-TEST(UnitSetting, UnknownKindIsIgnoredAndReadsZero) {
-    UnitSetting setting;
-    setting.UnitID(static_cast<DimensionObjectType>(11), 5);
+    setting.UnitIDs(std::vector<int32_t>{0, 40000, 0, 0, 0, 0, 0, 0, 0, 0, 0});  // overflows on reading
+    test::ExpectError(6, "Overflow", [&] { setting.UnitID(DLengthObject); });
+    test::ExpectError(6, "Overflow", [&] { setting.UnitIDs(); });
+    setting.UnitID(static_cast<DimensionObjectType>(11), 5);  // an unknown kind is ignored and reads 0
     EXPECT_EQ(setting.UnitID(static_cast<DimensionObjectType>(11)), 0);
     EXPECT_EQ(setting.UnitID(static_cast<DimensionObjectType>(-1)), 0);
-}
-
-TEST(UnitSetting, UnitStringOfAnIdWithoutSymbolFails) {
-    UnitSetting setting;
-    setting.UnitID(DForceMomentObject, 1);
-    try {
-        setting.UnitString(DForceMomentObject);
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.number(), 2411);
-        EXPECT_EQ(e.description(), "GetUnitString no found");
-    }
+    setting.UnitID(DForceMomentObject, 1);  // an id without a symbol
+    test::ExpectError(2411, "GetUnitString no found", [&] { setting.UnitString(DForceMomentObject); });
 }
 
 TEST_F(UnitSettingEvents, OneEventPerChangedLetNoneForTheSameValueOrAnUnknownKind) {
@@ -108,12 +82,9 @@ TEST_F(UnitSettingEvents, NoneWhileFrozenAndOneOnEveryUnfreeze) {
     setting->FreezeEvents(true);
     setting->FreezeEvents(true);
     EXPECT_EQ(events, 2);
-}
-
-TEST_F(UnitSettingEvents, UnitIDsLetRaisesNothing) {
-    const std::vector<int32_t> given = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-    setting->UnitIDs(given);
-    EXPECT_EQ(events, 0);
+    setting->FreezeEvents(false);
+    setting->UnitIDs(std::vector<int32_t>(11, 1));  // the array let raises nothing
+    EXPECT_EQ(events, 3);
 }
 
 TEST_F(UnitSettingEvents, CopyToRaisesExactlyOneOnTheTarget) {
