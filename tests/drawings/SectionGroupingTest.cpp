@@ -14,6 +14,7 @@
 #include "drawings/DxfProfileReader.h"
 #include "drawings/SectionAnalysis.h"
 #include "drawings/TextProfileReader.h"
+#include "support/DxfText.h"
 #include "support/ProfileTestShapes.h"
 #include "units/NumberText.h"
 
@@ -116,12 +117,10 @@ TEST(SectionGrouping, AnOutlineRepeatedUpToRoundingIsLeftOutAndCounted) {
 }
 
 TEST(SectionGrouping, OverlappingOutlinesAreReportedAndTheOthersComputed) {
-    const std::vector<DrawnProfile> drawn = {
-        Outlined("first", test::Rectangle(0, 0, 10, 10)),
-        Outlined("second", test::Rectangle(5, 5, 10, 10)),
-        Outlined("third", test::Rectangle(100, 0, 10, 10)),
-    };
-    const auto outcomes = AnalyseProfiles(drawn, Millimetres());
+    const auto outcomes = AnalyseProfiles(
+        {Outlined("first", test::Rectangle(0, 0, 10, 10)), Outlined("second", test::Rectangle(5, 5, 10, 10)),
+         Outlined("third", test::Rectangle(100, 0, 10, 10))},
+        Millimetres());
     ASSERT_EQ(outcomes.size(), 3u);
     EXPECT_EQ(outcomes[0].error, "overlaps second (their interiors cross)");
     EXPECT_EQ(outcomes[1].error, "overlaps first (their interiors cross)");
@@ -149,18 +148,11 @@ TEST(SectionGrouping, TheLoopsOfATextProfileAreOneSection) {
     EXPECT_THROW(ReadTextProfiles(stray, "in.txt"), DrawingFileError);
 }
 
-// ---- the hollow-section table through the executable, on drawings the test writes ------------
-
 std::string Lwpolyline(const std::string& handle, const Outline& o, double scale) {
-    std::ostringstream e;
-    e << "0\nLWPOLYLINE\n5\n" << handle << "\n8\nHOLLOW\n90\n" << o.bulges.size() << "\n70\n1\n";
-    for (std::size_t i = 0; i < o.bulges.size(); ++i) {
-        e << "10\n"
-          << FormatNumber(o.xy[2 * i] * scale) << "\n20\n"
-          << FormatNumber(o.xy[2 * i + 1] * scale) << "\n42\n"
-          << FormatNumber(o.bulges[i]) << "\n";
-    }
-    return e.str();
+    std::vector<std::vector<double>> vertices;
+    for (std::size_t i = 0; i < o.bulges.size(); ++i)
+        vertices.push_back({o.xy[2 * i] * scale, o.xy[2 * i + 1] * scale, o.bulges[i]});
+    return test::Polyline(handle, "HOLLOW", vertices);
 }
 
 std::string CircleEntity(const std::string& handle, double x, double r, double scale) {
@@ -186,8 +178,7 @@ std::string HollowDrawing(const std::vector<test::HollowRow>& rows, int insunits
         }
         entities += Lwpolyline(handle, outer, scale) + Lwpolyline("F" + handle, inner, scale);
     }
-    return "0\nSECTION\n2\nHEADER\n9\n$INSUNITS\n70\n" + std::to_string(insunits) +
-           "\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
+    return test::Drawing(entities, "", "9\n$INSUNITS\n70\n" + std::to_string(insunits) + "\n");
 }
 
 // The hollow-section table drawn in three drawing units: each row one section (outer with its hole).
@@ -213,14 +204,13 @@ TEST(SectionGrouping, HollowSectionsFromDrawingsAgreeWithTheTable) {
             const test::HollowRow& row = (*rows)[i];
             const SectionValues& v = byHandle[std::to_string(100 + i)];
             const std::string what = row.name + " in $INSUNITS " + std::to_string(d.insunits);
-            const std::pair<double, double> pairs[] = {{v.area, row.A},
-                                                       {v.ix, row.Ix},
-                                                       {v.iy, row.Iy},
-                                                       {std::min(v.welxTop, v.welxBottom), row.Welx},
-                                                       {std::min(v.welyLeft, v.welyRight), row.Wely},
-                                                       {v.wplx, row.Wplx},
-                                                       {v.wply, row.Wply}};
-            for (const auto& [computed, published] : pairs)
+            for (const auto& [computed, published] : {std::pair{v.area, row.A},
+                                                      {v.ix, row.Ix},
+                                                      {v.iy, row.Iy},
+                                                      {v.wplx, row.Wplx},
+                                                      {v.wply, row.Wply},
+                                                      {std::min(v.welxTop, v.welxBottom), row.Welx},
+                                                      {std::min(v.welyLeft, v.welyRight), row.Wely}})
                 EXPECT_LT(test::RelativeGap(computed, published), 0.005) << what;
         }
     }
