@@ -107,6 +107,9 @@ struct Hostile {
         V_BSTR(&nullText.v) = nullptr;
         Add("a null string", nullText);
         Add("100,000 characters", Var(std::wstring(100000, L'7').c_str()));
+        Add("empty text", Var(L""));
+        Add("True", Var(true));
+        Add("32768", Var(32768));
         Add("text \"NaN\"", Var(L"NaN"));
         Add("text \"1e999\"", Var(L"1e999"));
         Var cy;
@@ -145,11 +148,19 @@ struct Hostile {
         V_VT(&texts.v) = VT_ARRAY | VT_BSTR;
         V_ARRAY(&texts.v) = SafeArrayCreateVector(VT_BSTR, 0, 3);
         Add("an array of empty strings", texts);
-        Var square;
-        SAFEARRAYBOUND bounds[2] = {{3, 0}, {3, 0}};
+        Var square, cube;
+        SAFEARRAYBOUND bounds[3] = {{3, 0}, {3, 0}, {2, 0}};
         V_VT(&square.v) = VT_ARRAY | VT_R8;
         V_ARRAY(&square.v) = SafeArrayCreate(VT_R8, 2, bounds);
         Add("a 3 x 3 array", square);
+        V_VT(&cube.v) = VT_ARRAY | VT_VARIANT;
+        V_ARRAY(&cube.v) = SafeArrayCreate(VT_VARIANT, 3, bounds);
+        Add("a 3 x 3 x 2 array", cube);
+        Var nested = VariantArray({1, 2});  // Array(Array(1, 2), 2) as a script makes it
+        LONG first = 0;
+        Var inner = VariantArray({1, 2});
+        SafeArrayPutElement(V_ARRAY(&nested.v), &first, &inner.v);
+        Add("nested arrays", nested);
         cells[0] = Var(nan);
         Var refNaN;
         V_VT(&refNaN.v) = VT_BYREF | VT_VARIANT;
@@ -240,19 +251,28 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
         }
         for (const Member& member : MembersOf(object)) {
             if (!Swept(member.name) || member.arguments == 0) continue;
-            for (std::size_t v = 0; v < hostile.values.size(); ++v) {
-                // The hostile value in each position in turn (the others a plain 1), then in all.
+            for (std::size_t v = 0; v < 2 * hostile.values.size(); ++v) {
+                // The hostile value in each position in turn (the others a plain 1), then in all; by
+                // value, then in a variable passed by reference as scripts pass their variables.
+                const bool byReference = v >= hostile.values.size();
+                const Var& value = hostile.values[v % hostile.values.size()];
                 for (UINT position = 0; position <= member.arguments; ++position) {
                     std::vector<VARIANT> args;
+                    std::vector<Var> variables(member.arguments, value);
                     Var one(1.0);
-                    for (UINT a = 0; a < member.arguments; ++a)
-                        args.push_back(a == position || position == member.arguments ? hostile.values[v].v
-                                                                                     : one.v);
+                    for (UINT a = 0; a < member.arguments; ++a) {
+                        Var reference;
+                        V_VT(&reference.v) = VT_BYREF | VT_VARIANT;
+                        V_VARIANTREF(&reference.v) = &variables[a].v;
+                        args.push_back(a != position && position != member.arguments ? one.v
+                                       : byReference                                 ? reference.v
+                                                                                     : value.v);
+                    }
                     Var result;
                     EXCEPINFO info{};
                     if (std::getenv("TGP_TRACE"))
                         std::fprintf(stderr, "%ls.%ls %s %u\n", className, member.name.c_str(),
-                                     hostile.names[v].c_str(), position);
+                                     hostile.names[v % hostile.values.size()].c_str(), position);
                     bool touched = false;
                     const HRESULT hr = Invoke(object, member, args, &result.v, info, touched);
                     const std::string fault =
@@ -260,7 +280,9 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
                     ++calls;
                     if (!fault.empty() && ++unclean <= 40) {
                         Check(false,
-                              Narrow(className) + "." + Narrow(member.name) + " given " + hostile.names[v] +
+                              Narrow(className) + "." + Narrow(member.name) + " given " +
+                                  hostile.names[v % hostile.values.size()] +
+                                  (byReference ? " by reference" : "") +
                                   (position == member.arguments ? " everywhere"
                                                                 : " at " + std::to_string(position)),
                               fault);
