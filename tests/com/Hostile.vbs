@@ -81,6 +81,7 @@ hLp.InitFromCoordinates Array(0, 0, 10, 0, 10, 10, 0, 10), Array(0, 0, 0, 0)
 hLp.Transformation Array(0, 0, 0), 0, big, 1, Array(0, 0, 0)
 CheckErrorNumber "Loop7.Transformation overflowing", 6
 Check "the refused Transformation left the loop", hLp.AreaAbs, 100
+hM.Reset 2, 2
 Set m2 = hM.RoundUp(-32768)
 CheckError "RoundUp to a negative digit count", 5, "Invalid procedure call or argument"
 Dim sq
