@@ -12,38 +12,32 @@
 
 #include "drawings/DxfProfileReader.h"
 #include "drawings/SectionAnalysis.h"
+#include "units/NumberText.h"
 
 namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
 
+// A number as the drawing holds it (shortest round trip) and a handle in hexadecimal.
+std::string N(double v) {
+    return FormatNumber(v);
+}
+std::string Hex(int handle) {
+    std::ostringstream h;
+    h << std::hex << std::uppercase << handle;
+    return h.str();
+}
+
 std::string Line(int handle, double x0, double y0, double x1, double y1, const std::string& layer = "EDGES") {
-    std::ostringstream e;
-    e.precision(17);
-    e << "0\nLINE\n5\n"
-      << std::hex << std::uppercase << handle << std::dec << "\n8\n"
-      << layer << "\n10\n"
-      << x0 << "\n20\n"
-      << y0 << "\n30\n0\n11\n"
-      << x1 << "\n21\n"
-      << y1 << "\n31\n0\n";
-    return e.str();
+    return "0\nLINE\n5\n" + Hex(handle) + "\n8\n" + layer + "\n10\n" + N(x0) + "\n20\n" + N(y0) +
+           "\n30\n0\n11\n" + N(x1) + "\n21\n" + N(y1) + "\n31\n0\n";
 }
 
 std::string Arc(int handle, double cx, double cy, double r, double from, double to,
                 const std::string& extra = "") {
-    std::ostringstream e;
-    e.precision(17);
-    e << "0\nARC\n5\n"
-      << std::hex << std::uppercase << handle << std::dec << "\n8\nEDGES\n10\n"
-      << cx << "\n20\n"
-      << cy << "\n30\n0\n40\n"
-      << r << "\n50\n"
-      << from << "\n51\n"
-      << to << "\n"
-      << extra;
-    return e.str();
+    return "0\nARC\n5\n" + Hex(handle) + "\n8\nEDGES\n10\n" + N(cx) + "\n20\n" + N(cy) + "\n30\n0\n40\n" +
+           N(r) + "\n50\n" + N(from) + "\n51\n" + N(to) + "\n" + extra;
 }
 
 // A b x b square with corners rounded to radius r, centred on the origin, as 4 LINEs and 4 ARCs in a
@@ -112,17 +106,9 @@ TEST(DrawingEdges, TheBoreInsideAnOutlineOfEdgesIsAHole) {
 
 // An LWPOLYLINE through the points, open unless `closed`, with a bulge on every segment.
 std::string Polyline(int handle, const std::vector<double>& xy, bool closed, double bulge = 0) {
-    std::ostringstream e;
-    e.precision(17);
-    e << "0\nLWPOLYLINE\n5\n"
-      << std::hex << std::uppercase << handle << std::dec << "\n8\nPLATE\n90\n"
-      << xy.size() / 2 << "\n70\n"
-      << (closed ? 1 : 0) << "\n";
-    for (std::size_t i = 0; i + 1 < xy.size(); i += 2) {
-        e << "10\n" << xy[i] << "\n20\n" << xy[i + 1] << "\n";
-        if (bulge != 0) e << "42\n" << bulge << "\n";
-    }
-    return e.str();
+    std::vector<std::vector<double>> vertices;
+    for (std::size_t i = 0; i + 1 < xy.size(); i += 2) vertices.push_back({xy[i], xy[i + 1], bulge});
+    return test::Polyline(Hex(handle), "PLATE", vertices, "", closed ? 1 : 0);
 }
 
 // The outer boundary of a plate as a CAD export leaves it: open polylines (one of them an arc) and
