@@ -32,7 +32,7 @@ run("install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
 
 run("find_package: configure" ${CMAKE_COMMAND} -S ${SOURCE}/examples/consumer -B ${WORK}/found -DCMAKE_PREFIX_PATH=${prefix}
     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Release)
-run("find_package: build" ${CMAKE_COMMAND} --build ${WORK}/found)
+run("find_package: build" ${CMAKE_COMMAND} --build ${WORK}/found --parallel 2)
 check_program("find_package" ${WORK}/found)
 
 run("pkg-config" ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig:${prefix}/lib64/pkgconfig
@@ -49,5 +49,5 @@ run("add_subdirectory: configure" ${CMAKE_COMMAND} -S ${SOURCE}/examples/consume
 if(EXISTS ${WORK}/added/tessary-geometry-pro/tests OR EXISTS ${WORK}/added/tessary-geometry-pro/bench)
   message(FATAL_ERROR "add_subdirectory: the library's tests or benchmarks were configured for another project")
 endif()
-run("add_subdirectory: build" ${CMAKE_COMMAND} --build ${WORK}/added --target section_of_rhs drawing_sections)
+run("add_subdirectory: build" ${CMAKE_COMMAND} --build ${WORK}/added --parallel 2 --target section_of_rhs drawing_sections)
 check_program("add_subdirectory" ${WORK}/added)
