@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "core/Constants.h"
@@ -25,67 +26,43 @@ std::shared_ptr<Loop7> Square(double x0, double y0, double side) {  // counter-c
     return Polygon({x0, y0, x0 + side, y0, x0 + side, y0 + side, x0, y0 + side});
 }
 
-// ---- construction ------------------------------------------------------------------------------
-
-TEST(LoopConstruction, PlanePointsTakeZWhenGivenAndZeroOtherwise) {
-    EXPECT_EQ(ToPlanePoint({1, 2}), (Point3{1, 2, 0}));
+TEST(LoopConstruction, RepeatedVerticesCollapseAndBulgesFollowTheirVertices) {
+    EXPECT_EQ(ToPlanePoint({1, 2}), (Point3{1, 2, 0}));  // z when given, 0 otherwise
     EXPECT_EQ(ToPlanePoint({1, 2, 3}), (Point3{1, 2, 3}));
     ExpectError(9, "Subscript out of range", [] { ToPlanePoint({1}); });
-}
-
-TEST(LoopConstruction, RepeatedVerticesCollapse) {
     auto loop = Polygon({0, 0, 1, 0, 1, 0, 1, 1, 1, 1 + 4e-6, 0, 1, 0, 0});
     EXPECT_EQ(loop->Count(), 4u);  // 7 vertices: two repeats and a closing vertex equal to the first
     // The 4e-6 stub is dropped with its start vertex, so the corner moves to the stub's end.
     EXPECT_EQ(loop->Coordinates(), (std::vector<double>{0, 0, 1, 0, 1, 1 + 4e-6, 0, 1}));
     EXPECT_NEAR(loop->AreaAbs(), 1 + 2e-6, 1e-12);
-}
-
-TEST(LoopConstruction, ArcBulgesFollowTheirVertices) {
-    auto loop = Loop7::Create();
-    const std::vector<double> xy{0, 0, 0, 0, 2, 0};
-    loop->InitFromCoordinates(xy,
-                              std::vector<double>{0.3, 1, 1});  // the repeated vertex's bulge goes with it
+    loop->InitFromCoordinates(std::vector<double>{0, 0, 0, 0, 2, 0}, std::vector<double>{0.3, 1, 1});
     ASSERT_EQ(loop->Count(), 2u);
-    EXPECT_EQ(loop->Bulges(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(loop->Bulges(), (std::vector<double>{1, 1}));  // the repeated vertex's bulge goes with it
     EXPECT_NEAR(loop->AreaAbs(), M_PI, 1e-12);
-}
-
-TEST(LoopConstruction, NoCloseLeavesTheLoopOpen) {
-    auto loop = Loop7::Create();
-    const std::vector<double> xy{0, 0, 1, 0, 1, 1};
-    loop->InitFromCoordinates(xy, std::vector<double>{0, 0, 0}, true);
+    const std::vector<double> open{0, 0, 1, 0, 1, 1};
+    loop->InitFromCoordinates(open, std::vector<double>{0, 0, 0}, true);  // NoClose
     EXPECT_EQ(loop->Count(), 2u);
     EXPECT_FALSE(loop->IsClosed());
-    EXPECT_EQ(loop->Coordinates(), xy);
+    EXPECT_EQ(loop->Coordinates(), open);
 }
 
-TEST(LoopConstruction, FromPointsAndVertices) {
+TEST(LoopConstruction, FromPointsAndAUnitSquare) {
     auto loop = Loop7::Create();
-    const std::vector<Point> pts{{0, 0, 5}, {2, 0}, {2, 1}};
-    loop->InitFromPoints(pts);
-    EXPECT_EQ(loop->Count(), 3u);
+    loop->InitFromPoints(std::vector<Point>{{0, 0, 5}, {2, 0}, {2, 1}});
     EXPECT_EQ(loop->Vertex(1), (Point{2, 0, 0}));
     EXPECT_EQ(loop->Bulges(), (std::vector<double>{0, 0, 0}));
     EXPECT_NEAR(loop->MiddlePoint()[0], 4.0 / 3, 1e-15);
     EXPECT_NEAR(loop->MiddlePoint()[1], 1.0 / 3, 1e-15);
     ExpectError(9, "Subscript out of range", [&] { loop->Vertex(3); });
     ExpectError(9, "Subscript out of range", [&] { loop->InitFromPoints(std::vector<Point>{{0, 0}, {1}}); });
+    auto square = Square(0, 0, 1);  // counter-clockwise
+    EXPECT_FALSE(square->InitInertiaDone());
+    EXPECT_DOUBLE_EQ(square->Area(), -1);
+    EXPECT_TRUE(square->InitInertiaDone());
+    EXPECT_DOUBLE_EQ(square->Centroid()[1], 0.5);
+    EXPECT_NEAR(square->MomentOfInertiaX(), -1.0 / 12, 1e-15);
+    EXPECT_EQ(square->InertiaBlock(), square->InertiaBlock());
 }
-
-TEST(LoopConstruction, UnitSquareCounterClockwise) {
-    auto loop = Square(0, 0, 1);
-    EXPECT_FALSE(loop->InitInertiaDone());
-    EXPECT_DOUBLE_EQ(loop->Area(), -1);
-    EXPECT_TRUE(loop->InitInertiaDone());
-    EXPECT_DOUBLE_EQ(loop->AreaAbs(), 1);
-    EXPECT_DOUBLE_EQ(loop->Centroid()[0], 0.5);
-    EXPECT_DOUBLE_EQ(loop->Centroid()[1], 0.5);
-    EXPECT_NEAR(loop->MomentOfInertiaX(), -1.0 / 12, 1e-15);
-    EXPECT_EQ(loop->InertiaBlock(), loop->InertiaBlock());
-}
-
-// ---- failures ----------------------------------------------------------------------------------
 
 struct EntityLog : HostEntity {
     std::vector<std::pair<Point, Point>> moves;
@@ -99,8 +76,8 @@ TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
     EXPECT_FALSE(bowTie->InitInertiaDone());
     ExpectError(
         5,
-        "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are "
-        "dropped)",
+        "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 "
+        "are dropped)",
         [&] { Loop7::Create()->Area(); });
     auto line = Loop7::Create();
     line->InitFromCoordinates(std::vector<double>{0, 0, 1, 0}, std::vector<double>{0, 0}, true);
@@ -118,53 +95,40 @@ TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
     EXPECT_EQ(square->Vertex(0), (Point{0, 0, 0}));  // unchanged
 }
 
-// ---- point inside ------------------------------------------------------------------------------
-
-struct InsideCase {
-    const char* name;
-    Point point;
-    bool inside, on;
-};
-class PointInLoop : public ::testing::TestWithParam<InsideCase> {};
-
-TEST_P(PointInLoop, WindingAngleDecides) {
-    const InsideCase& c = GetParam();
-    // A 4 x 2 rectangle with a half-disc bump (radius 1) on its top edge, in both directions.
-    auto loop = Loop7::Create();
-    loop->InitFromCoordinates(std::vector<double>{0, 0, 4, 0, 4, 2, 3, 2, 1, 2, 0, 2},
-                              std::vector<double>{0, 0, 0, 1, 0, 0});
-    for (int direction = 0; direction < 2; ++direction) {
-        bool on = !c.on;
-        EXPECT_EQ(loop->PointIsInside(c.point, &on), c.inside) << c.name;
-        EXPECT_EQ(on, c.on) << c.name;
-        loop->Reverse();
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Points, PointInLoop,
-    ::testing::Values(InsideCase{"middle", {2, 1}, true, false}, InsideCase{"in_bump", {2, 2.5}, true, false},
-                      InsideCase{"above_bump", {2, 3.5}, false, false},
-                      InsideCase{"beside_bump", {0.5, 2.5}, false, false},
-                      InsideCase{"on_edge", {4, 1}, false, true}, InsideCase{"on_arc", {2, 3}, false, true},
-                      InsideCase{"vertex", {0, 0}, false, true}, InsideCase{"far", {100, -50}, false, false},
-                      InsideCase{"on_chord_line", {2, 2}, true, false}),
-    [](const auto& info) { return info.param.name; });
-
-// The library's own containment test gives the same answers wherever the drawing lies.
-TEST_P(PointInLoop, EnclosesHoldsFarFromTheOrigin) {
-    const InsideCase& c = GetParam();
+// A 4 x 2 rectangle with a half-disc bump (radius 1) on its top edge, in both directions; the library's
+// own containment test gives the same answers wherever the drawing lies.
+TEST(PointInLoop, WindingAngleDecidesAndEnclosesHoldsFarFromTheOrigin) {
+    struct Case {
+        const char* name;
+        Point point;
+        bool inside, on;
+    };
+    const Case cases[] = {
+        {"middle", {2, 1}, true, false},
+        {"in the bump", {2, 2.5}, true, false},
+        {"above the bump", {2, 3.5}, false, false},
+        {"beside the bump", {0.5, 2.5}, false, false},
+        {"on an edge", {4, 1}, false, true},
+        {"on the arc", {2, 3}, false, true},
+        {"a vertex", {0, 0}, false, true},
+        {"on the chord's line", {2, 2}, true, false},
+    };
     for (double offset : {0.0, 1e6, -3e6, 1e7}) {
         auto loop = Loop7::Create();
         std::vector<double> xy{0, 0, 4, 0, 4, 2, 3, 2, 1, 2, 0, 2};
         for (double& v : xy) v += offset;
         loop->InitFromCoordinates(xy, std::vector<double>{0, 0, 0, 1, 0, 0});
-        const Point p{c.point[0] + offset, c.point[1] + offset};
-        for (int direction = 0; direction < 2; ++direction) {
-            bool on = !c.on;
-            EXPECT_EQ(loop->Encloses(p, &on), c.inside) << c.name << " at " << offset;
-            EXPECT_EQ(on, c.on) << c.name << " at " << offset;
-            loop->Reverse();
+        for (int direction = 0; direction < 2; ++direction, loop->Reverse()) {
+            for (const Case& c : cases) {
+                const Point p{c.point[0] + offset, c.point[1] + offset};
+                bool on = !c.on, onEnclosed = !c.on;
+                if (offset == 0) {
+                    EXPECT_EQ(loop->PointIsInside(p, &on), c.inside) << c.name;
+                    EXPECT_EQ(on, c.on) << c.name;
+                }
+                EXPECT_EQ(loop->Encloses(p, &onEnclosed), c.inside) << c.name << " at " << offset;
+                EXPECT_EQ(onEnclosed, c.on) << c.name << " at " << offset;
+            }
         }
     }
 }
@@ -179,8 +143,6 @@ TEST(PointInLoopFarAway, PublishedTestKeepsItsRelativeVertexToleranceWhileEnclos
     EXPECT_FALSE(square->Encloses({1e6 - 0.5, 1e6 + 0.5}));
     EXPECT_TRUE(square->Encloses({1e6 + 1e-5, 1e6 + 50}));  // 10 µm inside: beyond the 1 nm tolerance
 }
-
-// ---- intersections and relationships -----------------------------------------------------------
 
 TEST(LoopIntersections, WithALineAndAnotherLoop) {
     auto square = Square(0, 0, 2);
@@ -197,31 +159,25 @@ TEST(LoopIntersections, WithALineAndAnotherLoop) {
     EXPECT_FALSE(square->IntersectWithLoop(*Square(5, 5, 1)));
 }
 
-struct RelationCase {
-    const char* name;
-    std::shared_ptr<Loop7> self, other;
-    LoopRelationShip expected;
-    std::optional<bool> child;
-};
-class LoopRelations : public ::testing::TestWithParam<RelationCase> {};
-
-TEST_P(LoopRelations, FollowIntersectionThenOneVertexEachWay) {
-    const RelationCase& c = GetParam();
-    EXPECT_EQ(c.self->RelationshipTo(*c.other), c.expected) << c.name;
-    EXPECT_EQ(c.self->IsChildOF(*c.other), c.child) << c.name;
+// Intersection first, then one vertex each way.
+TEST(LoopRelations, ChildParentFriendAndSibling) {
+    struct Case {
+        std::shared_ptr<Loop7> self, other;
+        LoopRelationShip expected;
+        std::optional<bool> child;
+    };
+    const Case cases[] = {
+        {Square(1, 1, 1), Square(0, 0, 4), ChildLoop, true},
+        {Square(0, 0, 4), Square(1, 1, 1), ParentLoop, std::nullopt},
+        {Square(0, 0, 1), Square(3, 3, 1), FriendLoop, std::nullopt},
+        {Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},  // crossing
+        {Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt},    // a vertex on an edge
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.self->RelationshipTo(*c.other), c.expected) << c.expected;
+        EXPECT_EQ(c.self->IsChildOF(*c.other), c.child) << c.expected;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pairs, LoopRelations,
-    ::testing::Values(
-        RelationCase{"child", Square(1, 1, 1), Square(0, 0, 4), ChildLoop, true},
-        RelationCase{"parent", Square(0, 0, 4), Square(1, 1, 1), ParentLoop, std::nullopt},
-        RelationCase{"friend", Square(0, 0, 1), Square(3, 3, 1), FriendLoop, std::nullopt},
-        RelationCase{"crossing_small", Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},
-        RelationCase{"vertex_on_edge", Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt}),
-    [](const auto& info) { return info.param.name; });
-
-// ---- self-intersection -------------------------------------------------------------------------
 
 std::shared_ptr<Loop7> Star(int points, double outer, double inner) {
     std::vector<double> xy;
@@ -277,8 +233,6 @@ TEST(LoopConstruction, CoordinatesThatAreNotNumbersOrOverflowAreRefused) {
         loop->InitFromCoordinates(std::vector<double>{0, 0, 1, 0, 1}, std::vector<double>{0, 0, 0});
     });  // an x without its y
 }
-
-// ---- extremes, nearest point, moves -------------------------------------------------------------
 
 TEST(LoopGeometry, TopBottomAndNearestPoint) {
     auto circle = Loop7::Create();
