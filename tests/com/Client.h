@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "OleBase.h"
@@ -105,9 +106,39 @@ struct Object {
 // element type and the lower bound are reported through the out parameters.
 std::vector<double> Elements(const VARIANT& array, VARTYPE* elementType = nullptr,
                              LONG* lowerBound = nullptr);
-// A zero-based VT_ARRAY|VT_R8 (or VT_VARIANT) argument.
-Var DoubleArray(const std::vector<double>& values);
+// A VT_ARRAY|VT_R8 argument from the lower bound (a zero-based VT_ARRAY|VT_VARIANT one).
+Var DoubleArray(const std::vector<double>& values, LONG lowerBound = 0);
 Var VariantArray(const std::vector<double>& values);
+
+// A by-reference argument pointing at the caller's variable, as VBA passes `x` of that type.
+template <class T>
+Var Ref(T* variable) {
+    Var ref;
+    if constexpr (std::is_same_v<T, VARIANT>) {
+        V_VT(&ref.v) = VT_BYREF | VT_VARIANT;
+        V_VARIANTREF(&ref.v) = variable;
+    } else if constexpr (std::is_same_v<T, double>) {
+        V_VT(&ref.v) = VT_BYREF | VT_R8;
+        V_R8REF(&ref.v) = variable;
+    } else if constexpr (std::is_same_v<T, float>) {
+        V_VT(&ref.v) = VT_BYREF | VT_R4;
+        V_R4REF(&ref.v) = variable;
+    } else if constexpr (std::is_same_v<T, short>) {
+        V_VT(&ref.v) = VT_BYREF | VT_I2;
+        V_I2REF(&ref.v) = variable;
+    } else if constexpr (std::is_same_v<T, LONG>) {
+        V_VT(&ref.v) = VT_BYREF | VT_I4;
+        V_I4REF(&ref.v) = variable;
+    } else if constexpr (std::is_same_v<T, VARIANT_BOOL>) {
+        V_VT(&ref.v) = VT_BYREF | VT_BOOL;
+        V_BOOLREF(&ref.v) = variable;
+    } else {
+        static_assert(std::is_same_v<T, IDispatch*>);
+        V_VT(&ref.v) = VT_BYREF | VT_DISPATCH;
+        V_DISPATCHREF(&ref.v) = variable;
+    }
+    return ref;
+}
 
 // The path of the registered DLL (from the registry).
 std::wstring ServerPath();

@@ -130,20 +130,22 @@ std::vector<double> Elements(const VARIANT& array, VARTYPE* elementType, LONG* l
     return values;
 }
 
-static Var MakeArray(const std::vector<double>& values, VARTYPE type) {
+static Var MakeArray(const std::vector<double>& values, VARTYPE type, LONG lowerBound = 0) {
     Var result;
-    SAFEARRAY* sa = SafeArrayCreateVector(type, 0, static_cast<ULONG>(values.size()));
+    SAFEARRAY* sa = SafeArrayCreateVector(type, lowerBound, static_cast<ULONG>(values.size()));
     for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
         Var element(values[static_cast<std::size_t>(i)]);
+        LONG index = lowerBound + i;
         SafeArrayPutElement(
-            sa, &i, type == VT_R8 ? static_cast<void*>(&V_R8(&element.v)) : static_cast<void*>(&element.v));
+            sa, &index,
+            type == VT_R8 ? static_cast<void*>(&V_R8(&element.v)) : static_cast<void*>(&element.v));
     }
     V_VT(&result.v) = VT_ARRAY | type;
     V_ARRAY(&result.v) = sa;
     return result;
 }
-Var DoubleArray(const std::vector<double>& values) {
-    return MakeArray(values, VT_R8);
+Var DoubleArray(const std::vector<double>& values, LONG lowerBound) {
+    return MakeArray(values, VT_R8, lowerBound);
 }
 Var VariantArray(const std::vector<double>& values) {
     return MakeArray(values, VT_VARIANT);

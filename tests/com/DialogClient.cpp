@@ -173,13 +173,6 @@ class Driver {
     HANDLE thread_ = nullptr;
 };
 
-Var RefTo(VARIANT& variable) {
-    Var ref;
-    V_VT(&ref.v) = VT_BYREF | VT_VARIANT;
-    V_VARIANTREF(&ref.v) = &variable;
-    return ref;
-}
-
 void CheckDriven(const Driver& driver, const std::string& name) {
     Check(driver.found, name + ": the dialog appeared");
     Check(!driver.timedOut, name + ": the dialog closed when told");
@@ -197,9 +190,6 @@ CLIENT_TEST(EditQuantityOfALength) {
     V_DISPATCH(&value) = length;
     length->AddRef();
     short returnUnit = -1;
-    Var returnRef;
-    V_VT(&returnRef.v) = VT_BYREF | VT_I2;
-    V_I2REF(&returnRef.v) = &returnUnit;
 
     std::wstring shownInMetres, shownInMm, caption;
     Outcome outcome;
@@ -215,7 +205,7 @@ CLIENT_TEST(EditQuantityOfALength) {
             Type(dialog, L"Textbox", L"2500");
             Press(dialog, L"cmdOK");
         });
-        outcome = Method(exe, L"EditQuantity", {RefTo(value), Var(3), Var(L""), Var(L""), returnRef});
+        outcome = Method(exe, L"EditQuantity", {Ref(&value), Var(3), Var(L""), Var(L""), Ref(&returnUnit)});
         CheckDriven(driver, "EditQuantity");
     }
     Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_TRUE, "OK returns True",
@@ -244,7 +234,7 @@ CLIENT_TEST(EditQuantityOfNumbersWithEnterAndCancel) {
             Type(dialog, L"Textbox", L"7,25");  // as a person types it where the comma is decimal
             PressKey(box, VK_RETURN);
         });
-        outcome = Method(exe, L"EditQuantity", {RefTo(value)});
+        outcome = Method(exe, L"EditQuantity", {Ref(&value)});
         CheckDriven(driver, "EditQuantity with Enter");
     }
     Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "Enter in the text box confirms",
@@ -258,7 +248,7 @@ CLIENT_TEST(EditQuantityOfNumbersWithEnterAndCancel) {
             Type(dialog, L"Textbox", L"9");
             Press(dialog, L"cmdCancel");
         });
-        outcome = Method(exe, L"EditQuantity", {RefTo(value)});
+        outcome = Method(exe, L"EditQuantity", {Ref(&value)});
         CheckDriven(driver, "EditQuantity with Cancel");
     }
     Check(outcome.number == 0 && V_BOOL(&outcome.result.v) == VARIANT_FALSE, "Cancel returns False");
@@ -281,7 +271,7 @@ CLIENT_TEST(EditEnumPicksFromTheList) {
             Pick(dialog, L"ComboBox", L"Timber");
             Press(dialog, L"cmdOK");
         });
-        outcome = Method(exe, L"EditEnum", {RefTo(value), Var(L"Concrete,Steel,Timber"), Var(L"Material")});
+        outcome = Method(exe, L"EditEnum", {Ref(&value), Var(L"Concrete,Steel,Timber"), Var(L"Material")});
         CheckDriven(driver, "EditEnum");
     }
     Check(selected == L"Steel", "the current value is chosen", Narrow(selected));
@@ -298,9 +288,6 @@ CLIENT_TEST(EditUnitSettingOKAndCancel) {
     ModifiedCounter sink;
     Connection connection(setting, sink);
     IDispatch* us = setting;
-    Var usRef;
-    V_VT(&usRef.v) = VT_BYREF | VT_DISPATCH;
-    V_DISPATCHREF(&usRef.v) = &us;
 
     std::wstring pressure;
     Outcome outcome;
@@ -313,7 +300,7 @@ CLIENT_TEST(EditUnitSettingOKAndCancel) {
             Screenshot(dialog, "unit-setting");
             Press(dialog, L"cmdOK");
         });
-        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true), Var(true)});
+        outcome = Method(exe, L"EditUnitSetting", {Ref(&us), Var(true), Var(true)});
         CheckDriven(driver, "EditUnitSetting with OK");
     }
     Check(pressure == L"N/mm²", "a new setting shows N/mm² for pressure", Narrow(pressure));
@@ -327,7 +314,7 @@ CLIENT_TEST(EditUnitSettingOKAndCancel) {
             Pick(dialog, L"cbLength", L"ft");
             Press(dialog, L"cmdCancel");
         });
-        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true)});
+        outcome = Method(exe, L"EditUnitSetting", {Ref(&us), Var(true)});
         CheckDriven(driver, "EditUnitSetting with Cancel");
     }
     Check(V_BOOL(&outcome.result.v) == VARIANT_FALSE, "Cancel returns False");
@@ -341,7 +328,7 @@ CLIENT_TEST(EditUnitSettingOKAndCancel) {
             SetFocus(Control(dialog, L"cbLength"));
             KeyboardInput({{VK_CONTROL, true}, {VK_RETURN, true}, {VK_RETURN, false}, {VK_CONTROL, false}});
         });
-        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true)});
+        outcome = Method(exe, L"EditUnitSetting", {Ref(&us), Var(true)});
         CheckDriven(driver, "EditUnitSetting with Ctrl+Enter");
     }
     Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE, "Enter with Ctrl held confirms");
@@ -351,16 +338,13 @@ CLIENT_TEST(EditUnitSettingOKAndCancel) {
 CLIENT_TEST(EditUnitSettingOfNothingGivesANewSetting) {
     Object exe(L"Geometry_EXE");
     IDispatch* us = nullptr;
-    Var usRef;
-    V_VT(&usRef.v) = VT_BYREF | VT_DISPATCH;
-    V_DISPATCHREF(&usRef.v) = &us;
     Outcome outcome;
     {
         Driver driver(kUnitSettingClass, [&](HWND dialog) {
             Pick(dialog, L"cbAngle", L"º");
             Press(dialog, L"cmdOK");
         });
-        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true)});
+        outcome = Method(exe, L"EditUnitSetting", {Ref(&us), Var(true)});
         CheckDriven(driver, "EditUnitSetting of Nothing");
     }
     Check(V_BOOL(&outcome.result.v) == VARIANT_TRUE && us != nullptr,
@@ -404,9 +388,6 @@ CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
     Object exe(L"Geometry_EXE");
     Object setting(L"UnitSetting");
     IDispatch* us = setting;
-    Var usRef;
-    V_VT(&usRef.v) = VT_BYREF | VT_DISPATCH;
-    V_DISPATCHREF(&usRef.v) = &us;
     RECT before{}, after{}, area{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
     bool closedByTimer = false;
@@ -426,7 +407,7 @@ CLIENT_TEST(UnitSettingDialogCentresDragsAndClosesWhenLeft) {
             closedByTimer = !IsWindowVisible(dialog);
             DestroyWindow(other);
         });
-        outcome = Method(exe, L"EditUnitSetting", {usRef, Var(true), Var(true)});
+        outcome = Method(exe, L"EditUnitSetting", {Ref(&us), Var(true), Var(true)});
         CheckDriven(driver, "EditUnitSetting left for another window");
     }
     const int centreX = (before.left + before.right) / 2, centreY = (before.top + before.bottom) / 2;
@@ -489,7 +470,7 @@ CLIENT_TEST(EditQuantityOwnedByTheCallersFormAndCancelledByEsc) {
         });
         outcome = Method(
             exe, L"EditQuantity",
-            {RefTo(value), Var(), Var(L"Factor"), Var(L""), Var(), Var(static_cast<IDispatch*>(&form))});
+            {Ref(&value), Var(), Var(L"Factor"), Var(L""), Var(), Var(static_cast<IDispatch*>(&form))});
         CheckDriven(driver, "EditQuantity with an owner form");
     }
     Check(seenOwner == owner, "the caller's form owns the dialog");

@@ -55,11 +55,9 @@ CLIENT_TEST(DispatchNamesAndNamedArguments) {
     // Named in reverse order: r := pi/2, v := (1, 0, 0) turns v a quarter to (0, 1, 0).
     double quarter = 1.5707963267948966;
     Var point = VariantArray({1, 0, 0});
-    VARIANT angle;
-    V_VT(&angle) = VT_BYREF | VT_R8;
-    V_R8REF(&angle) = &quarter;
+    Var angle = Ref(&quarter);
     Var result;
-    const HRESULT hr = RawInvoke(vector, ids.ids[0], DISPATCH_METHOD, {angle, point.v}, {1, 0}, &result.v);
+    const HRESULT hr = RawInvoke(vector, ids.ids[0], DISPATCH_METHOD, {angle.v, point.v}, {1, 0}, &result.v);
     const std::vector<double> turned = SUCCEEDED(hr) ? Elements(result.v) : std::vector<double>{};
     Check(turned.size() >= 2 && std::fabs(turned[0]) < 1e-15 && std::fabs(turned[1] - 1) < 1e-15,
           "named arguments reach their parameters whatever their order");
@@ -102,27 +100,18 @@ CLIENT_TEST(DispatchByReferenceOutputs) {
     const DISPID fix = IdsOf(geometry, {L"FixAngle360"}).ids[0];
     const double twoPi = 6.283185307179586;
     double asDouble = 7;
-    VARIANT doubleRef;
-    V_VT(&doubleRef) = VT_BYREF | VT_R8;
-    V_R8REF(&doubleRef) = &asDouble;
     Var result;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {doubleRef}, {}, &result.v) == S_OK &&
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&asDouble).v}, {}, &result.v) == S_OK &&
               std::fabs(asDouble - (7 - twoPi)) < 1e-12,
           "a Double variable receives the result in place");
 
     Var variable(L"-1");
-    VARIANT variantRef;
-    V_VT(&variantRef) = VT_BYREF | VT_VARIANT;
-    V_VARIANTREF(&variantRef) = &variable.v;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {variantRef}, {}, &result.v) == S_OK &&
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&variable.v).v}, {}, &result.v) == S_OK &&
               V_VT(&variable.v) == VT_R8 && std::fabs(V_R8(&variable.v) - (twoPi - 1)) < 1e-12,
           "a Variant variable holding text receives a Double");
 
     LONG asLong = 14;
-    VARIANT longRef;
-    V_VT(&longRef) = VT_BYREF | VT_I4;
-    V_I4REF(&longRef) = &asLong;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {longRef}, {}, &result.v) == S_OK &&
+    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&asLong).v}, {}, &result.v) == S_OK &&
               asLong == 1,  // 14 - 2 (2 pi) = 1.43, rounded
           "a Long variable keeps its type");
 

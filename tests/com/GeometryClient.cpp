@@ -7,29 +7,6 @@ using namespace client;
 
 namespace {
 
-// A one-dimensional array of Double with the given lower bound.
-Var DoubleArrayFrom(LONG lowerBound, const std::vector<double>& values) {
-    Var result;
-    SAFEARRAYBOUND bound{static_cast<ULONG>(values.size()), lowerBound};
-    SAFEARRAY* sa = SafeArrayCreate(VT_R8, 1, &bound);
-    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
-        LONG index = lowerBound + i;
-        double value = values[static_cast<std::size_t>(i)];
-        SafeArrayPutElement(sa, &index, &value);
-    }
-    V_VT(&result.v) = VT_ARRAY | VT_R8;
-    V_ARRAY(&result.v) = sa;
-    return result;
-}
-
-// A by-reference argument pointing at a VARIANT variable (how scripts pass variables).
-Var RefTo(VARIANT& variable) {
-    Var ref;
-    V_VT(&ref.v) = VT_BYREF | VT_VARIANT;
-    V_VARIANTREF(&ref.v) = &variable;
-    return ref;
-}
-
 // A CAD entity that records its Move calls.
 class RecordingEntity final : public StackDispatch {
   public:
@@ -77,7 +54,7 @@ CLIENT_TEST(ArraysOfDouble) {
          VT_VARIANT,
          {3, 0}},
         {"lower bound 1 is read from its first element",
-         Method(vector, L"VectorAB", {DoubleArrayFrom(1, {1, 1}), DoubleArrayFrom(-5, {4, 5})}),
+         Method(vector, L"VectorAB", {DoubleArray({1, 1}, 1), DoubleArray({4, 5}, -5)}),
          VT_R8,
          {3, 4}},
     };
@@ -113,52 +90,33 @@ CLIENT_TEST(ArraysOfDouble) {
 CLIENT_TEST(TypedByReferenceVariables) {
     Object geometry(L"Geometry");
     // VBA passes a typed Double variable as VT_BYREF|VT_R8 and a Variant one as VT_BYREF|VT_VARIANT.
+    const double twoPi = 6.28318530717958;
     double angle = -1.5707963267949;
-    Var byRefDouble;
-    V_VT(&byRefDouble.v) = VT_BYREF | VT_R8;
-    V_R8REF(&byRefDouble.v) = &angle;
-    Outcome fixed = Method(geometry, L"FixAngle360", {byRefDouble});
-    Check(fixed.number == 0, "FixAngle360 with a Double variable");
-    CheckNear(angle, 6.28318530717958 - 1.5707963267949, "Double variable changed in place");
-
+    Check(Method(geometry, L"FixAngle360", {Ref(&angle)}).number == 0, "FixAngle360 with a Double variable");
+    CheckNear(angle, twoPi - 1.5707963267949, "Double variable changed in place");
     float single = 7;
-    Var byRefSingle;
-    V_VT(&byRefSingle.v) = VT_BYREF | VT_R4;
-    V_R4REF(&byRefSingle.v) = &single;
-    Method(geometry, L"FixAngle360", {byRefSingle});
-    CheckNear(single, 7 - 6.28318530717958, "Single variable keeps its type", 1e-6);
-
+    Method(geometry, L"FixAngle360", {Ref(&single)});
+    CheckNear(single, 7 - twoPi, "Single variable keeps its type", 1e-6);
     VARIANT variable;
     VariantInit(&variable);
     V_VT(&variable) = VT_I2;
     V_I2(&variable) = 7;
-    Method(geometry, L"FixAngle360", {RefTo(variable)});
+    Method(geometry, L"FixAngle360", {Ref(&variable)});
     Check(V_VT(&variable) == VT_R8, "a Variant variable receives a Double");
-    CheckNear(V_R8(&variable), 7 - 6.28318530717958, "Variant variable changed in place");
-
+    CheckNear(V_R8(&variable), 7 - twoPi, "Variant variable changed in place");
     double x = 1.0000001;
-    Var byRefX;
-    V_VT(&byRefX.v) = VT_BYREF | VT_R8;
-    V_R8REF(&byRefX.v) = &x;
-    Method(geometry, L"ACos", {byRefX});
+    Method(geometry, L"ACos", {Ref(&x)});
     Check(x == 1, "ACos snaps the caller's Double to 1");
-
     VARIANT_BOOL rotate = VARIANT_FALSE;
-    Var byRefBool;
-    V_VT(&byRefBool.v) = VT_BYREF | VT_BOOL;
-    V_BOOLREF(&byRefBool.v) = &rotate;
     double four = 4;
-    Var byRefFour;
-    V_VT(&byRefFour.v) = VT_BYREF | VT_R8;
-    V_R8REF(&byRefFour.v) = &four;
-    Method(geometry, L"FixAngle180", {byRefFour, byRefBool});
+    Method(geometry, L"FixAngle180", {Ref(&four), Ref(&rotate)});
     Check(rotate == VARIANT_TRUE, "Boolean variable receives Rotate180");
 
     VARIANT returned;
     VariantInit(&returned);
     Method(geometry, L"RotatePoint",
            {DoubleArray({1, 0, 0}), DoubleArray({0, 0, 0}), DoubleArray({0, 0, 1}), Var(1.5707963267949),
-            RefTo(returned)});
+            Ref(&returned)});
     VARTYPE type = VT_EMPTY;
     std::vector<double> point = Elements(returned, &type);
     Check(type == VT_R8 && point.size() == 3, "RotatePoint's ReturnPoint is an array of three Double");
@@ -171,12 +129,11 @@ CLIENT_TEST(TypedByReferenceVariables) {
     Method(matrix, L"LetItem", {Var(1), Var(1), Var(3.0)});
     VARIANT gauss;
     VariantInit(&gauss);
-    Outcome det = Method(matrix, L"Det", {Var(), RefTo(gauss)});
+    Outcome det = Method(matrix, L"Det", {Var(), Ref(&gauss)});
     Check(det.result.AsDouble() == 6, "Det");
     Check(V_VT(&gauss) == (VT_ARRAY | VT_R8) && SafeArrayGetDim(V_ARRAY(&gauss)) == 2,
           "GaussMatrix receives a 2-D array");
     VariantClear(&gauss);
-    V_VT(&det.result.v) = VT_EMPTY;
 }
 
 // A typed array variable as VBA passes it (`Dim r(2) As Single`): VT_BYREF|VT_ARRAY of its type.
@@ -217,12 +174,12 @@ CLIENT_TEST(ResultPointsInTheCallersVariable) {
     VariantInit(&variable);
     V_VT(&variable) = VT_BSTR;
     V_BSTR(&variable) = SysAllocString(L"text");
-    rotate(RefTo(variable));
+    rotate(Ref(&variable));
     Check(V_VT(&variable) == (VT_ARRAY | VT_R8), "a text Variant receives an array of Double");
     VariantClear(&variable);
     Var variants = VariantArray({9, 9, 9});
     VariantCopy(&variable, &variants.v);
-    rotate(RefTo(variable));
+    rotate(Ref(&variable));
     Check(V_VT(&variable) == (VT_ARRAY | VT_R8),
           "a Variant holding a Variant array receives an array of Double");
     VariantClear(&variable);

@@ -56,17 +56,6 @@ std::vector<Member> MembersOf(IDispatch* object) {
     return members;
 }
 
-SAFEARRAY* DoubleVector(const std::vector<double>& values, LONG lower = 0) {
-    SAFEARRAYBOUND bound{static_cast<ULONG>(values.size()), lower};
-    SAFEARRAY* array = SafeArrayCreate(VT_R8, 1, &bound);
-    for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
-        LONG index = lower + i;
-        double v = values[static_cast<std::size_t>(i)];
-        SafeArrayPutElement(array, &index, &v);
-    }
-    return array;
-}
-
 // The hostile values, each with a name; nested ones (by reference) point into `cells`.
 struct Hostile {
     std::vector<Var> values;
@@ -128,18 +117,9 @@ struct Hostile {
         V_VT(&small.v) = VT_I2;
         V_I2(&small.v) = -32768;
         Add("-32768", small);
-        Var nanArray;
-        V_VT(&nanArray.v) = VT_ARRAY | VT_R8;
-        V_ARRAY(&nanArray.v) = DoubleVector({1, nan, 3});
-        Add("an array holding NaN", nanArray);
-        Var hugeArray;
-        V_VT(&hugeArray.v) = VT_ARRAY | VT_R8;
-        V_ARRAY(&hugeArray.v) = DoubleVector({1e308, -1e308, 1e308});
-        Add("an array of 1E+308", hugeArray);
-        Var shifted;
-        V_VT(&shifted.v) = VT_ARRAY | VT_R8;
-        V_ARRAY(&shifted.v) = DoubleVector({1, 2, 3}, -5);
-        Add("an array from -5", shifted);
+        Add("an array holding NaN", DoubleArray({1, nan, 3}));
+        Add("an array of 1E+308", DoubleArray({1e308, -1e308, 1e308}));
+        Add("an array from -5", DoubleArray({1, 2, 3}, -5));
         Var empty;
         V_VT(&empty.v) = VT_ARRAY | VT_VARIANT;
         V_ARRAY(&empty.v) = SafeArrayCreateVector(VT_VARIANT, 0, 0);
@@ -162,14 +142,8 @@ struct Hostile {
         SafeArrayPutElement(V_ARRAY(&nested.v), &first, &inner.v);
         Add("nested arrays", nested);
         cells[0] = Var(nan);
-        Var refNaN;
-        V_VT(&refNaN.v) = VT_BYREF | VT_VARIANT;
-        V_VARIANTREF(&refNaN.v) = &cells[0].v;
-        Add("a variable holding NaN", refNaN);
-        Var refInf;
-        V_VT(&refInf.v) = VT_BYREF | VT_R8;
-        V_R8REF(&refInf.v) = &byRefDouble;
-        Add("a Double variable holding infinity", refInf);
+        Add("a variable holding NaN", Ref(&cells[0].v));
+        Add("a Double variable holding infinity", Ref(&byRefDouble));
     }
 
     void Add(const char* name, const Var& value) {
@@ -261,9 +235,7 @@ CLIENT_TEST(HostileSweepOfEveryMember) {
                     std::vector<Var> variables(member.arguments, value);
                     Var one(1.0);
                     for (UINT a = 0; a < member.arguments; ++a) {
-                        Var reference;
-                        V_VT(&reference.v) = VT_BYREF | VT_VARIANT;
-                        V_VARIANTREF(&reference.v) = &variables[a].v;
+                        const Var reference = Ref(&variables[a].v);
                         args.push_back(a != position && position != member.arguments ? one.v
                                        : byReference                                 ? reference.v
                                                                                      : value.v);

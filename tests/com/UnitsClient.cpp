@@ -16,10 +16,7 @@ CLIENT_TEST(ModifiedEvent) {
         Put(setting, L"UnitID", {Var(1), Var(3)});
         Check(sink.count == 1, "a changed UnitID raises Modified", std::to_string(sink.count));
         VARIANT_BOOL flag = VARIANT_TRUE;
-        Var byRefTrue;
-        V_VT(&byRefTrue.v) = VT_BYREF | VT_BOOL;
-        V_BOOLREF(&byRefTrue.v) = &flag;
-        Method(setting, L"FreezeEvents", {byRefTrue});
+        Method(setting, L"FreezeEvents", {Ref(&flag)});
         Put(setting, L"UnitID", {Var(2), Var(1)});
         Check(sink.count == 1, "none while frozen by a Boolean variable", std::to_string(sink.count));
         Method(setting, L"FreezeEvents", {Var(false)});
