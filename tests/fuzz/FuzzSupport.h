@@ -1,13 +1,24 @@
 #pragma once
 // Shared by the libFuzzer harnesses: reading numbers of every kind, NaN, infinities and denormals
-// included, out of the fuzzer's bytes.
+// included, out of the fuzzer's bytes, and calls whose library errors are expected.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
+#include "core/Error.h"
+
 namespace tgp::fuzz {
+
+// Runs f; the library's own errors are an answer, anything else (a crash, another exception) is not.
+template <class F>
+void Try(F&& f) {
+    try {
+        f();
+    } catch (const tgp::Error&) {
+    }
+}
 
 // Any double at all: the raw bits, so NaN, infinities, denormals and huge values all come up.
 inline double AnyDouble(FuzzedDataProvider& data) {

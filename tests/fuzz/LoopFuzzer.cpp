@@ -9,6 +9,8 @@
 
 namespace {
 
+using tgp::fuzz::Try;
+
 std::shared_ptr<tgp::Loop7> SomeLoop(FuzzedDataProvider& data) {
     const std::size_t vertices = data.ConsumeIntegralInRange<std::size_t>(0, 12);
     const std::vector<double> xy = tgp::fuzz::SomeDoubles(data, 2 * vertices);
@@ -24,14 +26,6 @@ std::shared_ptr<tgp::Loop7> SomeLoop(FuzzedDataProvider& data) {
 
 tgp::Point SomePoint(FuzzedDataProvider& data) {
     return tgp::fuzz::SomeDoubles(data, data.ConsumeIntegralInRange<std::size_t>(0, 3));
-}
-
-template <class F>
-void Try(F&& f) {
-    try {
-        f();
-    } catch (const tgp::Error&) {
-    }
 }
 
 }  // namespace

@@ -5,13 +5,7 @@
 
 namespace {
 
-template <class F>
-void Try(F&& f) {
-    try {
-        f();
-    } catch (const tgp::Error&) {
-    }
-}
+using tgp::fuzz::Try;
 
 int SomeIndex(FuzzedDataProvider& data) {
     return data.ConsumeIntegralInRange<int>(-3, 10);
