@@ -68,18 +68,10 @@ class PointEnumeration final : public IEnumConnectionPoints {
         if (fetched) *fetched = given;
         return given == count ? S_OK : S_FALSE;
     }
-    HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
-        if (count > 0) done_ = true;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Reset() override {
-        done_ = false;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Clone(IEnumConnectionPoints** copy) override {
-        *copy = new PointEnumeration(point_);
-        return S_OK;
-    }
+    // The library only walks the points with Next.
+    HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumConnectionPoints**) override { return E_NOTIMPL; }
 
   private:
     IConnectionPoint* point_;
@@ -252,10 +244,8 @@ HRESULT FakeComboBox::GetConnectionInterface(IID* iid) {
     return S_OK;
 }
 
-HRESULT FakeComboBox::GetConnectionPointContainer(IConnectionPointContainer** container) {
-    *container = static_cast<IConnectionPointContainer*>(this);
-    AddRef();
-    return S_OK;
+HRESULT FakeComboBox::GetConnectionPointContainer(IConnectionPointContainer**) {
+    return E_NOTIMPL;  // not asked for by the library
 }
 
 HRESULT FakeComboBox::Advise(IUnknown* sink, DWORD* cookie) {
@@ -266,8 +256,7 @@ HRESULT FakeComboBox::Unadvise(DWORD cookie) {
     return sinks_.Unadvise(cookie);
 }
 
-HRESULT FakeComboBox::EnumConnections(IEnumConnections** connections) {
-    *connections = nullptr;
+HRESULT FakeComboBox::EnumConnections(IEnumConnections**) {
     return E_NOTIMPL;
 }
 

@@ -74,10 +74,8 @@ class FakeHostObject : public Itf,
         return hr;
     }
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override { return TypeInfoOf(coclass_, info); }
-    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
-        *points = nullptr;
-        return E_NOTIMPL;
-    }
+    // What the library does not ask of a host's objects is not implemented.
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
         *point = nullptr;
         if (iid != events_) return CONNECT_E_NOCONNECTION;
@@ -89,19 +87,14 @@ class FakeHostObject : public Itf,
         *iid = events_;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override {
-        *container = static_cast<IConnectionPointContainer*>(this);
-        AddRef();
-        return S_OK;
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override {
+        return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         return sinks_.Advise(sink, IID_IDispatch, cookie);
     }
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override { return sinks_.Unadvise(cookie); }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
-        *connections = nullptr;
-        return E_NOTIMPL;
-    }
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
 
   private:
     IID own_, coclass_, events_;
