@@ -110,6 +110,12 @@ std::vector<double> Elements(const VARIANT& array, VARTYPE* elementType = nullpt
 Var DoubleArray(const std::vector<double>& values, LONG lowerBound = 0);
 Var VariantArray(const std::vector<double>& values);
 
+// A VARIANT of the type holding these bits (VT_NULL, Nothing as VT_DISPATCH, a null VT_UNKNOWN or
+// VT_BSTR, an error code, a Currency, integers), and an array of the element type: rows long, or
+// rows x columns when columns is not 0, its elements zero.
+Var Typed(VARTYPE type, LONGLONG bits = 0);
+Var ArrayOf(VARTYPE element, ULONG rows, ULONG columns = 0);
+
 // A by-reference argument pointing at the caller's variable, as VBA passes `x` of that type.
 template <class T>
 Var Ref(T* variable) {

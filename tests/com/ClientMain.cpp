@@ -151,6 +151,21 @@ Var VariantArray(const std::vector<double>& values) {
     return MakeArray(values, VT_VARIANT);
 }
 
+Var Typed(VARTYPE type, LONGLONG bits) {
+    Var result;
+    V_VT(&result.v) = type;
+    result.v.llVal = bits;
+    return result;
+}
+
+Var ArrayOf(VARTYPE element, ULONG rows, ULONG columns) {
+    SAFEARRAYBOUND bounds[2] = {{rows, 0}, {columns, 0}};
+    Var result;
+    V_VT(&result.v) = VT_ARRAY | element;
+    V_ARRAY(&result.v) = SafeArrayCreate(element, columns ? 2 : 1, bounds);
+    return result;
+}
+
 std::wstring ServerPath() {
     CLSID clsid{};
     CLSIDFromProgID(L"Tessary_Geometry_Pro.DLength", &clsid);

@@ -241,20 +241,14 @@ CLIENT_TEST(EntityMove) {
 
 CLIENT_TEST(HostileArrays) {
     Object vector(L"Vector");
-    Var twoD;
-    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
-    V_VT(&twoD.v) = VT_ARRAY | VT_R8;
-    V_ARRAY(&twoD.v) = SafeArrayCreate(VT_R8, 2, bounds);
-    Var nothing;
-    V_VT(&nothing.v) = VT_DISPATCH;
-    Var text(L"1,2");
+    const Var nothing = Typed(VT_DISPATCH), text(L"1,2");
     struct Case {
         const char* name;
         Var argument;
         int number;
     };
     const Case cases[] = {
-        {"two-dimensional array", twoD, 13},
+        {"two-dimensional array", ArrayOf(VT_R8, 2, 2), 13},
         {"NaN element", DoubleArray({1, std::nan("")}), 6},
         {"infinite element", DoubleArray({HUGE_VAL, 0}), 6},
         {"Nothing", nothing, 13},

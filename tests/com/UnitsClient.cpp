@@ -112,23 +112,13 @@ CLIENT_TEST(HostileArguments) {
         Var unit;
         int number;
     };
-    Var nothing;
-    V_VT(&nothing.v) = VT_DISPATCH;
-    Var unknownNull;
-    V_VT(&unknownNull.v) = VT_UNKNOWN;
-    Var twoD;
-    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
-    V_VT(&twoD.v) = VT_ARRAY | VT_R8;
-    V_ARRAY(&twoD.v) = SafeArrayCreate(VT_R8, 2, bounds);
-    Var nullValue;
-    V_VT(&nullValue.v) = VT_NULL;
     const Case cases[] = {
-        {"Nothing as unit", nothing, 0},
-        {"null IUnknown as unit", unknownNull, 0},
+        {"Nothing as unit", Typed(VT_DISPATCH), 0},
+        {"null IUnknown as unit", Typed(VT_UNKNOWN), 0},
         {"NaN as unit", Var(std::nan("")), 6},
         {"infinity as unit", Var(HUGE_VAL), 6},
-        {"two-dimensional array as unit", twoD, 13},
-        {"Null as unit", nullValue, 13},
+        {"two-dimensional array as unit", ArrayOf(VT_R8, 2, 2), 13},
+        {"Null as unit", Typed(VT_NULL), 13},
         {"empty text as unit", Var(L""), 13},
     };
     for (const Case& c : cases) {
