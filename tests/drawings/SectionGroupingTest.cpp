@@ -50,6 +50,7 @@ TEST(SectionGrouping, HolesIslandsAndTouchingPlates) {
     EXPECT_EQ(sections[0].loops, 3);
     EXPECT_EQ(sections[0].holes, 1);
     ASSERT_TRUE(sections[0].values);
+    EXPECT_FALSE(sections[0].torsion) << "torsion only when asked for";
     EXPECT_NEAR(sections[0].values->area, 200 * 100 - 180 * 80 + 20 * 20, 1e-9);
     EXPECT_EQ(sections[1].name, "web and 2 more parts");
     ASSERT_TRUE(sections[1].values);
