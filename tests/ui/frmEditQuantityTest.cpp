@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "FakeCombo.h"
-#include "core/Error.h"
+#include "support/Expectations.h"
 #include "units/Geometry_EXE.h"
 #include "units/NumberText.h"
 
@@ -122,7 +122,7 @@ TEST(frmEditQuantity, CancelLeavesTheQuantityAsItWasAfterUnitChanges) {
     EXPECT_DOUBLE_EQ(length->Value(0), 1000);
 }
 
-TEST(frmEditQuantity, PlainValuesAreShownAndStoredInTheirType) {
+TEST(frmEditQuantity, PlainValuesAreShownAndStoredInTheirTypeAndSpacesOnlyInTexts) {
     struct Case {
         EditedValue value;
         std::string shown, typed;
@@ -146,10 +146,7 @@ TEST(frmEditQuantity, PlainValuesAreShownAndStoredInTheirType) {
         EXPECT_TRUE(form.Confirmed());
         EXPECT_EQ(form.Value().content, c.stored) << c.typed;
     }
-}
-
-TEST(frmEditQuantity, ASpaceIsRefusedUnlessTheValueIsAText) {
-    FakeEditView view;
+    FakeEditView view;  // a space is refused unless the value is a text
     frmEditQuantity form(view);
     form.EditQuantity({"Double", 1.0});
     EXPECT_FALSE(form.KeyPress(32));
@@ -158,7 +155,7 @@ TEST(frmEditQuantity, ASpaceIsRefusedUnlessTheValueIsAText) {
     EXPECT_TRUE(form.KeyPress(32));
 }
 
-TEST(frmEditQuantity, UnreadableNumbersFailAsTheNumberTextFails) {
+TEST(frmEditQuantity, UnreadableNumbersAndUnsupportedTypesFail) {
     FakeEditView view;
     frmEditQuantity form(view);
     form.EditQuantity({"Double", 1.0});
@@ -168,6 +165,13 @@ TEST(frmEditQuantity, UnreadableNumbersFailAsTheNumberTextFails) {
     form.EditQuantity({"Integer", int16_t{1}});
     view.text = "40000";
     EXPECT_THROW(form.OK(), Error);
+    for (const EditedValue& value : std::vector<EditedValue>{{"Long", 5.0}, {"Empty", {}}, {"DLength", {}}}) {
+        FakeEditView other;  // refused before anything shows
+        frmEditQuantity refusing(other);
+        tgp::test::ExpectError(2411, "Invalid datatype", value.typeName,
+                               [&] { refusing.EditQuantity(value); });
+        EXPECT_EQ(other.caption, "") << value.typeName;
+    }
 }
 
 TEST(frmEditQuantity, ABooleanIsChosenFromTrueAndFalse) {
@@ -181,22 +185,6 @@ TEST(frmEditQuantity, ABooleanIsChosenFromTrueAndFalse) {
         view.list->Pick(initial ? "False" : "True");
         form.OK();
         EXPECT_EQ(form.Value().content, EditedValue::Content(!initial));
-    }
-}
-
-TEST(frmEditQuantity, UnsupportedTypesAreRefusedBeforeAnythingShows) {
-    for (const EditedValue& value : std::vector<EditedValue>{
-             {"Long", 5.0}, {"Single", 1.0}, {"Empty", {}}, {"DLength", {}}, {"Matrix", {}}}) {
-        FakeEditView view;
-        frmEditQuantity form(view);
-        try {
-            form.EditQuantity(value);
-            ADD_FAILURE() << value.typeName;
-        } catch (const Error& e) {
-            EXPECT_EQ(e.number(), 2411);
-            EXPECT_EQ(e.description(), "Invalid datatype");
-        }
-        EXPECT_EQ(view.caption, "") << value.typeName;
     }
 }
 
