@@ -52,7 +52,7 @@ TEST(AnalyseTriPoints, ClassifiesAtTheToleranceBoundary) {
         const TriPointsAnalysis r = Analysis::TriPoints(c.p1, c.p2, c.p3);
         EXPECT_EQ(r.result, c.result) << c.name << ": " << r.desc;
         EXPECT_NEAR(r.area, c.area, 1E-12 * (1 + c.area)) << c.name;
-        EXPECT_TRUE(c.result == A3P_Triangle || r.normal == Point{0, 0, 0}) << c.name;
+        EXPECT_TRUE(c.result == A3P_Triangle || r.normal == (Point{0, 0, 0})) << c.name;
     }
     EXPECT_TRUE(PointsNear(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).normal, {0, 0, -1}, 0));
     EXPECT_EQ(Analysis::TriPoints({0, 0}, {0, 1}, {1, 0}).desc, "The three points form a triangle");
