@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <numbers>
@@ -227,6 +228,17 @@ TEST(SectionPicture, StrokesAndTextScaleWithThePicture) {
         std::string transform = ById(doc, "legend").child("text").attribute("transform").value();
         ratio.push_back(std::stod(transform.substr(transform.find("scale(") + 6)) / height);
         ratios.push_back(ratio);
+        // The picture reaches past each legend line: 0.6 of the font size a character, an entity one.
+        for (const pugi::xml_node line : ById(doc, "legend").children("text")) {
+            double tx = 0, scale = 0;
+            std::sscanf(line.attribute("transform").value(), "translate(%lf %*f) scale(%lf)", &tx, &scale);
+            std::size_t characters = 0;
+            for (const pugi::xpath_node piece : line.select_nodes(".//text()"))
+                for (const unsigned char c : std::string(piece.node().value()))
+                    characters += (c & 0xC0) != 0x80;
+            EXPECT_GE(x + width, tx + 0.6 * 16 * scale * static_cast<double>(characters))
+                << line.child_value();
+        }
     }
     for (std::size_t k = 0; k < ratios[0].size(); ++k) EXPECT_NEAR(ratios[1][k] / ratios[0][k], 1, 1e-9) << k;
 }
