@@ -57,6 +57,7 @@ TEST(TextEquality, ExactWithoutToleranceTrimmedAndCaselessWithOne) {
     EXPECT_FALSE(IsEqual("mm", " MM "));
     EXPECT_TRUE(IsEqual("mm", " MM ", 1e-6));
     EXPECT_FALSE(IsEqual("mm", "m m", 1e-6));
+    EXPECT_FALSE(IsEqual("mm", "cm", 1e-6));
     EXPECT_TRUE(IsEqual("", "   ", 0.0));
 }
 

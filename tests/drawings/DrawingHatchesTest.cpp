@@ -83,6 +83,12 @@ TEST(DrawingHatches, PolylineAndEdgePathsAreOutlines) {
     ASSERT_EQ(s.size(), 1u);
     ASSERT_TRUE(s[0].values) << s[0].error;
     EXPECT_NEAR(s[0].values->area, 200 + M_PI * 25, 1e-9);
+    // A line edge without its start's y group starts at y = 0.
+    const std::string noY = Groups({{72, 1}, {10, 0}, {11, 10}, {21, 0}});
+    s = Sections(Drawing(
+        Hatch("H8", 1, EdgePath(4, noY + Line(10, 0, 10, 10) + Line(10, 10, 0, 10) + Line(0, 10, 0, 0)))));
+    ASSERT_EQ(s.size(), 1u);
+    EXPECT_NEAR(s[0].values->area, 100, 1e-9);
 }
 
 TEST(DrawingHatches, EllipticEdgesAndHolesAreExact) {

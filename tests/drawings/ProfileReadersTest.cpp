@@ -66,6 +66,10 @@ TEST(TextProfiles, SplitIntoNamedProfilesWithBulgesDefaultingToZero) {
     const auto p = FromText("-1.5e1 2.25 -0.5\n3 4,5\n").at(0);  // or a decimal comma
     EXPECT_EQ(p.Coordinates(), (Numbers{-15, 2.25, 3, 4.5}));
     EXPECT_EQ(p.bulges, (Numbers{-0.5, 0}));
+    DrawnProfile added;  // as many vertices as both the pairs and the bulges give
+    added.AddAll(Numbers{0, 0, 1, 0, 1, 1}, Numbers{0, 0});
+    added.AddAll(Numbers{5, 5}, Numbers{0, 0, 0});
+    EXPECT_EQ(added.Coordinates(), (Numbers{0, 0, 1, 0, 5, 5}));
 }
 
 TEST(TextProfiles, ErrorsNameTheSourceAndLine) {

@@ -188,6 +188,8 @@ TEST(VectorFixNegative, ExchangesEndsPointingIntoTheLeftHalf) {
         EXPECT_EQ(sp, c.exchanged ? c.ep : (Point{0, 0}));
         EXPECT_EQ(ep, c.exchanged ? (Point{0, 0}) : c.ep);
     }
+    Point sp{0, 0}, ep{-1, 1};
+    EXPECT_TRUE(Vector::Fix_NegativeVector(sp, ep));  // measured from 0 when no offset is given
 }
 
 }  // namespace
