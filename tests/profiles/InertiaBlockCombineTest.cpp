@@ -246,6 +246,11 @@ TEST(InertiaBlockText, TheTextFormIsOneReadableLine) {
         "  InertiaBlock/1\tE=0 Uy=0,1,0 Ux=1,0,0 C=50,5,0 Ixy=0 Iy=833333.3333333334 Ix=8333.333333333334 "
         "P=220 A=1000 \r\n");
     EXPECT_EQ(read->SaveToText(), block->SaveToText()) << "fields in any order, any blanks";
+    // A block never given values has the world's axes, and its text reads back.
+    const std::string fresh = InertiaBlock::Create()->SaveToText();
+    EXPECT_EQ(fresh, "InertiaBlock/1 A=0 P=0 Ix=0 Iy=0 Ixy=0 C=0,0,0 Ux=1,0,0 Uy=0,1,0 E=0");
+    read->InitFromText(fresh);
+    EXPECT_EQ(read->SaveToText(), fresh);
 }
 
 TEST(InertiaBlockText, BadTextNamesTheFaultAndChangesNothing) {
