@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "geometry/Analysis.h"
 #include "support/Expectations.h"
@@ -29,6 +30,18 @@ struct RandomPoints {
     std::uniform_real_distribution<double> coordinate{-10, 10};
     Point operator()() { return {coordinate(random), coordinate(random), coordinate(random)}; }
 };
+
+// The published numbers of the results, which scripts compare against.
+TEST(AnalysisResults, KeepTheirPublishedNumbers) {
+    EXPECT_EQ((std::vector<int>{A3P_Triangle, A3P_Collinear, A3P_TwoCoincident, A3P_AllCoincident}),
+              (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_EQ((std::vector<int>{A2L_Intersecting, A2L_Parallel, A2L_SameLine, A2L_Skew}),
+              (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_EQ((std::vector<int>{APlane_PointOnPlane, APlane_PointInFront, APlane_PointBehind,
+                                APlane_LineCrossing, APlane_LineParallel, APlane_LineInPlane,
+                                APlane_PlanesCrossing, APlane_PlanesParallel, APlane_PlanesSame}),
+              (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
+}
 
 // The tolerance of every relation is 1E-09 relative to the figure: 5E-11 off is on, 5E-09 off is not.
 TEST(AnalyseTriPoints, ClassifiesAtTheToleranceBoundary) {

@@ -173,6 +173,9 @@ TEST(LoopRelations, ChildParentFriendAndSibling) {
         {Square(1, 1, 1), Square(0, 0, 1.5), SiblingLoop, std::nullopt},  // crossing
         {Square(0, 1, 1), Square(0, 0, 4), SiblingLoop, std::nullopt},    // a vertex on an edge
     };
+    // The published numbers, which scripts compare against.
+    EXPECT_EQ((std::vector<int>{FriendLoop, ChildLoop, SiblingLoop, ParentLoop}),
+              (std::vector<int>{0, 1, 2, 3}));
     for (const Case& c : cases) {
         EXPECT_EQ(c.self->RelationshipTo(*c.other), c.expected) << c.expected;
         EXPECT_EQ(c.self->IsChildOF(*c.other), c.child) << c.expected;
