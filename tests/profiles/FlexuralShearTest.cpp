@@ -22,14 +22,17 @@ using test::SectionOf;
 // stresses lower it below 5/6.
 TEST(FlexuralShear, ShearAreasAgreeWithTheExactFlexure) {
     const double pi = std::numbers::pi;
-    for (double nu : {0.0, 0.3, 0.5}) {
-        const auto disc = SectionOf({test::Circle(3, -2, 10)});
-        const FlexuralShear shear(SaintVenantTorsion(*disc), nu);
-        const double exact = 6 * (1 + nu) * (1 + nu) / (7 + 14 * nu + 8 * nu * nu) * pi * 100;
-        for (double area : {shear.ShearAreaX(), shear.ShearAreaY(), shear.ShearArea1(), shear.ShearArea2()})
-            EXPECT_NEAR(area / exact, 1, 1e-8) << "nu " << nu;
-        EXPECT_NEAR(shear.ShearCentre().x, 3, 1e-8);
-        EXPECT_NEAR(shear.ShearCentre().y, -2, 1e-8);
+    for (double r : {10.0, 0.01}) {  // the ratios hold at any size, far below one unit too
+        for (double nu : {0.0, 0.3, 0.5}) {
+            const auto disc = SectionOf({test::Circle(0.3 * r, -0.2 * r, r)});
+            const FlexuralShear shear(SaintVenantTorsion(*disc), nu);
+            const double exact = 6 * (1 + nu) * (1 + nu) / (7 + 14 * nu + 8 * nu * nu) * pi * r * r;
+            for (double area :
+                 {shear.ShearAreaX(), shear.ShearAreaY(), shear.ShearArea1(), shear.ShearArea2()})
+                EXPECT_NEAR(area / exact, 1, 1e-8) << "r " << r << ", nu " << nu;
+            EXPECT_NEAR(shear.ShearCentre().x, 0.3 * r, 1e-9 * r);
+            EXPECT_NEAR(shear.ShearCentre().y, -0.2 * r, 1e-9 * r);
+        }
     }
     const auto rectangle = SectionOf({test::Rectangle(0, 0, 100, 50)});
     const SaintVenantTorsion torsion(*rectangle);
@@ -48,26 +51,28 @@ TEST(FlexuralShear, ShearAreasAgreeWithTheExactFlexure) {
 // With ν = 0 the elastic shear centre is Trefftz's; with ν > 0 it moves a little. Turned, a section
 // keeps its principal shear areas and its shear centre's place on it.
 TEST(FlexuralShear, ShearCentreAndInvariants) {
-    const Outline angle = test::Angle(60, 40, 6);
-    const SaintVenantTorsion torsion(*SectionOf({angle}));
-    const FlexuralShear plain(torsion, 0), steel(torsion);
-    EXPECT_NEAR(plain.ShearCentre().x, torsion.ShearCentre().x, 1e-6);
-    EXPECT_NEAR(plain.ShearCentre().y, torsion.ShearCentre().y, 1e-6);
-    EXPECT_GT(std::hypot(steel.ShearCentre().x - plain.ShearCentre().x,
-                         steel.ShearCentre().y - plain.ShearCentre().y),
-              1e-4);
-    Outline moved;
-    const double c = std::cos(0.7), s = std::sin(0.7);
-    for (std::size_t k = 0; k < angle.bulges.size(); ++k) {
-        const double x = angle.xy[2 * k], y = angle.xy[2 * k + 1];
-        moved.Add(-300 + c * x - s * y, 80 + s * x + c * y);
+    for (double k : {1.0, 0.001}) {  // in millimetres and far below one unit
+        const Outline angle = test::Angle(60 * k, 40 * k, 6 * k);
+        const SaintVenantTorsion torsion(*SectionOf({angle}));
+        const FlexuralShear plain(torsion, 0), steel(torsion);
+        EXPECT_NEAR(plain.ShearCentre().x, torsion.ShearCentre().x, 1e-6 * k);
+        EXPECT_NEAR(plain.ShearCentre().y, torsion.ShearCentre().y, 1e-6 * k);
+        EXPECT_GT(std::hypot(steel.ShearCentre().x - plain.ShearCentre().x,
+                             steel.ShearCentre().y - plain.ShearCentre().y),
+                  1e-4 * k);
+        Outline moved;
+        const double c = std::cos(0.7), s = std::sin(0.7);
+        for (std::size_t i = 0; i < angle.bulges.size(); ++i) {
+            const double x = angle.xy[2 * i], y = angle.xy[2 * i + 1];
+            moved.Add(-300 * k + c * x - s * y, 80 * k + s * x + c * y);
+        }
+        const FlexuralShear turned(SaintVenantTorsion(*SectionOf({moved})));
+        EXPECT_NEAR(turned.ShearArea1() / steel.ShearArea1(), 1, 1e-6) << k;
+        EXPECT_NEAR(turned.ShearArea2() / steel.ShearArea2(), 1, 1e-6) << k;
+        const Point3 p = steel.ShearCentre();
+        EXPECT_NEAR(turned.ShearCentre().x, -300 * k + c * p.x - s * p.y, 1e-5 * k);
+        EXPECT_NEAR(turned.ShearCentre().y, 80 * k + s * p.x + c * p.y, 1e-5 * k);
     }
-    const FlexuralShear turned(SaintVenantTorsion(*SectionOf({moved})));
-    EXPECT_NEAR(turned.ShearArea1() / steel.ShearArea1(), 1, 1e-6);
-    EXPECT_NEAR(turned.ShearArea2() / steel.ShearArea2(), 1, 1e-6);
-    const Point3 p = steel.ShearCentre();
-    EXPECT_NEAR(turned.ShearCentre().x, -300 + c * p.x - s * p.y, 1e-5);
-    EXPECT_NEAR(turned.ShearCentre().y, 80 + s * p.x + c * p.y, 1e-5);
 }
 
 // Solids apart carry shear side by side: two equal discs have twice one's shear areas, and the shear
