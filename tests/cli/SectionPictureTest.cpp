@@ -194,6 +194,21 @@ TEST(SectionPicture, OverviewShowsWhatWasNotRead) {
         EXPECT_NE(legend.find(expected), std::string::npos) << expected << " in " << legend;
 }
 
+// A section with nothing to draw (no outline kept) still gets a picture: framed at the origin.
+TEST(SectionPicture, NothingToDrawIsFramedAtTheOrigin) {
+    drawings::ProfileOutcome nothing;
+    nothing.name = "empty";
+    nothing.error = "encloses no area";
+    pugi::xml_document doc;
+    ASSERT_TRUE(doc.load_string(
+        SectionSvg(nothing, {}, ReportUnits::From(std::make_shared<UnitSetting>(), 6)).c_str()));
+    double x = 1, y = 1, width = 0, height = 0;
+    std::istringstream(doc.child("svg").attribute("viewBox").value()) >> x >> y >> width >> height;
+    EXPECT_NEAR(x, 0, 1e-12);
+    EXPECT_TRUE(std::isfinite(width) && width > 0 && std::isfinite(height) && height > 0)
+        << width << " " << height;
+}
+
 // Strokes and text are sized from the picture: a part drawn 10,000 times larger gives the same
 // picture, its strokes and text as large against its height (its width follows the legend's texts,
 // whose numbers differ).
