@@ -219,6 +219,18 @@ TEST(SectionCommand, TorsionValuesInEveryFormat) {
     EXPECT_EQ(RunCommand({plate}).out.find("torsion constant"), std::string::npos);
 }
 
+// The conversion table of the demo program: each quantity in every unit of its kind.
+TEST(SectionCommand, TheDemoPrintsItsConversionTables) {
+    const std::string out = ::testing::TempDir() + "demo.txt";
+    ASSERT_EQ(std::system((std::string(TGP_DEMO_EXE) + " > '" + out + "'").c_str()), 0);
+    std::ostringstream text;
+    text << std::ifstream(out).rdbuf();
+    for (const char* line :
+         {"A length of 1234.5 mm (Length)", "   4  in               48.602362", "A force of 12.5 KN (Force)",
+          "   5  kip               2.809152", "A pressure of 2.5 N/mm\u00b2 (Pressure)"})
+        EXPECT_NE(text.str().find(line), std::string::npos) << line << "\n" << text.str();
+}
+
 TEST(SectionCommand, ExamplesRun) {
     const std::string dir = TGP_EXAMPLES_DIR;
     for (const char* name :
