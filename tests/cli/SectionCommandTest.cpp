@@ -127,6 +127,8 @@ TEST(SectionReport, TableAndJsonCarryTheCatalogueSymbols) {
     EXPECT_NE(table.find("2.000  cm²"), std::string::npos) << table;
     EXPECT_NE(table.find("cm4"), std::string::npos);
     EXPECT_NE(table.find("bad \"one\": rejected, cuts itself"), std::string::npos);
+    EXPECT_EQ(FormatReport(ReportKind::Csv, outcomes, units).find("iw ("), std::string::npos)
+        << "torsion columns only when asked for";
     const std::string json = FormatJson(outcomes, units);
     EXPECT_NE(json.find("\"area\": \"cm²\""), std::string::npos) << json;
     EXPECT_NE(json.find("\"area\": 2,"), std::string::npos) << json;
@@ -217,6 +219,22 @@ TEST(SectionCommand, TorsionValuesInEveryFormat) {
     EXPECT_NE(RunCommand({plate, "--torsion", "--csv"}).out.find(",iw (mm⁶),"), std::string::npos);
     EXPECT_EQ(RunCommand({plate, "--csv"}).out.find("iw ("), std::string::npos) << "only when asked for";
     EXPECT_EQ(RunCommand({plate}).out.find("torsion constant"), std::string::npos);
+}
+
+// The program as a user runs it, its output redirected: the report, and no progress line.
+TEST(SectionCommand, TheProgramRunsAsAUserRunsIt) {
+    const std::string plate = TempText("program.txt", "0 0\n10 0\n10 10\n0 10\n");
+    const std::string out = ::testing::TempDir() + "program.out", err = ::testing::TempDir() + "program.err";
+    ASSERT_EQ(std::system(
+                  (std::string(TGP_SECTION_EXE) + " --json '" + plate + "' > '" + out + "' 2> '" + err + "'")
+                      .c_str()),
+              0);
+    std::ostringstream report, errors;
+    report << std::ifstream(out).rdbuf();
+    errors << std::ifstream(err).rdbuf();
+    const std::string values = report.str().substr(report.str().find("\"profiles\""));  // not the units
+    EXPECT_NEAR(test::JsonNumber(values, "area"), 100, 1e-12) << report.str();
+    EXPECT_EQ(errors.str(), "");
 }
 
 // The conversion table of the demo program: each quantity in every unit of its kind.

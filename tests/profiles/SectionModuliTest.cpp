@@ -29,6 +29,17 @@ Outline TurnedCircle(double cx, double cy, double r) {
     return o;
 }
 
+// A circle about the origin drawn clockwise as three arcs of 120 degrees from 10 degrees: tilted chords,
+// each crossed inside by the axes that halve the area.
+Outline ThreeArcCircle(double r) {
+    Outline o;
+    for (double degrees : {10.0, -110.0, -230.0}) {
+        const double a = degrees * M_PI / 180;
+        o.Add(r * std::cos(a), r * std::sin(a), -std::tan(M_PI / 6));
+    }
+    return o;
+}
+
 // The plastic modulus of a union of axis-aligned rectangles (x0, y0, w, h) about its horizontal
 // equal-area axis, from the rectangles alone: the axis by bisection on the area above it.
 struct Plate {
@@ -67,6 +78,8 @@ TEST(SectionModuli, ClosedForms) {
          h * b * b / 6, b * h * h / 4, h * b * b / 4},
         {"circle", SectionOf({TurnedCircle(5, 7, r)}), r, r, r, r, M_PI * r * r * r / 4, M_PI * r * r * r / 4,
          4 * r * r * r / 3, 4 * r * r * r / 3},
+        {"circle of three arcs", SectionOf({ThreeArcCircle(r)}), r, r, r, r, M_PI * r * r * r / 4,
+         M_PI * r * r * r / 4, 4 * r * r * r / 3, 4 * r * r * r / 3},
         {"tube", SectionOf({TurnedCircle(0, 0, r), Circle(0, 0, ri)}), r, r, r, r,
          M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r),
          M_PI * (std::pow(r, 4) - std::pow(ri, 4)) / (4 * r), 4 * (r * r * r - ri * ri * ri) / 3,
