@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
+#include <fstream>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -259,6 +260,10 @@ TEST(MappedFiles, GiveTheFileBytesOrAnErrorNamingTheFile) {
               (Numbers{0, 0, 10, 0, 10, 5}));
     for (const std::string& bad : {std::string("/nonexistent/profile.txt"), ::testing::TempDir()})
         EXPECT_EQ(FileError([&] { MappedFile file(bad); }).rfind(bad + ": ", 0), 0u) << bad;
+    // A file the system gives no size for (a pipe, a file of /proc) is read, not mapped.
+    if (std::ifstream("/proc/self/status")) {
+        EXPECT_EQ(MappedFile("/proc/self/status").Text().rfind("Name:", 0), 0u);
+    }
     EXPECT_EQ(FileError([] { ReadDxfProfiles("/nonexistent/drawing.dxf"); }),
               "/nonexistent/drawing.dxf: cannot open the file");
 }
