@@ -12,17 +12,14 @@
 
 #include "drawings/DxfProfileReader.h"
 #include "drawings/SectionAnalysis.h"
-#include "units/NumberText.h"
 
 namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
+using test::Number;
 
-// A number as the drawing holds it (shortest round trip) and a handle in hexadecimal.
-std::string N(double v) {
-    return FormatNumber(v);
-}
+// A handle in hexadecimal, as drawings write it.
 std::string Hex(int handle) {
     std::ostringstream h;
     h << std::hex << std::uppercase << handle;
@@ -30,14 +27,14 @@ std::string Hex(int handle) {
 }
 
 std::string Line(int handle, double x0, double y0, double x1, double y1, const std::string& layer = "EDGES") {
-    return "0\nLINE\n5\n" + Hex(handle) + "\n8\n" + layer + "\n10\n" + N(x0) + "\n20\n" + N(y0) +
-           "\n30\n0\n11\n" + N(x1) + "\n21\n" + N(y1) + "\n31\n0\n";
+    return "0\nLINE\n5\n" + Hex(handle) + "\n8\n" + layer + "\n10\n" + Number(x0) + "\n20\n" + Number(y0) +
+           "\n30\n0\n11\n" + Number(x1) + "\n21\n" + Number(y1) + "\n31\n0\n";
 }
 
 std::string Arc(int handle, double cx, double cy, double r, double from, double to,
                 const std::string& extra = "") {
-    return "0\nARC\n5\n" + Hex(handle) + "\n8\nEDGES\n10\n" + N(cx) + "\n20\n" + N(cy) + "\n30\n0\n40\n" +
-           N(r) + "\n50\n" + N(from) + "\n51\n" + N(to) + "\n" + extra;
+    return "0\nARC\n5\n" + Hex(handle) + "\n8\nEDGES\n10\n" + Number(cx) + "\n20\n" + Number(cy) +
+           "\n30\n0\n40\n" + Number(r) + "\n50\n" + Number(from) + "\n51\n" + Number(to) + "\n" + extra;
 }
 
 // A b x b square with corners rounded to radius r, centred on the origin, as 4 LINEs and 4 ARCs in a

@@ -12,27 +12,24 @@
 #include <vector>
 
 #include "drawings/DxfProfileReader.h"
-#include "units/NumberText.h"
 
 namespace tgp::drawings {
 namespace {
 
 using test::Drawing;
+using test::Number;
 using test::Polyline;
 
-std::string N(double v) {
-    return FormatNumber(v);
-}
-
 std::string Block(const std::string& name, double baseX, double baseY, const std::string& contents) {
-    return "0\nBLOCK\n2\n" + name + "\n70\n0\n10\n" + N(baseX) + "\n20\n" + N(baseY) + "\n30\n0\n3\n" + name +
-           "\n" + contents + "0\nENDBLK\n";
+    return "0\nBLOCK\n2\n" + name + "\n70\n0\n10\n" + Number(baseX) + "\n20\n" + Number(baseY) +
+           "\n30\n0\n3\n" + name + "\n" + contents + "0\nENDBLK\n";
 }
 
 std::string Insert(const std::string& handle, const std::string& layer, const std::string& block, double x,
                    double y, double sx = 1, double sy = 1, double angle = 0, const std::string& extra = "") {
-    return "0\nINSERT\n5\n" + handle + "\n8\n" + layer + "\n2\n" + block + "\n10\n" + N(x) + "\n20\n" + N(y) +
-           "\n30\n0\n41\n" + N(sx) + "\n42\n" + N(sy) + "\n50\n" + N(angle) + "\n" + extra;
+    return "0\nINSERT\n5\n" + handle + "\n8\n" + layer + "\n2\n" + block + "\n10\n" + Number(x) + "\n20\n" +
+           Number(y) + "\n30\n0\n41\n" + Number(sx) + "\n42\n" + Number(sy) + "\n50\n" + Number(angle) +
+           "\n" + extra;
 }
 
 const std::vector<std::vector<double>> kSquare = {{0, 0}, {10, 0}, {10, 10, 0}, {0, 10}};

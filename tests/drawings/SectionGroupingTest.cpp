@@ -16,7 +16,6 @@
 #include "drawings/TextProfileReader.h"
 #include "support/DxfText.h"
 #include "support/ProfileTestShapes.h"
-#include "units/NumberText.h"
 
 namespace tgp::drawings {
 namespace {
@@ -157,8 +156,8 @@ std::string Lwpolyline(const std::string& handle, const Outline& o, double scale
 }
 
 std::string CircleEntity(const std::string& handle, double x, double r, double scale) {
-    return "0\nCIRCLE\n5\n" + handle + "\n8\nHOLLOW\n10\n" + FormatNumber(x * scale) + "\n20\n0\n40\n" +
-           FormatNumber(r * scale) + "\n";
+    return "0\nCIRCLE\n5\n" + handle + "\n8\nHOLLOW\n10\n" + test::Number(x * scale) + "\n20\n0\n40\n" +
+           test::Number(r * scale) + "\n";
 }
 
 // Every row drawn side by side (1000 mm apart), in the unit given by $INSUNITS.

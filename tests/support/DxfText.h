@@ -9,7 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "units/NumberText.h"
+
 namespace tgp::test {
+
+// A number as a drawing holds it: the shortest text that reads back to the same double.
+inline std::string Number(double v) {
+    return FormatNumber(v);
+}
 
 // A file of the test's temporary folder with this text, written as it is (binary).
 inline std::string TempText(const std::string& name, const std::string& text) {
