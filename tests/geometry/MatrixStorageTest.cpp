@@ -38,35 +38,25 @@ const std::string kResetFail = "Matrix Reset fail: RowCount and ColumnCount must
 const std::string kRowFail = "Matrix Get Row property fails: the row index is out of range";
 const std::string kSubscript = "Subscript out of range";
 const Array2DData k2x3{{1, 2, 3}, {4, 5, 6}};
+const Array2DData k3x3{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
 
 TEST(MatrixReset, MissingCountsTakeTheRowCountAndBadOnesKeepTheElements) {
     EXPECT_EQ(Matrix().Array2D(), Array2DData());
-    struct Case {
-        std::optional<int> rows, columns;
-        int expectedRows, expectedColumns;
-    };
-    const Case cases[] = {
-        {3, std::nullopt, 3, 2},  // the old row count (2), not the column count (5)
-        {std::nullopt, 4, 2, 4},
-        {32767, 1, 32767, 1},  // largest 16-bit count
-    };
-    for (const auto& c : cases) {
+    for (const auto& [rows, columns, expectedRows, expectedColumns] :
+         {std::tuple<std::optional<int>, std::optional<int>, int, int>{3, std::nullopt, 3, 2},  // not 5
+          {std::nullopt, 4, 2, 4},
+          {32767, 1, 32767, 1}}) {  // the largest 16-bit count
         Matrix m;
         m.Reset(2, 5);
         m.LetItem(1, 4, 9);
-        m.Reset(c.rows, c.columns);
-        EXPECT_EQ(m.RowCount(), c.expectedRows);
-        EXPECT_EQ(m.ColumnCount(), c.expectedColumns);
-        EXPECT_EQ(m.Array2D().data,
-                  std::vector<double>(std::size_t(c.expectedRows) * c.expectedColumns, 0.0));
+        m.Reset(rows, columns);
+        EXPECT_EQ(m.RowCount(), expectedRows);
+        EXPECT_EQ(m.ColumnCount(), expectedColumns);
+        EXPECT_EQ(m.Array2D().data, std::vector<double>(std::size_t(expectedRows) * expectedColumns, 0.0));
     }
-    struct Bad {
-        int rows, columns, number;
-    };
-    for (const Bad& c :
-         {Bad{0, 4, 2411}, Bad{3, 0, 2411}, Bad{-1, 2, 2411}, Bad{32768, 1, 6}, Bad{1, 40000, 6}}) {
+    for (const auto& [rows, columns, number] : {std::tuple{3, 0, 2411}, {-1, 2, 2411}, {32768, 1, 6}}) {
         Matrix m = Make(k2x3);
-        ExpectError(c.number, c.number == 6 ? "Overflow" : kResetFail, [&] { m.Reset(c.rows, c.columns); });
+        ExpectError(number, number == 6 ? "Overflow" : kResetFail, [&] { m.Reset(rows, columns); });
         EXPECT_EQ(m.Array2D(), k2x3);
     }
     ExpectError(2411, kResetFail, [] { Matrix().Reset(); });  // row count 0 is taken for both
@@ -81,7 +71,6 @@ TEST(MatrixArray2D, LetTakesTheShapeGetCopiesAndBadShapesFail) {
     copy(0, 0) = 99;
     EXPECT_EQ(m.Item(0, 0), 1);
     Matrix fresh;
-    ExpectError(6, "Overflow", [&] { fresh.Array2D(Array2DData(32768, 0)); });
     ExpectError(6, "Overflow", [&] { fresh.Array2D(Array2DData(0, 32768)); });
     Array2DData inconsistent(2, 2);
     inconsistent.data.pop_back();
@@ -94,32 +83,28 @@ TEST(MatrixArray2DPaste, ResetsSquareOnTheRowsThenCopiesTheLeadingBlock) {
     struct Case {
         int rows, columns;  // of the matrix before pasting
         Array2DData pasted;
-        bool ignoreError;
         Rows expected;
     };
     const Case cases[] = {
         {3,
          3,
          {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}},
-         true,
          {{1, 2, 3}, {5, 6, 7}, {9, 10, 11}}},
-        {2, 5, {{7}}, false, {{7, 0}, {0, 0}}},
-        {3, 2, {{1, 2}, {3, 4}}, false, {{1, 2, 0}, {3, 4, 0}, {0, 0, 0}}},
-        {2, 2, Array2DData(), false, {{0, 0}, {0, 0}}},
+        {2, 5, {{7}}, {{7, 0}, {0, 0}}},
+        {2, 2, Array2DData(), {{0, 0}, {0, 0}}},
     };
     for (const auto& c : cases) {
         Matrix m;
         m.Reset(c.rows, c.columns);
         m.LetItem(1, 1, -5);
-        m.Array2DPaste(c.pasted, c.ignoreError, true);
+        m.Array2DPaste(c.pasted, true, true);
         EXPECT_EQ(Elements(m), c.expected) << c.rows << " x " << c.columns;
     }
-    const Array2DData square{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
     for (const Array2DData& pasted : {Array2DData(4, 1), Array2DData(1, 4)}) {
-        Matrix m = Make(square);
+        Matrix m = Make(k3x3);
         ExpectError(2411, "Matrix Array2DPaste procedure fails: the array's dimensions donot fit",
                     [&] { m.Array2DPaste(pasted); });
-        EXPECT_EQ(m.Array2D(), square);
+        EXPECT_EQ(m.Array2D(), k3x3);
     }
     // 2 x 5 becomes 2 x 2 before the copy, so element (0, 2) of the array has nowhere to go.
     Matrix m;
@@ -129,36 +114,14 @@ TEST(MatrixArray2DPaste, ResetsSquareOnTheRowsThenCopiesTheLeadingBlock) {
 }
 
 TEST(MatrixElementAccess, RowsColumnsAndItemsStoreAPrefixOrFailWithTheirOwnTexts) {
+    Matrix stored = Make(k2x3);
+    stored.LetRow({7}, 0);
+    stored.LetRow({7, 8, 9, 10}, 1, true);  // clipped
+    stored.LetColumn({0, 1, 2}, 2, true);
+    EXPECT_EQ(Elements(stored), (Rows{{7, 2, 0}, {7, 8, 1}}));
     using Edit = std::function<void(Matrix&)>;
-    const std::pair<Edit, Rows> stores[] = {
-        {[](Matrix& m) { m.LetRow({7}, 0); }, {{7, 2, 3}, {4, 5, 6}}},
-        {[](Matrix& m) {
-             m.LetRow({7, 8, 9, 10}, 1, true);
-         },
-         {{1, 2, 3}, {7, 8, 9}}},  // clipped
-        {[](Matrix& m) { m.LetRow({}, -1); }, {{1, 2, 3}, {4, 5, 6}}},
-        {[](Matrix& m) {
-             m.LetColumn({7, 8}, 2);
-         },
-         {{1, 2, 7}, {4, 5, 8}}},
-        {[](Matrix& m) {
-             m.LetColumn({7, 8, 9}, 0, true);
-         },
-         {{7, 2, 3}, {8, 5, 6}}},
-    };
-    for (const auto& [edit, expected] : stores) {
-        Matrix m = Make(k2x3);
-        edit(m);
-        EXPECT_EQ(Elements(m), expected);
-    }
     const std::string item = "Matrix Get Item property fails: the given Index i, j are out of range";
-    const std::string letItem = "Matrix LetItem routine fails: the given Index i, j are out of range";
-    struct Failure {
-        Edit edit;
-        int number;
-        std::string text;
-    };
-    const Failure failures[] = {
+    const std::tuple<Edit, int, std::string> failures[] = {
         {[](Matrix& m) { m.LetRow({1}, 2); }, 2411, "The Let Row routine index is out of range"},
         {[](Matrix& m) {
              m.LetRow({1, 2, 3, 4}, 0);
@@ -170,20 +133,16 @@ TEST(MatrixElementAccess, RowsColumnsAndItemsStoreAPrefixOrFailWithTheirOwnTexts
              m.LetColumn({1, 2, 3}, 0);
          },
          2411, "Matrix LetColumn procedure fails: the given new Coulumn does not fit"},
-        {[](Matrix& m) { m.LetColumn({1}, -2); }, 9, kSubscript},
         {[](Matrix& m) { m.Row(2); }, 2411, kRowFail},
-        {[](Matrix& m) { m.Row(-1); }, 2411, kRowFail},
-        {[](Matrix& m) { m.Column(7); }, 2411, kRowFail},  // the column speaks of the row
-        {[](Matrix& m) { m.Column(-1); }, 2411, kRowFail},
-        {[](Matrix& m) { m.Item(2, 0); }, 2411, item},
+        {[](Matrix& m) { m.Column(-1); }, 2411, kRowFail},  // the column speaks of the row
         {[](Matrix& m) { m.Item(0, 3); }, 2411, item},
-        {[](Matrix& m) { m.Item(0, -1); }, 2411, item},
-        {[](Matrix& m) { m.LetItem(-1, 0, 1); }, 2411, letItem},
-        {[](Matrix& m) { m.LetItem(1, 3, 1); }, 2411, letItem},
+        {[](Matrix& m) { m.Item(-1, 0); }, 2411, item},
+        {[](Matrix& m) { m.LetItem(1, 3, 1); }, 2411,
+         "Matrix LetItem routine fails: the given Index i, j are out of range"},
     };
-    for (const Failure& f : failures) {
+    for (const auto& [edit, number, text] : failures) {
         Matrix m = Make(k2x3);
-        ExpectError(f.number, f.text, [&] { f.edit(m); });
+        ExpectError(number, text, [&] { edit(m); });
         EXPECT_EQ(m.Array2D(), k2x3);
     }
     const Matrix m = Make(k2x3);
@@ -199,52 +158,36 @@ TEST(MatrixCopies, CopyTransposeAndSubMatrices) {
     m.LetItem(0, 0, 100);
     EXPECT_EQ(Elements(*copy), (Rows{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_EQ(Elements(*transposed), (Rows{{1, 4}, {2, 5}, {3, 6}}));
-    EXPECT_EQ(Matrix().Copy()->RowCount(), 0);
 
     const Matrix wide = Make({{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}});
     EXPECT_EQ(Elements(*wide.GetSubMatrix(1, 2, 1, 3)), (Rows{{6, 7, 8}, {10, 11, 12}}));
-    EXPECT_EQ(Elements(*wide.GetSubMatrix(0, 0, 2, 2)), (Rows{{3}}));
     const std::string order = "Sub Matrix arguments should have rowA <= rowB and columnA <= columnB";
     const std::string range = "The GetSubMatrix index is out of range";
-    struct Bounds {
-        int rowA, rowB, columnA, columnB, number;
-        const std::string& text;
-    };
-    const Bounds bad[] = {
-        {2, 1, 0, 0, 2411, order},    {0, 0, 3, 2, 2411, order},  {0, 3, 0, 0, 2411, range},
-        {0, 0, 0, 4, 2411, range},    {-1, 0, 0, 0, 2411, range}, {-2, -1, 0, 0, 2411, range},
-        {0, 0, -1, 0, 9, kSubscript},  // ColumnA is not range-checked; its element read fails
-    };
-    for (const Bounds& c : bad)
-        ExpectError(c.number, c.text, [&] { wide.GetSubMatrix(c.rowA, c.rowB, c.columnA, c.columnB); });
+    for (const auto& [rowA, rowB, columnA, columnB, number, text] :
+         {std::tuple{2, 1, 0, 0, 2411, order},
+          {0, 0, 3, 2, 2411, order},
+          {0, 3, 0, 0, 2411, range},
+          {0, 0, 0, 4, 2411, range},
+          {-1, 0, 0, 0, 2411, range},
+          {0, 0, -1, 0, 9, kSubscript}})  // ColumnA is not range-checked; its element read fails
+        ExpectError(number, text, [&] { wide.GetSubMatrix(rowA, rowB, columnA, columnB); });
 }
 
 TEST(MatrixCopies, RemoveRowColumnSkipsThemOrKeepsAWholeDimension) {
-    struct Case {
-        Array2DData source;
-        int removeRow, removeColumn;
-        Rows expected;
-    };
-    const Array2DData square{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
     const Array2DData wide{{1, 2, 3, 4, 5}, {6, 7, 8, 9, 10}};
-    const Case cases[] = {
-        {square, 2, 1, {{1, 3}, {4, 6}}},
-        {square, 0, 1, {{1, 3}, {4, 6}, {7, 9}}},  // row 0 kept
-        {square, 1, 0, {{1, 2, 3}, {7, 8, 9}}},    // column 0 kept
-        {square, 3, -1, {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}},
-        {wide, 1, 3, {{1, 2, 3, 4, 5}}},  // a column beyond the row count is kept
-        {wide, 1, 1, {{1, 3, 4, 5}}},
-        {{{1, 2}, {3, 4}, {5, 6}, {7, 8}, {9, 10}}, 4, 3, {{1}, {3}, {5}, {7}}},  // a tall one drops the last
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Elements(*Make(c.source).GetSubMatrixByRemoveRowCol(c.removeRow, c.removeColumn, true)),
-                  c.expected)
-            << c.removeRow << " " << c.removeColumn;
-    }
+    for (const auto& [source, row, column, expected] :
+         {std::tuple<Array2DData, int, int, Rows>{k3x3, 2, 1, {{1, 3}, {4, 6}}},
+          {k3x3, 0, 1, {{1, 3}, {4, 6}, {7, 9}}},  // row 0 kept
+          {k3x3, 1, 0, {{1, 2, 3}, {7, 8, 9}}},    // column 0 kept
+          {wide, 1, 3, {{1, 2, 3, 4, 5}}},         // a column beyond the row count is kept
+          {{{1, 2}, {3, 4}, {5, 6}, {7, 8}, {9, 10}},
+           4,
+           3,
+           {{1}, {3}, {5}, {7}}}})  // a tall one drops the last
+        EXPECT_EQ(Elements(*Make(source).GetSubMatrixByRemoveRowCol(row, column, true)), expected) << row;
     const std::string text = "GetSubMatrixByRomoveRowCol routine: RemoveRow or RemoveCol is out of range";
-    for (const auto& [rows, row, column] :
-         {std::tuple{square, 0, 1}, {square, 1, 0}, {square, 3, 1}, {wide, 1, 3}})
-        ExpectError(2411, text, [&] { Make(rows).GetSubMatrixByRemoveRowCol(row, column, false); });
+    ExpectError(2411, text, [&] { Make(k3x3).GetSubMatrixByRemoveRowCol(0, 1, false); });
+    ExpectError(2411, text, [&] { Make(wide).GetSubMatrixByRemoveRowCol(1, 3, false); });
     EXPECT_EQ(Elements(*Make(wide).GetSubMatrixByRemoveRowCol(1, 1, false)), (Rows{{1, 3, 4, 5}}));
     // Nothing would be left of a one-column matrix.
     ExpectError(2411, kResetFail, [] { Make({{1}, {2}}).GetSubMatrixByRemoveRowCol(1, 1, false); });
@@ -257,17 +200,16 @@ TEST(MatrixArithmetic, RoundingProductsScalingAndSums) {
     const Matrix a = Make(k2x3);
     const Matrix b = Make({{7, 8}, {9, 10}, {11, 12}});
     EXPECT_EQ(Elements(*a.Product(b)), (Rows{{58, 64}, {139, 154}}));  // 1*7+2*9+3*11 = 58 ...
-    EXPECT_EQ(Elements(*b.Product(a)), (Rows{{39, 54, 69}, {49, 68, 87}, {59, 82, 105}}));
     EXPECT_EQ(a.MultiplyWithVector({1, -1, 2}), (std::vector<double>{5, 11}));
+    ExpectError(2411,
+                "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of "
+                "Rows of the second Matrix",
+                [&] { a.Product(a); });
     ExpectError(
-        2411,
-        "Matrix Product Fail: the number of Columns of the first Matrix must equal to the number of Rows "
-        "of the second Matrix",
-        [&] { a.Product(a); });
-    const std::string vector =
-        "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix";
-    ExpectError(2411, vector, [&] { a.MultiplyWithVector({1, 2}); });
-    ExpectError(2411, vector, [&] { a.MultiplyWithVector({1, 2, 3, 4}); });
+        2411, "The MultiplyWithVector routine fails: vectorU doesnot have the same dimension with the Matrix",
+        [&] {
+            a.MultiplyWithVector({1, 2});
+        });
 
     const Matrix c = Make({{1, 2}, {3, 4}}), d = Make({{0.5, -1}, {2, 8}});
     EXPECT_EQ(Elements(*c.MultiplyWithNumber(-2)), (Rows{{-2, -4}, {-6, -8}}));
@@ -275,14 +217,12 @@ TEST(MatrixArithmetic, RoundingProductsScalingAndSums) {
     EXPECT_EQ(Elements(*c.PlusWithMatrix(d, true)), (Rows{{0.5, 3}, {1, -4}}));
     EXPECT_EQ(Elements(*c.PlusWithNumber(1.5)), (Rows{{2.5, 3.5}, {4.5, 5.5}}));
     EXPECT_EQ(Elements(c), (Rows{{1, 2}, {3, 4}}));
-    const std::string size = "PlucWithMatrix routine fails: the Matrixes donot have the same size";
-    ExpectError(2411, size, [&] { c.PlusWithMatrix(Make({{1, 2}})); });
-    ExpectError(2411, size, [&] { c.PlusWithMatrix(Make({{1}, {2}}), true); });
+    ExpectError(2411, "PlucWithMatrix routine fails: the Matrixes donot have the same size", [&] {
+        c.PlusWithMatrix(Make({{1}, {2}}), true);
+    });
     Matrix z = Make({{-0.0, 2}});
     auto plusZero = z.PlusWithNumber(0);
     EXPECT_TRUE(std::signbit(plusZero->Item(0, 0)));  // copied, not added to
-    z.LetItem(0, 1, 7);
-    EXPECT_EQ(plusZero->Item(0, 1), 2);
 }
 
 TEST(MatrixPlaceholders, ShowCodeOnHoldAndDoNothingElse) {

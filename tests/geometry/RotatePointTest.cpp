@@ -2,7 +2,7 @@
 
 #include <cmath>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "geometry/Geometry.h"
 #include "support/Expectations.h"
@@ -36,61 +36,38 @@ Point Rodrigues(const Point& point, const Point& org, const Point& axis, double 
     return result;
 }
 
-TEST(GeometryRotatePoint, KnownTurnsArgumentsLeftAloneAndFailures) {
-    struct Case {
-        Point point, org, axis;
-        double rotation;
-        Point expected;
-    };
-    const Case cases[] = {
-        {{1, 0, 0}, {0, 0, 0}, {0, 0, -5}, kShortPi / 2, {0, -1, 0}},  // clockwise seen from +z, any length
-        {{2, 0, 0}, {1, 0, 0}, {0, 0, 1}, kShortPi, {0, 0, 0}},        // axis off the world origin
-        {{3, 3, 3}, {1, 1, 1}, {1, 1, 1}, 2.5, {3, 3, 3}},             // on a slanted axis
-        {{0, 1, 0}, {0, 0, 0}, {1, 0, 0}, kShortPi / 2, {0, 0, 1}},
-    };
-    for (const auto& c : cases) {
-        // The axis frame is rounded to 12 digits on the way (AssocVector), hence 1E-11.
-        EXPECT_TRUE(PointsNear(Rotated(c.point, c.org, c.axis, c.rotation), c.expected, 1e-11)) << c.point[0];
-    }
-    const Point p{1, 2, 3};
-    Point out{9, 9};
-    Geometry::RotatePoint(p, {0, 0, 0}, {0, 0, 1}, 1, out);
-    EXPECT_EQ(p, (Point{1, 2, 3}));
-    EXPECT_EQ(out.size(), 3u);
-    const auto rotate = [&](const Point& p, const Point& org, const Point& axis) {
-        return [&, p, org, axis] { Geometry::RotatePoint(p, org, axis, 1, out); };
-    };
-    ExpectError(713, kRotateFails, rotate({1, 0, 0}, {0, 0, 0}, {0, 0, 0}));     // zero axis
-    ExpectError(713, kRotateFails, rotate({1, 0, 0}, {0, 0, 0}, {1, 1}));        // plane axis
-    ExpectError(713, kRotateFails, rotate({1, 0, 0, 4}, {0, 0, 0}, {0, 0, 1}));  // 4 coordinates
-}
-
+// Against Rodrigues' formula and back again, on slanted, non-unit and nearly vertical axes (within
+// 1E-06 of vertical the helper x-axis is taken as (1, 0, 0), slightly skew to the axis: the turn
+// stays reversible, and Rodrigues' within 1E-4 at distances of 100).
 TEST(GeometryRotatePoint, AgreesWithRodriguesAndTurnsBack) {
-    const std::vector<Point> axes = {{1, 2, 3}, {-1, 0.5, 0}, {0.3, -0.4, -5}};
-    const std::vector<Point> points = {{-4, 0.5, 2}, {100, -50, 25}};
+    const std::pair<Point, double> axes[] = {
+        {{1, 2, 3}, 1e-9}, {{-1, 0.5, 0}, 1e-9}, {{0.3, -0.4, -5}, 1e-9}, {{1e-7, -2e-7, 1}, 1e-4}};
     const Point org{0.5, -1.5, 2};
-    for (const auto& axis : axes) {
-        for (const auto& p : points) {
+    for (const auto& [axis, tolerance] : axes) {
+        for (const Point& p : {Point{-4, 0.5, 2}, Point{100, -50, 25}, org}) {
             for (double angle : {0.1, -1.3, kShortPi, 4.0}) {
                 const Point turned = Rotated(p, org, axis, angle);
-                EXPECT_TRUE(PointsNear(turned, Rodrigues(p, org, axis, angle), 1e-9))
+                EXPECT_TRUE(PointsNear(turned, Rodrigues(p, org, axis, angle), tolerance))
                     << axis[0] << " " << angle;
                 EXPECT_TRUE(PointsNear(Rotated(turned, org, axis, -angle), p, 1e-9))
                     << axis[0] << " " << angle;
             }
         }
     }
+    // Clockwise seen from the axis; the axis frame is rounded to 12 digits on the way (AssocVector).
+    EXPECT_TRUE(PointsNear(Rotated({1, 0, 0}, {0, 0, 0}, {0, 0, -5}, kShortPi / 2), {0, -1, 0}, 1e-11));
 }
 
-TEST(GeometryRotatePoint, NearlyVerticalAxisStillTurnsBack) {
-    // Within 1E-06 of vertical the helper x-axis is taken as (1, 0, 0), slightly skew to the axis;
-    // the decomposition in that skew frame still makes the turn reversible.
-    const Point axis{1e-7, -2e-7, 1}, org{1, 1, 0}, p{5, -3, 2};
-    for (double angle : {0.7, -2.0, kShortPi}) {
-        const Point turned = Rotated(p, org, axis, angle);
-        EXPECT_TRUE(PointsNear(Rotated(turned, org, axis, -angle), p, 1e-9)) << angle;
-        EXPECT_TRUE(PointsNear(turned, Rodrigues(p, org, axis, angle), 1e-5)) << angle;
-    }
+TEST(GeometryRotatePoint, ArgumentsLeftAloneAndFailures) {
+    const Point p{1, 2, 3};
+    Point out{9, 9};
+    Geometry::RotatePoint(p, {0, 0, 0}, {0, 0, 1}, 1, out);
+    EXPECT_EQ(p, (Point{1, 2, 3}));
+    EXPECT_EQ(out.size(), 3u);
+    for (const auto& [point, axis] : {std::pair<Point, Point>{{1, 0, 0}, {0, 0, 0}},  // zero axis
+                                      {{1, 0, 0}, {1, 1}},                            // plane axis
+                                      {{1, 0, 0, 4}, {0, 0, 1}}})                     // 4 coordinates
+        ExpectError(713, kRotateFails, [&] { Geometry::RotatePoint(point, {0, 0, 0}, axis, 1, out); });
 }
 
 }  // namespace

@@ -231,28 +231,6 @@ TEST(ArcAccuracy, EveryBulgeChordAndOffsetAgreesWithQuadratureIn113Bits) {
     EXPECT_GT(checked, 300);
 }
 
-// The worked numbers of the report that found the fault: a 100 x 100 square whose top edge carries
-// a small bulge keeps Ix near 100^4 / 12 (8,333,333) plus the arc's share, not 5 % or 250 % more.
-TEST(ArcAccuracy, NearlyStraightTopEdgeOfASquare) {
-    struct Case {
-        double bulge, ix;  // Ix about the centroid, from the 113-bit reference
-    };
-    for (double bulge : {1e-4, 3e-5, 1e-7, 1e-9}) {
-        std::vector<double> xy, b;
-        SquareWithArcTop(100, 0, bulge, xy, b);
-        const Properties got = Computed(xy, b), want = Reference(xy, b);
-        EXPECT_NEAR(got.ix, want.ix, 1e-6) << bulge;
-        EXPECT_NEAR(std::fabs(got.area), 10000 + 100.0 * 100 / 3 * bulge, 1e-6) << bulge;  // + c² b / 3
-        EXPECT_NEAR(got.xc, 50, 1e-9) << bulge;
-        EXPECT_GT(std::fabs(got.iy), 8e6) << bulge;
-    }
-    std::vector<double> xy, b;
-    SquareWithArcTop(100, 0, 1e-9, xy, b);
-    EXPECT_NEAR(Computed(xy, b).length, 400, 1e-9);
-    SquareWithArcTop(100, 0, 1e-4, xy, b);
-    EXPECT_NEAR(std::fabs(Computed(xy, b).ix), 8334167, 1);
-}
-
 // As the bulge goes to 0 every property approaches that of the straight loop, in proportion to the
 // bulge: random convex polygons, a random edge bulged, bulges from 1E-1 down to 1E-14.
 TEST(ArcAccuracy, BulgedLoopConvergesSmoothlyToTheStraightLoop) {
