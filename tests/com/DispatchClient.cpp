@@ -1,6 +1,6 @@
 // The rules of the library's own IDispatch beyond what a script shows: names and named arguments
-// in any case (VBA's x:=), the counts of arguments, by-reference outputs into variables of each
-// kind, malformed DISPPARAMS, and unknown members or kinds of call.
+// in any case (VBA's x:=), the counts of arguments, malformed DISPPARAMS, and unknown members or kinds
+// of call.
 #include <string>
 #include <vector>
 
@@ -90,35 +90,6 @@ CLIENT_TEST(DispatchArgumentCountsAndMalformedCalls) {
     Check(geometry->Invoke(degToRad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &broken, &result.v,
                            nullptr, nullptr) == E_INVALIDARG,
           "an argument count without arguments is refused");
-}
-
-// FixAngle360(Angle) brings a radian angle into [0, 2 pi) and writes it back: into a Double variable
-// directly, into a Variant variable as a Double, into a Long variable in its own type; a value
-// passed by value is the caller's and stays as it was.
-CLIENT_TEST(DispatchByReferenceOutputs) {
-    Object geometry(L"Geometry");
-    const DISPID fix = IdsOf(geometry, {L"FixAngle360"}).ids[0];
-    const double twoPi = 6.283185307179586;
-    double asDouble = 7;
-    Var result;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&asDouble).v}, {}, &result.v) == S_OK &&
-              std::fabs(asDouble - (7 - twoPi)) < 1e-12,
-          "a Double variable receives the result in place");
-
-    Var variable(L"-1");
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&variable.v).v}, {}, &result.v) == S_OK &&
-              V_VT(&variable.v) == VT_R8 && std::fabs(V_R8(&variable.v) - (twoPi - 1)) < 1e-12,
-          "a Variant variable holding text receives a Double");
-
-    LONG asLong = 14;
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {Ref(&asLong).v}, {}, &result.v) == S_OK &&
-              asLong == 1,  // 14 - 2 (2 pi) = 1.43, rounded
-          "a Long variable keeps its type");
-
-    Var value(20.0);
-    Check(RawInvoke(geometry, fix, DISPATCH_METHOD, {value.v}, {}, &result.v) == S_OK &&
-              V_VT(&value.v) == VT_R8 && V_R8(&value.v) == 20,
-          "a value passed by value is left as it was");
 }
 
 }  // namespace client

