@@ -1,13 +1,16 @@
 // Every unit of every kind: written in one unit, read in every other, against an independent model
 // of the catalogue that repeats its operations in the same order, so results compare bit for bit.
+
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "core/Error.h"
 #include "support/Expectations.h"
 #include "units/DAngle.h"
 #include "units/DArea.h"
@@ -20,6 +23,10 @@
 #include "units/DMomentOfInertia.h"
 #include "units/DPressure.h"
 #include "units/DVolume.h"
+#include "units/Geometry_EXE.h"
+#include "units/RuntimeInteger.h"
+#include "units/UnitArg.h"
+#include "units/UnitSetting.h"
 
 namespace tgp {
 namespace {
@@ -249,6 +256,154 @@ TEST(Conversion, CopyCarriesTheAmountThroughUnitZeroAndIsIndependent) {
     DVolume volume;
     volume.Litres(2);
     EXPECT_EQ(volume.Copy()->Centimetres(), (1 / 1000.0) * 2e6);
+}
+
+// The four ways of giving a unit: missing, a number, a numeric text, an object naming the unit.
+struct ResolveCase {
+    const char* what;
+    UnitArg unit;
+    int16_t expected;
+};
+
+TEST(UnitArg, NumbersAndTextsResolveLikeTheRuntimesInteger) {
+    const ResolveCase cases[] = {
+        {"missing", UnitArg(), 0},
+        {"int", UnitArg(3), 3},
+        {"enum", UnitArg(ft_UnitID), 5},
+        {"double rounds half to even down", UnitArg(2.5), 2},
+        {"double rounds half to even up", UnitArg(3.5), 4},
+        {"negative double", UnitArg(-1.5), -2},
+        {"smallest", UnitArg(-32768.5), -32768},
+        {"text", UnitArg("3"), 3},
+        {"text with blanks and decimals", UnitArg(" 4.5 "), 4},
+        {"std::string", UnitArg(std::string("1")), 1},
+        {"True", UnitArg(true), -1},
+        {"False", UnitArg(false), 0},
+        {"null object", UnitArg(std::shared_ptr<UnitSetting>()), 0},
+    };
+    for (const ResolveCase& c : cases) EXPECT_EQ(c.unit.Resolve(DLengthObject), c.expected) << c.what;
+    EXPECT_TRUE(UnitArg().IsMissing());
+    EXPECT_FALSE(UnitArg(0).IsMissing());
+}
+
+TEST(UnitArg, OutOfRangeNumbersOverflowAndNonNumericTextsMismatch) {
+    test::ExpectError(6, "Overflow", "40000", [] { UnitArg(40000); });
+    test::ExpectError(6, "Overflow", "32767.5 rounds to 32768", [] { UnitArg(32767.5); });
+    test::ExpectError(6, "Overflow", "-32769", [] { UnitArg(-32769); });
+    test::ExpectError(6, "Overflow", "unsigned 70000", [] { UnitArg(70000u); });
+    test::ExpectError(6, "Overflow", "text 1e9", [] { UnitArg("1e9"); });
+    test::ExpectError(6, "Overflow", "Long 3e9", [] { ToInteger32(3e9); });
+    test::ExpectError(13, "Type mismatch", "abc", [] { UnitArg("abc"); });
+    test::ExpectError(13, "Type mismatch", "empty text", [] { UnitArg(""); });
+    test::ExpectError(13, "Type mismatch", "text with a unit", [] { UnitArg("3 m"); });
+    test::ExpectError(6, "Overflow", "Long 2147483647.5 rounds to 2^31", [] { ToInteger32(2147483647.5); });
+    // The largest numbers that fit are taken.
+    EXPECT_EQ(ToInteger32(-2147483648.0), INT32_MIN);
+    EXPECT_EQ(ToInteger32(2147483647.0), INT32_MAX);
+    EXPECT_EQ(ToInteger16(32767.4), INT16_MAX);
+    EXPECT_EQ(ToInteger16(-32768.5), INT16_MIN);  // half to even
+}
+
+// Answers a fixed id per kind, like a foreign object with a UnitID member.
+class FixedSource : public UnitIdSource {
+  public:
+    int16_t UnitID(DimensionObjectType kind) const override { return kind == DForceObject ? 6 : 3; }
+};
+
+TEST(UnitArg, AnObjectNamesItsUnitForTheAskingKind) {
+    auto setting = std::make_shared<UnitSetting>();
+    setting->UnitID(DLengthObject, cm_UnitID);
+    setting->UnitID(DForceObject, N_unitID);
+    DLength length;
+    DForce force;
+    length.Value(setting, 12);
+    force.Value(setting, 12);
+    EXPECT_EQ(length.Millimetres(), 120);
+    EXPECT_EQ(force.KN(), 12 / 1000.0);
+
+    auto foreign = std::make_shared<const FixedSource>();
+    EXPECT_EQ(length.Value(foreign), 120 / 1000.0);
+    EXPECT_EQ(force.Value(foreign), 12);
+    EXPECT_EQ(length.Value(std::shared_ptr<const UnitIdSource>()), 120);
+}
+
+// Text 3 on a length reads metres, a missing unit is id 0, a bad one fails before the let.
+TEST(UnitArg, OnAQuantity) {
+    DLength length;
+    length.Millimetres(2500);
+    EXPECT_EQ(length.Value("3"), 2.5);
+    EXPECT_EQ(length.Value(), 2500);
+    length.Value({}, 7);
+    EXPECT_EQ(length.Millimetres(), 7);
+    test::ExpectError(13, "Type mismatch", [&] { length.Value("mm", 9); });
+    test::ExpectError(6, "Overflow", [&] { length.Value(1e6, 9); });
+    EXPECT_EQ(length.Millimetres(), 7);
+}
+
+struct FactoryCase {
+    const char* what;
+    std::function<std::shared_ptr<Quantity>()> make;
+    DimensionObjectType kind;
+    std::function<double(const Quantity&)> storedAmount;
+    double expected;
+};
+
+template <class Q>
+std::function<double(const Quantity&)> Read(double (Q::*get)() const) {
+    return [get](const Quantity& q) { return (dynamic_cast<const Q&>(q).*get)(); };
+}
+
+TEST(Geometry_EXE, FactoriesStoreTheValueInTheGivenUnitOrUnitZero) {
+    const FactoryCase cases[] = {
+        {"feet", [] { return Geometry_EXE::GetDLength(1, ft_UnitID); }, DLengthObject,
+         Read(&DLength::Millimetres), 304.8},
+        {"pressure default", [] { return Geometry_EXE::GetDPressure(5); }, DPressureObject,
+         Read(&DPressure::KN_m2), 5e6},
+        {"angle degrees", [] { return Geometry_EXE::GetDAngle(180, Degree_UnitID); }, DAngleObject,
+         Read(&DAngle::Radians), 3.14159265358979},
+        {"area cm", [] { return Geometry_EXE::GetDArea(2, cm_UnitID); }, DAreaObject,
+         Read(&DArea::Millimetres), 200},
+        {"volume litres", [] { return Geometry_EXE::GetDVolume(2, dm_UnitID); }, DVolumeObject,
+         Read(&DVolume::Millimetres), 2e6},
+        {"force N", [] { return Geometry_EXE::GetDForce(500, N_unitID); }, DForceObject, Read(&DForce::KN),
+         0.5},
+        {"density", [] { return Geometry_EXE::GetDForceDensity(3, KN_m_unitID); }, DForceDensityObject,
+         Read(&DForceDensity::KN_m3), 3},
+        {"moment KNm", [] { return Geometry_EXE::GetDForceMoment(2, KN_m_unitID); }, DForceMomentObject,
+         Read(&DForceMoment::KNmm), 2000},
+        {"per area", [] { return Geometry_EXE::GetDForcePerArea(4, daN_cm_unitID); }, DForcePerareaObject,
+         Read(&DForcePerArea::KN_m2), 400},
+        {"per line", [] { return Geometry_EXE::GetDForcePerLine(7); }, DForcePerLineObject,
+         Read(&DForcePerLine::KN_mm), 7},
+        {"inertia cm", [] { return Geometry_EXE::GetDMomentOfInertia(1, cm_UnitID); }, DMomentOfInertiaObject,
+         Read(&DMomentOfInertia::Millimetres), 10000},
+    };
+    for (const FactoryCase& c : cases) {
+        auto q = c.make();
+        EXPECT_EQ(q->DimensionType(), c.kind) << c.what;
+        EXPECT_EQ(c.storedAmount(*q), c.expected) << c.what;
+    }
+}
+
+TEST(Geometry_EXE, InvalidUnitsFailWithTheKindsTextAndUnknownSymbolsAreMinusOne) {
+    test::ExpectError(24111, "1 is an invalid UnitID for ForceMoment",
+                      [] { Geometry_EXE::GetDForceMoment(1, daN_cm_unitID); });
+    test::ExpectError(24111, "2 is an invalid UnitID for Angle", [] { Geometry_EXE::GetDAngle(1, 2); });
+    // GetUnitID reports -1 where reading a text would take unit 0.
+    DAngle angle;
+    EXPECT_EQ(Geometry_EXE::GetUnitID("12 deg", angle), -1);
+    EXPECT_EQ(Geometry_EXE::GetUnitID("12 \u00ba", angle), 1);
+    DPressure pressure;
+    EXPECT_EQ(Geometry_EXE::GetUnitID("3 MPa", pressure), 11);
+}
+
+TEST(Geometry_EXE, GetUnitStringResolvesNumbersAndSettings) {
+    auto setting = std::make_shared<UnitSetting>();
+    setting->UnitID(DLengthObject, in_UnitID);
+    EXPECT_EQ(Geometry_EXE::GetUnitString(DLengthObject, setting), "in");
+    EXPECT_EQ(Geometry_EXE::GetUnitString(DVolumeObject, "2"), "dm\u00b3");
+    test::ExpectError(2411, "GetUnitString no found",
+                      [] { Geometry_EXE::GetUnitString(DForceMomentObject, 1); });
 }
 
 }  // namespace
