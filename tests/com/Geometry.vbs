@@ -26,8 +26,6 @@ a = g.ASin(x)
 Check "ASin writes the snapped value back", x, 1
 a = g.ACos(-3)
 CheckError "ACos(-3)", 713, "ACos(X): X must smaller than 1."
-a = g.Area_3Distances(1, 1, 3)
-CheckError "Area_3Distances of no triangle", 2411, "Function Area_3Distances fails: the given lengths do not form a triangle"
 CheckPoint "NormalVector", g.NormalVector(Array(0, 0, 0), Array(1, 0, 0), Array(0, 1, 0)), Array(0, 0, 1)
 
 ' RotatePoint's result variable receives an array of Double whatever it held before.

@@ -1,7 +1,7 @@
 ' Loop7 and InertiaBlock through the automation boundary: arrays in and out, quantities out, the
 ' same block each time, by-reference outputs created or filled, the attached CAD entity (a script
 ' object), errors and the 16-bit limits. The geometry itself is the native suites'.
-Dim lp, inner, bow, empty1, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges, bigPoints
+Dim lp, inner, bow, blk, pts, isOn, d, h, t, top, bottom, ent, c, b, i, ib, ix0, iy0, rot, u, big, bigBulges, bigPoints
 
 Class FakeEntity
     Public moves
@@ -34,8 +34,6 @@ Check "a boundary point is not inside", lp.PointIsInside(Array(100, 50), isOn), 
 Check "PointIsOn is set for a boundary point", isOn, True
 Check "IntersectWithLine", lp.IntersectWithLine(Array(-10, 50), Array(0, 50), pts), True
 Check "IntersectWithLine gives two points", UBound(pts) - LBound(pts), 1
-t = lp.IntersectWithLine(Array(0, 0), Array(0, 0))
-CheckErrorNumber "IntersectWithLine through one point", 5
 
 d = 0
 h = Empty
@@ -68,11 +66,6 @@ bow.InitFromCoordinates Array(0, 0, 10, 10, 10, 0, 0, 10), Array(0, 0, 0, 0)
 Check "IsSelfIntersect", bow.IsSelfIntersect(pts), True
 t = bow.Area
 CheckError "Area of a self-intersecting loop", 5, "Invalid Loop to generate Inertia Properties: Loop should not cut itself"
-Set empty1 = Library("Loop7")
-t = empty1.Area
-CheckError "Area of an empty loop", 5, "Invalid Loop to generate Inertia Properties: the loop has no segment (sides shorter than 1E-05 are dropped)"
-bow.InitFromCoordinates Array(0, 0, 10, 0, 10, 10), Array(0)
-CheckError "InitFromCoordinates with too few bulges", 9, "Subscript out of range"
 
 ' The attached CAD entity: an object of the script engine itself, which some engines let answer
 ' only IDispatchEx. (Wine's engine cannot index the arrays of Double it receives: the C++ client
@@ -88,8 +81,6 @@ lp.Move Array(1, 0, 0), True
 Check "Move with MoveAcad calls the script entity's Move", ent.moves, 1
 Check "the entity receives two point arrays", ent.lastCount, True
 CheckPoint "Move with MoveAcad moves the loop too", lp.Vertex(0), Array(2, 0)
-lp.Transformation Array(0, 0, 0), 0, 1, 1, Array(0, 0, 0)
-CheckError "Transformation with an entity attached", 2411, "Cannot Transformation Loop7 which has AcadEntity attached"
 Set lp.AcadEntity = Nothing
 Check "AcadEntity cleared", lp.AcadEntity Is Nothing, True
 
@@ -145,7 +136,3 @@ CheckErrorNumber "MomentOfInertiaX about a Matrix", 13
 Set c = ib.Copy
 c.Inverse
 Check "Inverse turns a solid into a void", c.Area.Millimetres, -50
-ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0, 1)
-CheckError "Init with an axis off the XY plane", 2411, "InertiaBlock should be on World Coordinates System Plan XY"
-ib.Init 1, 1, 0, Array(0, 0, 0), 1, 4, Array(1, 0)
-CheckError "Init with a plane (two-element) Ux", 9, "Subscript out of range"

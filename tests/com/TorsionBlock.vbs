@@ -44,8 +44,4 @@ torsion.Init Nothing
 CheckError "Init needs a section", 424, "Object required"
 torsion.Init units
 CheckError "Init needs a Loop7 or a Loop7s", 13, "Type mismatch"
-torsion.Init plate, 2
-CheckError "an accuracy outside (0, 1)", 5, "Invalid procedure call or argument"
-torsion.Init Library("Loop7s")
-CheckError "an empty section", 2411, "Loop7s: the collection is empty, so it has no section properties"
 CheckNear "a failed Init keeps the last solution", torsion.TorsionConstant.Millimetres, 3.14159265358979 * (160000 - 20736) / 32, 1E-9

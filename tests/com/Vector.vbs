@@ -22,8 +22,6 @@ r = v.vProjectTo(Array(3, 4, 0), Array(2, 0, 0))
 Check "vProjectTo answers a Variant array", r(0), 3
 r = v.UnitVec(Array(0, 0, 0))
 CheckError "UnitVec of a zero vector", 2411, "Vector unitvec(u) = u = 0"
-r = v.AssocVector(Array(1, 2, 3), 5, Array(0, 1, 0), Array(0, 0, 1))
-CheckError "AssocVector with an axis that is no array", 2411, "AssocVector fails: The Inverse Matrix method return Null"
 CheckPoint "ConvertVariantToArray of text elements", v.ConvertVariantToArray(Array("1", 2.5)), Array(1, 2.5)
 
 ' In place: only the zeroed elements change, the others keep their own type; the default tolerance

@@ -249,7 +249,7 @@ TEST(MatrixPlaceholders, ShowCodeOnHoldAndDoNothingElse) {
 }
 
 // Matrix determinant, cofactor inverse and the two linear solvers, with their caches. Their arithmetic
-// on random matrices of every size is checked bit for bit in GaussEliminationTest.
+// on random matrices of every size is checked bit for bit below (GaussElimination).
 using Vec = std::vector<double>;
 
 std::shared_ptr<Matrix> Shared(const Array2DData& data) {

@@ -289,7 +289,7 @@ TEST(LoopGeometry, TransformationRebuildsTheProperties) {
     EXPECT_DOUBLE_EQ(loop->Centroid()[0], 13);
 }
 
-// Large loops and random ones against every pair of segments: OrderedSweepTest.
+// Large loops and random ones against every pair of segments: Loop7sTest (OrderedSweep).
 
 // Section properties of whole loops against closed forms and the published section tables.
 using test::LoopOf;
