@@ -1,3 +1,6 @@
+// The core: equality of numbers, texts and arrays, errors and messages, rounding, the timer and the
+// parallel loop.
+
 #include <gtest/gtest.h>
 
 #include <atomic>

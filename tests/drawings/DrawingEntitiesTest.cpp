@@ -1,4 +1,5 @@
-// Outlines drawn as separate LINE and ARC entities, chained end to end into closed outlines.
+// Drawing entities to outlines: lines and arcs chained end to end, ellipses, hatches, blocks,
+// layouts and units.
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,7 @@
 namespace tgp::drawings {
 namespace {
 
+// Outlines drawn as separate LINE and ARC entities, chained end to end into closed outlines.
 using test::Drawing;
 using test::Number;
 

@@ -1,3 +1,6 @@
+// The profile readers: text profiles, DXF entities, mapped files, and files that are not drawings or
+// are binary.
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

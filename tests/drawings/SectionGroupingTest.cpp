@@ -1,5 +1,5 @@
-// Outlines grouped into sections (holes, islands, touching plates, text loops) and the hollow-section
-// table on drawings the test writes.
+// Outlines grouped into sections (holes, islands, touching plates), the hollow-section table on
+// drawings the test writes, the drawing sections class and drawings other projects ship.
 
 #include <gtest/gtest.h>
 
@@ -23,6 +23,8 @@
 namespace tgp::drawings {
 namespace {
 
+// Outlines grouped into sections (holes, islands, touching plates, text loops) and the hollow-section
+// table on drawings the test writes.
 using test::Outline;
 
 std::shared_ptr<UnitSetting> Millimetres() {

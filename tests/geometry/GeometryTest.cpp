@@ -1,3 +1,5 @@
+// The Geometry module: pi and the angle normalisers, inverse trigonometry, measures and RotatePoint.
+
 #include <gtest/gtest.h>
 
 #include <cfloat>

@@ -1,4 +1,5 @@
-// Matrix storage, reshaping, element access and element-wise arithmetic.
+// Matrices: storage, reshaping, element access and arithmetic; determinant, inverse and solvers with
+// their caches; the panel elimination against a plain one.
 
 #include <gtest/gtest.h>
 
@@ -21,6 +22,7 @@
 namespace tgp {
 namespace {
 
+// Matrix storage, reshaping, element access and element-wise arithmetic.
 using test::ExpectError;
 using Rows = std::vector<std::vector<double>>;
 
@@ -548,7 +550,6 @@ TEST(GaussElimination, WideMatrixKeepsItsExtraColumnsAndUsesItsLeadingSquare) {
                              Vec(wide.begin() + i * columns + n, wide.begin() + (i + 1) * columns)));
     }
 }
-
 
 // The published members with their default panels, sizes 1 to 300.
 TEST(GaussElimination, DetAndSolveOfTheMatrixClassMatchTheReference) {

@@ -1,3 +1,5 @@
+// Point sets (boxes, hulls, nearest points, interpolation), point transforms and circles.
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

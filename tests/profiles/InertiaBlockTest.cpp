@@ -1,3 +1,6 @@
+// Section property blocks: their values, principal axes and edits; joining, transforming and their
+// text form.
+
 #include <gtest/gtest.h>
 
 #include <cmath>

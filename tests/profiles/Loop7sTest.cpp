@@ -1,4 +1,5 @@
-// Collections of loops: the containment hierarchy, composite properties, split, sort and overlaps.
+// Collections of loops: the containment hierarchy, composite properties, split, sort and overlaps;
+// the arrangement and the ordered sweep against every pair.
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@
 namespace tgp {
 namespace {
 
+// Collections of loops: the containment hierarchy, composite properties, split, sort and overlaps.
 using test::Circle;
 using test::ExpectError;
 using test::LoopOf;

@@ -1,4 +1,5 @@
-// Construction, point tests, intersections, relationships, edits and failures of loops.
+// Loops: construction, point tests, intersections, relationships, edits and failures; their section
+// properties against closed forms and published tables, their limits and section moduli.
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,7 @@
 namespace tgp {
 namespace {
 
+// Construction, point tests, intersections, relationships, edits and failures of loops.
 using test::ExpectError;
 
 std::shared_ptr<Loop7> Polygon(std::vector<double> xy) {

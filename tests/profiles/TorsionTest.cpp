@@ -1,5 +1,5 @@
-// Saint-Venant torsion on the exact boundary: J against closed forms, the shear centre, invariants and
-// the thin-walled limit.
+// Torsion and shear: Saint-Venant's solution on the exact boundary (closed forms, shear centre,
+// invariants, thin-walled limits), the Neumann problem, the warping of a square and flexural shear.
 
 #include <gtest/gtest.h>
 
@@ -18,6 +18,8 @@
 namespace tgp {
 namespace {
 
+// Saint-Venant torsion on the exact boundary: J against closed forms, the shear centre, invariants and
+// the thin-walled limit.
 using test::Outline;
 using test::SectionOf;
 

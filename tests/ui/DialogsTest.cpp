@@ -1,3 +1,5 @@
+// The dialogs' forms and the unit combo box, driven through test views and combo boxes.
+
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,5 +1,5 @@
-// Every unit of every kind: written in one unit, read in every other, against an independent model
-// of the catalogue that repeats its operations in the same order, so results compare bit for bit.
+// Quantities: every unit of every kind against an independent model of the catalogue, the unit
+// argument in each of its forms, and the factories.
 
 #include <gtest/gtest.h>
 
@@ -31,6 +31,8 @@
 namespace tgp {
 namespace {
 
+// Every unit of every kind: written in one unit, read in every other, against an independent model
+// of the catalogue that repeats its operations in the same order, so results compare bit for bit.
 struct Amount {
     double raw = 0;
     double factor = 0;

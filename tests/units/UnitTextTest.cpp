@@ -1,4 +1,5 @@
-// Unit symbols, the unit recogniser with its kept first-match results, and the text form.
+// Unit symbols, the unit recogniser with its kept first-match results, quantities as text and
+// numbers as text.
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,7 @@
 namespace tgp {
 namespace {
 
+// Unit symbols, the unit recogniser with its kept first-match results, and the text form.
 // The published symbol table: rows are unit ids 0..13, columns the kinds in DimensionObjectType order
 // (Angle, Length, Area, Volume, MomentOfInertia, Force, Pressure, ForcePerArea, ForceMoment,
 // ForcePerLine, ForceDensity). "" = no such unit.
