@@ -70,9 +70,14 @@ TEST(LoopConstruction, FromPointsAndAUnitSquare) {
     EXPECT_EQ(square->InertiaBlock(), square->InertiaBlock());
 }
 
+// A CAD entity that records its moves, or refuses them as a locked one does.
 struct EntityLog : HostEntity {
     std::vector<std::pair<Point, Point>> moves;
-    void Move(const Point& from, const Point& to) override { moves.emplace_back(from, to); }
+    bool refuse = false;
+    void Move(const Point& from, const Point& to) override {
+        if (refuse) throw Error(440, "the entity is locked");
+        moves.emplace_back(from, to);
+    }
 };
 
 TEST(LoopFailures, EveryErrorWithItsNumberAndText) {
@@ -497,36 +502,24 @@ TEST(TinyAndHugeSections, TheRangeOfASectionAndClearErrorsBeyondIt) {
     ExpectError(6, "Overflow", [] { Square(1e100)->InertiaBlock(); });
 }
 
-class RecordingEntity final : public HostEntity {
-  public:
-    explicit RecordingEntity(bool refuse) : refuse_(refuse) {}
-    void Move(const Point&, const Point&) override {
-        ++moves;
-        if (refuse_) throw Error(440, "the entity is locked");
-    }
-    int moves = 0;
-
-  private:
-    bool refuse_;
-};
-
 TEST(FailedEdits, ChangeNothing) {
     auto loop = Square(10);
     const double area = loop->Area();
     const std::vector<double> before = loop->Coordinates();
     // The entity refuses: its error comes out, the loop has not moved.
-    auto refusing = std::make_shared<RecordingEntity>(true);
+    auto refusing = std::make_shared<EntityLog>();
+    refusing->refuse = true;
     loop->AcadEntity(refusing);
     ExpectError(440, "the entity is locked", [&] { loop->Move({1, 2, 0}, true); });
     EXPECT_EQ(loop->Coordinates(), before);
     // A move that would overflow: nothing moves, not even the entity.
-    auto willing = std::make_shared<RecordingEntity>(false);
+    auto willing = std::make_shared<EntityLog>();
     loop->AcadEntity(willing);
     loop->Move({1e308, 0, 0}, true);
-    EXPECT_EQ(willing->moves, 1);
+    EXPECT_EQ(willing->moves.size(), 1u);
     const std::vector<double> moved = loop->Coordinates();
     ExpectError(6, "Overflow", [&] { loop->Move({1e308, 0, 0}, true); });
-    EXPECT_EQ(willing->moves, 1);
+    EXPECT_EQ(willing->moves.size(), 1u);
     EXPECT_EQ(loop->Coordinates(), moved);
     loop = Square(10);
     // A transformation that would overflow, and one that would collapse the loop.
