@@ -199,9 +199,14 @@ std::string Ellipse(const std::string& handle, double cx, double cy, double mx, 
     return e.str();
 }
 
+// The sections of a drawing written as text, and the values of its one section.
+std::vector<ProfileOutcome> Sections(const std::string& drawing, SkipList* skipped = nullptr) {
+    const auto profiles = ReadDxfText(drawing, "drawing.dxf", {}, skipped);
+    return AnalyseProfiles(profiles, std::make_shared<UnitSetting>(), false, skipped);
+}
+
 SectionValues Values(const std::string& drawing) {
-    const auto profiles = ReadDxfText(drawing, "e.dxf");
-    const auto sections = AnalyseProfiles(profiles, std::make_shared<UnitSetting>());
+    const auto sections = Sections(drawing);
     EXPECT_EQ(sections.size(), 1u);
     EXPECT_TRUE(!sections.empty() && sections[0].values) << (sections.empty() ? "" : sections[0].error);
     return sections.empty() || !sections[0].values ? SectionValues{} : *sections[0].values;
@@ -301,11 +306,6 @@ std::string EllipseEdge(double cx, double cy, double mx, double my, double ratio
 }
 std::string EdgePath(int edges, const std::string& edgeGroups) {
     return Groups({{92, 1}, {93, static_cast<double>(edges)}}) + edgeGroups + "97\n0\n";
-}
-
-std::vector<ProfileOutcome> Sections(const std::string& drawing, SkipList* skipped = nullptr) {
-    const auto profiles = ReadDxfText(drawing, "h.dxf", {}, skipped);
-    return AnalyseProfiles(profiles, std::make_shared<UnitSetting>(), false, skipped);
 }
 
 TEST(DrawingHatches, PolylineAndEdgePathsAreOutlines) {
